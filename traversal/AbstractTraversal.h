@@ -1,0 +1,124 @@
+#pragma once
+
+#include <concepts>
+#include <memory>
+#include <ranges>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "traversal/CompositeMatcher.h"
+#include "traversal/Export.h"
+#include "traversal/PropertyMatcher.h"
+#include "traversal/PropertyProvider.h"
+#include "traversal/internal/TraversalResult.h"
+
+namespace nuv::zero::traversal {
+
+/// A range of things that name elements, to run a traversal on.
+template <class Range>
+concept ElementRange = std::ranges::input_range<Range> &&
+    std::convertible_to<std::ranges::range_reference_t<Range>, ModelElement> &&
+    !std::same_as<std::remove_cvref_t<Range>, std::vector<ModelElement>>;
+
+/// What the three kinds of traversal builder share: rules that accumulate, and running.
+///
+///     auto result = Spec::subtractiveTraversal()
+///                       ->prune(owner)
+///                       ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
+///                       ->depthFirst({a, b});
+///
+/// Every fluent operation changes this builder and returns it. Running takes a snapshot: later
+/// rules do not reach results made earlier, and a builder may be run any number of times.
+///
+/// A builder made by `Spec` lives in a shared pointer. A copy has the same rules and runs, but no
+/// shared pointer owns it: its fluent operations throw `std::bad_weak_ptr` after their change.
+/// Other failures (a predicate that throws, an allocation) pass through and leave the builder
+/// usable. One thread at a time; the results are independent of it.
+template <class Impl>
+class AbstractTraversal : public std::enable_shared_from_this<Impl> {
+  public:
+    AbstractTraversal();
+    AbstractTraversal(const AbstractTraversal& other);
+    AbstractTraversal& operator=(const AbstractTraversal& other);
+    virtual ~AbstractTraversal();
+
+    /// Whether the inputs themselves are reported, each as a link without source and property;
+    /// they are unless this is called with `WalkOnly`. The last call wins.
+    std::shared_ptr<Impl> includeInitialPseudoLink(ResultPolicy policy);
+
+    /// Gives the links of a property a policy, in the manner of the kind. A matcher without a
+    /// property is ignored.
+    std::shared_ptr<Impl> setResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy);
+    std::shared_ptr<Impl> setResultPolicy(const std::vector<PropertyMatcher>& matchers,
+                                          ResultPolicy policy);
+
+    /// The links reachable from the inputs, input by input in their order; see `TraversalResult`.
+    std::shared_ptr<internal::TraversalResult> run(const std::vector<ModelElement>& inputs,
+                                                   Algo algo) {
+        return createResult(inputs, algo, initialPseudoLinkPolicy_);
+    }
+    std::shared_ptr<internal::TraversalResult> depthFirst(const std::vector<ModelElement>& inputs) {
+        return run(inputs, Algo::DepthFirstPreOrder);
+    }
+    std::shared_ptr<internal::TraversalResult> depthFirstPostOrder(
+        const std::vector<ModelElement>& inputs) {
+        return run(inputs, Algo::DepthFirstPostOrder);
+    }
+    std::shared_ptr<internal::TraversalResult> breadthFirst(
+        const std::vector<ModelElement>& inputs) {
+        return run(inputs, Algo::BreadthFirst);
+    }
+
+    /// The same for any range of elements.
+    template <ElementRange Range>
+    std::shared_ptr<internal::TraversalResult> run(Range&& inputs, Algo algo) {
+        std::vector<ModelElement> elements;
+        for (auto&& element : inputs) {
+            elements.push_back(static_cast<ModelElement>(std::forward<decltype(element)>(element)));
+        }
+        return run(elements, algo);
+    }
+    template <ElementRange Range>
+    std::shared_ptr<internal::TraversalResult> depthFirst(Range&& inputs) {
+        return run(std::forward<Range>(inputs), Algo::DepthFirstPreOrder);
+    }
+    template <ElementRange Range>
+    std::shared_ptr<internal::TraversalResult> depthFirstPostOrder(Range&& inputs) {
+        return run(std::forward<Range>(inputs), Algo::DepthFirstPostOrder);
+    }
+    template <ElementRange Range>
+    std::shared_ptr<internal::TraversalResult> breadthFirst(Range&& inputs) {
+        return run(std::forward<Range>(inputs), Algo::BreadthFirst);
+    }
+
+  protected:
+    /// Only `Spec` can make one, so every builder that callers get lives in a shared pointer.
+    class InstantiateToken {
+        friend class Spec;
+        explicit InstantiateToken() {}  // NOLINT(modernize-use-equals-default): not an aggregate
+    };
+    friend class Spec;
+
+    using MatchersMap = std::unordered_map<Property, CompositeMatcher>;
+    const MatchersMap& matchersMap() const noexcept { return matchersMap_; }
+    MatchersMap& matchersMap() noexcept { return matchersMap_; }
+
+  private:
+    virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
+    virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
+
+    std::shared_ptr<internal::TraversalResult> createResult(
+        const std::vector<ModelElement>& elements, Algo algo, ResultPolicy policy);
+
+    MatchersMap matchersMap_;
+    ResultPolicy initialPseudoLinkPolicy_ = ResultPolicy::Report;
+};
+
+// Compiled once, inside the library.
+extern template class MODELING_NUV0_TRAVERSAL_EXPORT AbstractTraversal<AdditiveTraversalImpl>;
+extern template class MODELING_NUV0_TRAVERSAL_EXPORT AbstractTraversal<CompositionTraversalImpl>;
+extern template class MODELING_NUV0_TRAVERSAL_EXPORT AbstractTraversal<SubtractiveTraversalImpl>;
+
+}  // namespace nuv::zero::traversal

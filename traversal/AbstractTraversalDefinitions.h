@@ -1,0 +1,55 @@
+#pragma once
+
+#include "traversal/AbstractTraversal.h"
+
+/// The bodies of `AbstractTraversal`, for the sources of the kinds, which instantiate them.
+namespace nuv::zero::traversal {
+
+template <class Impl>
+AbstractTraversal<Impl>::AbstractTraversal() = default;
+
+template <class Impl>
+AbstractTraversal<Impl>::AbstractTraversal(const AbstractTraversal& other) = default;
+
+template <class Impl>
+AbstractTraversal<Impl>& AbstractTraversal<Impl>::operator=(const AbstractTraversal& other) {
+    if (this != &other) {
+        MatchersMap copy(other.matchersMap_);
+        matchersMap_.swap(copy);
+        initialPseudoLinkPolicy_ = other.initialPseudoLinkPolicy_;
+    }
+    return *this;
+}
+
+template <class Impl>
+AbstractTraversal<Impl>::~AbstractTraversal() = default;
+
+template <class Impl>
+std::shared_ptr<Impl> AbstractTraversal<Impl>::includeInitialPseudoLink(ResultPolicy policy) {
+    initialPseudoLinkPolicy_ = policy;
+    return this->shared_from_this();
+}
+
+template <class Impl>
+std::shared_ptr<Impl> AbstractTraversal<Impl>::setResultPolicy(const PropertyMatcher& matcher,
+                                                               ResultPolicy policy) {
+    if (matcher.getProperty()) doSetResultPolicy(matcher, policy);
+    return this->shared_from_this();
+}
+
+template <class Impl>
+std::shared_ptr<Impl> AbstractTraversal<Impl>::setResultPolicy(
+    const std::vector<PropertyMatcher>& matchers, ResultPolicy policy) {
+    // Through the single form: a builder that nobody owns fails at its first matcher.
+    for (const PropertyMatcher& matcher : matchers) setResultPolicy(matcher, policy);
+    return this->shared_from_this();
+}
+
+template <class Impl>
+std::shared_ptr<internal::TraversalResult> AbstractTraversal<Impl>::createResult(
+    const std::vector<ModelElement>& elements, Algo algo, ResultPolicy policy) {
+    return std::make_shared<internal::TraversalResult>(
+        internal::TraversalResult::privateTag{}, elements, createPropertyProvider(), algo, policy);
+}
+
+}  // namespace nuv::zero::traversal

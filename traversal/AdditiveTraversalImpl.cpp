@@ -1,0 +1,64 @@
+#include "traversal/AdditiveTraversalImpl.h"
+
+#include <utility>
+
+#include "traversal/AbstractTraversalDefinitions.h"
+#include "traversal/internal/PropertyProviders.h"
+
+namespace nuv::zero::traversal {
+
+template class AbstractTraversal<AdditiveTraversalImpl>;
+
+AdditiveTraversalImpl::AdditiveTraversalImpl(InstantiateToken /*token*/) {}
+AdditiveTraversalImpl::AdditiveTraversalImpl(const AdditiveTraversalImpl& other) = default;
+AdditiveTraversalImpl& AdditiveTraversalImpl::operator=(const AdditiveTraversalImpl& other) {
+    if (this != &other) {
+        // Copied first: a failure must not leave properties without their rules.
+        std::vector<Property> properties(other.traversedProperties_);
+        AbstractTraversal::operator=(other);
+        traversedProperties_.swap(properties);
+    }
+    return *this;
+}
+AdditiveTraversalImpl::~AdditiveTraversalImpl() = default;
+
+std::shared_ptr<AdditiveTraversalImpl> AdditiveTraversalImpl::traverse(
+    const PropertyMatcher& matcher, ResultPolicy policy) {
+    const Property& property = matcher.getProperty();
+    const auto known = matchersMap().find(property);
+    if (known != matchersMap().end()) {
+        known->second.composeMatcher(matcher.getOwner(), matcher.getMatcher(), policy);
+        return shared_from_this();
+    }
+    CompositeMatcher rules(CompositeMatcher::VisitMode::Visit);
+    rules.composeMatcher(matcher.getOwner(), matcher.getMatcher(), policy);
+    // Rules before the name: the provider relies on every named property having rules.
+    traversedProperties_.reserve(traversedProperties_.size() + 1);
+    matchersMap().emplace(property, std::move(rules));
+    traversedProperties_.push_back(property);
+    return shared_from_this();
+}
+
+std::shared_ptr<AdditiveTraversalImpl> AdditiveTraversalImpl::traverse(
+    const PropertyMatcher& matcher, const std::function<bool(const Class&)>& classMatcher,
+    ResultPolicy policy) {
+    return traverse(PropertyMatcher(matcher.getProperty(), classMatcher, matcher.getOwner()),
+                    policy);
+}
+
+std::shared_ptr<AdditiveTraversalImpl> AdditiveTraversalImpl::traverse(
+    const std::vector<PropertyMatcher>& matchers, ResultPolicy policy) {
+    for (const PropertyMatcher& matcher : matchers) traverse(matcher, policy);
+    return shared_from_this();
+}
+
+void AdditiveTraversalImpl::doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) {
+    const auto known = matchersMap().find(matcher.getProperty());
+    if (known != matchersMap().end()) known->second.composePolicy(matcher.getOwner(), policy);
+}
+
+std::shared_ptr<PropertyProvider> AdditiveTraversalImpl::createPropertyProvider() {
+    return internal::makeAdditiveProvider(matchersMap(), traversedProperties_);
+}
+
+}  // namespace nuv::zero::traversal

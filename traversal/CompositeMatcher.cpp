@@ -1,0 +1,39 @@
+#include "traversal/CompositeMatcher.h"
+
+namespace nuv::zero::traversal {
+
+CompositeMatcher::CompositeMatcher(VisitMode mode) : mode_(mode) {}
+CompositeMatcher::CompositeMatcher(const CompositeMatcher& other) = default;
+CompositeMatcher::CompositeMatcher(CompositeMatcher&& other) noexcept = default;
+CompositeMatcher& CompositeMatcher::operator=(const CompositeMatcher& other) = default;
+CompositeMatcher& CompositeMatcher::operator=(CompositeMatcher&& other) noexcept = default;
+CompositeMatcher::~CompositeMatcher() = default;
+
+void CompositeMatcher::composeMatcher(const Class& owner,
+                                      const std::function<bool(const Class&)>& matcher,
+                                      ResultPolicy policy) {
+    rules_.file(owner, matcher, policy);
+}
+
+void CompositeMatcher::composePolicy(const Class& owner, ResultPolicy policy) {
+    rules_.setPolicy(owner, policy);
+}
+
+std::pair<bool, ResultPolicy> CompositeMatcher::anyMatches(const Class& type) const {
+    if (const auto* rule = rules_.firstAccepting(type)) return {true, rule->policy};
+    return {false, isPruning() ? ResultPolicy::Report : ResultPolicy::WalkOnly};
+}
+
+ResultPolicy CompositeMatcher::getPolicy(const Class& type) const {
+    return anyMatches(type).second;
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wignored-qualifiers"
+// NOLINTNEXTLINE(readability-const-return-type)
+const bool CompositeMatcher::isPruning() const {
+    return mode_ == VisitMode::Prune;
+}
+#pragma GCC diagnostic pop
+
+}  // namespace nuv::zero::traversal

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <utility>
+
+#include "traversal/ClassPredicate.h"
+#include "traversal/Export.h"
+#include "traversal/fwd.h"
+#include "traversal/internal/RuleTree.h"
+
+namespace nuv::zero::traversal {
+
+/// All rules given for one property.
+///
+/// Each rule is filed under a class; rules are asked in the order of `ClassHierarchyComparator`,
+/// subclasses first, and the first whose predicate accepts a class answers for it. The class asked
+/// about is never compared with the classes that rules are filed under.
+///
+///     CompositeMatcher rules(CompositeMatcher::VisitMode::Visit);
+///     rules.composeMatcher(block, isKindOfBlock, ResultPolicy::Report);
+///     auto [matched, policy] = rules.anyMatches(port);
+///
+/// Cost: asking is linear in the number of rules up to the first that accepts. A copy has its own
+/// entries. A predicate that throws, or is empty, throws through; nothing changes then.
+class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
+  public:
+    /// What the rules mean. Every value but `Prune` acts as `Visit`.
+    enum class VisitMode : std::int32_t {
+        /// Rules cut the property away; a class that none accepts keeps it, with `Report`.
+        Prune = 0,
+        /// Rules select the property; a class that none accepts has no match, with `WalkOnly`.
+        Visit = 1,
+    };
+
+    explicit CompositeMatcher(VisitMode mode);
+    CompositeMatcher(const CompositeMatcher& other);
+    CompositeMatcher(CompositeMatcher&& other) noexcept;
+    CompositeMatcher& operator=(const CompositeMatcher& other);
+    CompositeMatcher& operator=(CompositeMatcher&& other) noexcept;
+    ~CompositeMatcher();
+
+    /// Files a rule under a class; the last rule composed under a class replaces the earlier one.
+    void composeMatcher(const Class& owner, const std::function<bool(const Class&)>& matcher,
+                        ResultPolicy policy);
+    /// Changes the policy of the rule filed under a class; without such a rule nothing happens.
+    void composePolicy(const Class& owner, ResultPolicy policy);
+
+    /// Whether some rule accepts the class, and the policy that applies to it.
+    std::pair<bool, ResultPolicy> anyMatches(const Class& type) const;
+    /// The policy that applies to the class.
+    ResultPolicy getPolicy(const Class& type) const;
+    // The const result is part of the published interface, pointless as it is.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wignored-qualifiers"
+    const bool isPruning() const;  // NOLINT(readability-const-return-type)
+#pragma GCC diagnostic pop
+
+  private:
+    internal::RuleTree rules_;
+    VisitMode mode_;
+};
+
+}  // namespace nuv::zero::traversal

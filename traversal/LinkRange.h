@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <ranges>
+#include <utility>
+
+#include "traversal/Export.h"
+#include "traversal/internal/TraversalResult.h"
+
+namespace nuv::zero::traversal {
+
+/// One walk over a result as a range: what a `for` loop wants.
+///
+///     auto walk = links(traversal->breadthFirst(roots));
+///     for (const Link& link : walk) {
+///         if (tooDeep(link)) walk.pruneAllChildren();
+///     }
+///
+/// A single-pass input range that owns the result and one walk, so a loop over a temporary is safe.
+/// The walk starts with the first `begin()`; a later `begin()` goes on where the walk stands. Use
+/// `TraversalResult::begin()` for walks that can be copied.
+///
+/// Moving a range invalidates its iterators. What the walk throws, `begin()` and `++` throw; after
+/// an exception from `++` the range may go on with the next `++`. See `IterationContext` for order,
+/// cost, pruning and exceptions. One thread at a time.
+class MODELING_NUV0_TRAVERSAL_EXPORT LinkRange {
+  public:
+    class iterator;
+
+    /// Throws `std::invalid_argument` for a null result.
+    explicit LinkRange(std::shared_ptr<internal::TraversalResult> result);
+    LinkRange(const LinkRange&) = delete;
+    LinkRange& operator=(const LinkRange&) = delete;
+    LinkRange(LinkRange&& other) noexcept;
+    LinkRange& operator=(LinkRange&& other) noexcept;
+    ~LinkRange();
+
+    inline iterator begin();
+    std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
+
+    /// Prunes as the operations of the same names of `IterationContext` do. Before the first
+    /// `begin()` they do nothing.
+    void pruneAllChildren();
+    void pruneChildren(const meta::Property& property);
+    void pruneSiblings();
+
+  private:
+    void start();
+
+    std::shared_ptr<internal::TraversalResult> result_;
+    /// Behind a pointer, so that a moved range does not copy its walk.
+    std::unique_ptr<internal::TraversalResult::IterationContext> walk_;
+};
+
+/// A light pointer into its range.
+class LinkRange::iterator {
+  public:
+    using iterator_concept = std::input_iterator_tag;
+    using iterator_category = std::input_iterator_tag;
+    using value_type = internal::Link;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const internal::Link*;
+    using reference = const internal::Link&;
+
+    iterator() noexcept = default;
+
+    reference operator*() const { return walk_->getCurrent(); }
+    pointer operator->() const { return &walk_->getCurrent(); }
+    iterator& operator++() {
+        walk_->advance();
+        return *this;
+    }
+    void operator++(int) { ++*this; }
+    friend bool operator==(const iterator& position, std::default_sentinel_t /*end*/) {
+        return position.walk_ == nullptr || !position.walk_->getCurrent();
+    }
+
+  private:
+    friend class LinkRange;
+    explicit iterator(internal::TraversalResult::IterationContext* walk) noexcept : walk_(walk) {}
+
+    internal::TraversalResult::IterationContext* walk_ = nullptr;
+};
+
+inline LinkRange::iterator LinkRange::begin() {
+    if (!walk_) start();
+    return iterator(walk_.get());
+}
+
+/// A walk over a result.
+inline LinkRange links(std::shared_ptr<internal::TraversalResult> result) {
+    return LinkRange(std::move(result));
+}
+
+}  // namespace nuv::zero::traversal
+
+/// A view by declaration: `std::ranges::view_interface` does not compile with every supported
+/// compiler.
+template <>
+inline constexpr bool std::ranges::enable_view<nuv::zero::traversal::LinkRange> = true;

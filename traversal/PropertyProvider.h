@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "traversal/AssociationSetting.h"
+#include "traversal/CompositeMatcher.h"
+#include "traversal/internal/FlatMap.h"
+
+namespace nuv::zero::traversal {
+
+/// Says which properties a walk follows from an element, in which order and with which policy.
+///
+/// A builder makes one per run from a copy of its rules. The answer for a class is computed once,
+/// on first demand, and shared by all elements of that class; answers are never removed, so what
+/// `getPropertiesToTraverse` returned stays valid as long as the provider or the pointer lives.
+///
+/// A copy has its own rules and shares the answers computed so far. A predicate or a framework
+/// operation that throws passes through and leaves nothing behind: the next element of the class
+/// tries again. One thread at a time.
+class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
+  public:
+    using Settings = std::shared_ptr<std::vector<AssociationSetting>>;
+    using MatchersMap = std::unordered_map<Property, CompositeMatcher>;
+
+    explicit PropertyProvider(std::unordered_map<Property, CompositeMatcher> matchers);
+    PropertyProvider(const PropertyProvider& other);
+    PropertyProvider& operator=(const PropertyProvider& other);
+    virtual ~PropertyProvider();
+
+    /// The properties to follow from elements of a class, in order.
+    virtual std::vector<AssociationSetting> computeSettings(const Class& type) = 0;
+    /// The policy of one property for the elements of one class; asked for every reported link.
+    virtual ResultPolicy getResultPolicy(const Class& type, const Property& property) = 0;
+
+    /// The settings of the element's class: the same vector for every element of the class.
+    std::shared_ptr<std::vector<AssociationSetting>> getPropertiesToTraverse(
+        const ModelElement& element);
+
+    /// The same without a copy of the pointer; the reference lasts until the next call.
+    const Settings& settingsOf(const Class& type);
+
+  protected:
+    const MatchersMap& matchers() const noexcept { return matchers_; }
+    /// The policy that the rules of a property give a class; `Report` without rules.
+    ResultPolicy policyOf(const Class& type, const Property& property) const;
+
+  private:
+    MatchersMap matchers_;
+    internal::FlatMap<Class, Class, Settings> settingsCache_;
+};
+
+}  // namespace nuv::zero::traversal

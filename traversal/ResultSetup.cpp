@@ -1,0 +1,28 @@
+#include "traversal/ResultSetup.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace nuv::zero::traversal {
+
+ResultSetup::ResultSetup(std::shared_ptr<internal::TraversalResult> result)
+    : result_(std::move(result)) {
+    if (!result_) throw std::invalid_argument("ResultSetup needs a result, not a null pointer.");
+}
+
+ResultSetup& ResultSetup::observe(internal::TraversalProcessor* processor) {
+    result_->doAttach(processor);
+    return *this;
+}
+
+ResultSetup& ResultSetup::filter(const std::function<ResultPolicy(internal::Link)>& filter) {
+    result_->addFilter(filter);
+    return *this;
+}
+
+ResultSetup& ResultSetup::unique(UniquenessMode mode) {
+    result_->uniqueness_ = mode;
+    return *this;
+}
+
+}  // namespace nuv::zero::traversal

@@ -1,0 +1,17 @@
+#pragma once
+
+/// The whole public interface: builders from `Spec`, results, ranges of links, observers, dumps.
+#include "traversal/LinkRange.h"
+#include "traversal/ResultSetup.h"
+#include "traversal/Spec.h"
+#include "traversal/internal/Dumps.h"
+
+namespace nuv::zero::traversal {
+
+using internal::dumpElement;
+using internal::dumpLink;
+using internal::Link;
+using internal::TraversalProcessor;
+using internal::TraversalResult;
+
+}  // namespace nuv::zero::traversal

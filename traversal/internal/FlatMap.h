@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace nuv::zero::traversal::internal {
+
+/// A hash map from handles to small values that only ever grows: open addressing over two arrays.
+///
+/// Keys stand apart from values because most questions of a walk are "is it there?", and eight
+/// bytes a key make that one cache line. `Slot` holds a key (a handle, or a lent handle); `Handle`
+/// is what it is compared with. The null handle is a key like any other, kept aside because it
+/// marks free places.
+///
+/// A copy is independent. A failing allocation changes nothing. References to values last until
+/// the next `reserveOne` or `insert`.
+template <class Handle, class Slot, class Value>
+class FlatMap {
+  public:
+    std::size_t size() const noexcept { return size_ + (hasNull_ ? 1 : 0); }
+
+    const Value* find(const Handle& key) const noexcept {
+        if (!key) return hasNull_ ? &nullValue_ : nullptr;
+        if (slots_.empty()) return nullptr;
+        const std::size_t place = placeOf(key);
+        return isFree(place) ? nullptr : &values_[place];
+    }
+    Value* find(const Handle& key) noexcept {
+        return const_cast<Value*>(std::as_const(*this).find(key));
+    }
+    bool contains(const Handle& key) const noexcept { return find(key) != nullptr; }
+
+    /// Makes sure that the next `insert` allocates nothing.
+    void reserveOne() {
+        // At most half full: linear probing then ends after a step or two.
+        if ((size_ + 1) * 2 > slots_.size()) grow();
+    }
+
+    /// Adds a key that is not there yet.
+    Value& insert(const Handle& key, Value value) {
+        if (!key) {
+            nullValue_ = std::move(value);
+            hasNull_ = true;
+            return nullValue_;
+        }
+        reserveOne();
+        const std::size_t place = placeOf(key);
+        slots_[place] = Slot(key);
+        values_[place] = std::move(value);
+        ++size_;
+        return values_[place];
+    }
+
+  private:
+    static constexpr std::size_t smallest = 16;
+
+    static const Handle& handleIn(const Slot& slot) noexcept {
+        if constexpr (std::is_same_v<Slot, Handle>) {
+            return slot;
+        } else {
+            return slot.get();
+        }
+    }
+    bool isFree(std::size_t place) const noexcept { return !handleIn(slots_[place]); }
+
+    /// Where the key is, or the free place where it belongs.
+    std::size_t placeOf(const Handle& key) const noexcept {
+        std::size_t place = homeOf(key);
+        while (!isFree(place) && !(handleIn(slots_[place]) == key)) {
+            place = (place + 1) & (slots_.size() - 1);
+        }
+        return place;
+    }
+
+    /// The upper bits of a product, because frameworks may hash an address by itself.
+    std::size_t homeOf(const Handle& key) const noexcept {
+        const std::uint64_t hash = std::hash<Handle>()(key);
+        return static_cast<std::size_t>((hash * 0x9E3779B97F4A7C15U) >> shift_);
+    }
+
+    void grow() {
+        FlatMap larger;
+        const std::size_t count = slots_.empty() ? smallest : slots_.size() * 2;
+        larger.slots_.resize(count);
+        larger.values_.resize(count);
+        larger.shift_ = 64U;
+        for (std::size_t left = count; left > 1; left /= 2) --larger.shift_;
+        for (std::size_t place = 0; place < slots_.size(); ++place) {
+            if (isFree(place)) continue;
+            const std::size_t moved = larger.placeOf(handleIn(slots_[place]));
+            larger.slots_[moved] = std::move(slots_[place]);
+            larger.values_[moved] = std::move(values_[place]);
+        }
+        slots_.swap(larger.slots_);
+        values_.swap(larger.values_);
+        shift_ = larger.shift_;
+    }
+
+    std::vector<Slot> slots_;
+    std::vector<Value> values_;
+    std::size_t size_ = 0;
+    unsigned shift_ = 63;
+    bool hasNull_ = false;
+    Value nullValue_{};
+};
+
+}  // namespace nuv::zero::traversal::internal

@@ -1,0 +1,191 @@
+#include <utility>
+
+#include "traversal/PropertyProvider.h"
+#include "traversal/internal/AbstractStore.h"
+#include "traversal/internal/ProgressTable.h"
+#include "traversal/internal/TraversalProcessor.h"
+#include "traversal/internal/TraversalResult.h"
+#include "traversal/internal/UniquenessMaintainer.h"
+
+namespace nuv::zero::traversal::internal {
+
+TraversalResult::IterationContext::IterationContext() = default;
+
+TraversalResult::IterationContext::IterationContext(const std::shared_ptr<TraversalResult>& result)
+    : result_(result),
+      store_(result->isDepthFirst() ? makeDfsStore() : makeBfsStore()),
+      maintainer_(result->createUniquenessMaintainer()),
+      progress_(std::make_unique<ProgressTable>(result->isDepthFirst()
+                                                    ? ProgressTable::Discipline::DepthFirst
+                                                    : ProgressTable::Discipline::BreadthFirst,
+                                                *result->provider_, result->processor_)) {
+    advance();
+}
+
+TraversalResult::IterationContext::IterationContext(const IterationContext& other)
+    : result_(other.result_),
+      store_(other.store_ ? other.store_->clone() : nullptr),
+      maintainer_(other.maintainer_ ? other.maintainer_->clone() : nullptr),
+      progress_(other.progress_ ? std::make_unique<ProgressTable>(*other.progress_) : nullptr),
+      nextInput_(other.nextInput_),
+      current_(other.current_),
+      currentInput_(other.currentInput_) {}
+
+void TraversalResult::IterationContext::operator=(const IterationContext& other) {
+    if (this == &other) return;
+    IterationContext copy(other);
+    // From here on nothing can fail. What the lent handles rely on goes last.
+    current_ = copy.current_;
+    store_.swap(copy.store_);
+    maintainer_.swap(copy.maintainer_);
+    progress_.swap(copy.progress_);
+    std::swap(nextInput_, copy.nextInput_);
+    std::swap(currentInput_, copy.currentInput_);
+    result_.swap(copy.result_);
+}
+
+TraversalResult::IterationContext::~IterationContext() = default;
+
+bool TraversalResult::IterationContext::operator==(const IterationContext& other) const {
+    if (!result_ || !other.result_) {
+        if (!result_ && !other.result_) return true;
+        return !(result_ ? *this : other).getCurrent();
+    }
+    return result_ == other.result_ && nextInput_ == other.nextInput_ &&
+           store_->equals(*other.store_) && getCurrent() == other.getCurrent() &&
+           currentInput_ == other.currentInput_;
+}
+
+/// A link whose cascade flag is set stays on the frontier while the links of its target are
+/// produced; it is removed when its target's cursor is exhausted. A loop, not a recursion: chains
+/// are as long as the model.
+void TraversalResult::IterationContext::advance() {
+    if (!result_) return;
+    while (!store_->empty() || startNextInput()) {
+        if (handleTop()) return;
+    }
+}
+
+bool TraversalResult::IterationContext::startNextInput() {
+    notifyExitInput();
+    if (nextInput_ == result_->inputs_.size()) {
+        current_ = LentLink();
+        return false;
+    }
+    // Moved on before the event: an observer that throws loses this input, not the whole walk.
+    currentInput_ = result_->inputs_[nextInput_++];
+    notifyEnterInput();
+    store_->push(LentLink(ModelElement(), currentInput_, meta::Property()).get());
+    return true;
+}
+
+/// Handles the link at the top of the frontier up to the next report; false when there was none.
+bool TraversalResult::IterationContext::handleTop() {
+    const Link& top = store_->top();
+    if (!top.shouldCascade()) {
+        const LentLink link(top);
+        // Removed before it is tried: a filter that throws does not get it again.
+        store_->pop();
+        return tryReport(link.get());
+    }
+
+    if (!top.getProperty() && shouldCascadeInto(top.getTarget())) {
+        progress_->prepareToEnter(top.getTarget(), result_->processor_);
+        progress_->enter(top.getTarget(), result_->processor_);
+    }
+    ElementProgress* cursor = progress_->cursorOfTop(top);
+    if (cursor == nullptr) {
+        store_->pop();
+        return false;
+    }
+    if (result_->isReportingSelfFirst() && !cursor->hasReportedSelf()) {
+        cursor->setReportedSelf();
+        if (tryReport(top)) return true;
+    }
+    bool descended = false;
+    if (produceChildren(*cursor, descended)) return true;
+    if (descended) return false;
+    if (!cursor->hasReportedSelf()) {
+        cursor->setReportedSelf();
+        if (tryReport(store_->top())) return true;
+    }
+    store_->pop();
+    progress_->finishTop();
+    return false;
+}
+
+/// Takes the links of the top's target one after another, up to the next report or, depth-first, up
+/// to the first that leads on.
+bool TraversalResult::IterationContext::produceChildren(ElementProgress& cursor, bool& descended) {
+    while (!cursor.processedAll()) {
+        if (!cursor.step()) continue;
+        const Lent<ModelElement> target = cursor.currentTarget();
+        if (!shouldCascadeInto(target.get())) {
+            const LentLink link(cursor.element(), target.get(), cursor.currentProperty(), false);
+            if (!result_->isDepthFirst()) {
+                store_->push(link.get());
+            } else if (tryReport(link.get())) {
+                // Depth-first it would be the next link to handle anyway.
+                return true;
+            }
+            continue;
+        }
+        const LentLink link(cursor.element(), target.get(), cursor.currentProperty());
+        progress_->prepareToEnter(target.get(), result_->processor_);
+        store_->push(link.get());
+        progress_->enter(target.get(), result_->processor_);
+        if (result_->isDepthFirst()) {
+            descended = true;
+            return false;
+        }
+        if (tryReport(link.get())) return true;
+    }
+    return false;
+}
+
+bool TraversalResult::IterationContext::tryReport(const Link& link) {
+    if (!link) return false;
+    if (link.getProperty() &&
+        result_->provider_->getResultPolicy(access::classOf(link.getSource()),
+                                            link.getProperty()) == ResultPolicy::WalkOnly) {
+        return false;
+    }
+    if (!maintainer_->shouldReport(link)) return false;
+    if (result_->runFilters(link) == ResultPolicy::WalkOnly) return false;
+    current_ = LentLink(link);
+    return true;
+}
+
+bool TraversalResult::IterationContext::shouldCascadeInto(const ModelElement& target) const {
+    return !progress_->hasEntered(target);
+}
+
+void TraversalResult::IterationContext::notifyEnterInput() {
+    if (result_->processor_ != nullptr) result_->processor_->onEnterInputElement(currentInput_);
+}
+
+void TraversalResult::IterationContext::notifyExitInput() {
+    if (result_->processor_ != nullptr && currentInput_) {
+        result_->processor_->onExitInputElement(currentInput_);
+    }
+}
+
+void TraversalResult::IterationContext::pruneAllChildren() {
+    if (!progress_) return;
+    ElementProgress* cursor = progress_->findUnfinished(getCurrent().getTarget());
+    if (cursor != nullptr) cursor->pruneAllChildren();
+}
+
+void TraversalResult::IterationContext::pruneChildren(const meta::Property& property) {
+    if (!progress_) return;
+    ElementProgress* cursor = progress_->findUnfinished(getCurrent().getTarget());
+    if (cursor != nullptr) cursor->pruneProperty(property);
+}
+
+void TraversalResult::IterationContext::pruneSiblings() {
+    if (!progress_) return;
+    ElementProgress* cursor = progress_->findUnfinished(getCurrent().getSource());
+    if (cursor != nullptr) cursor->pruneCurrentProperty();
+}
+
+}  // namespace nuv::zero::traversal::internal

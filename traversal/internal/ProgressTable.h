@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+
+#include "traversal/PropertyProvider.h"
+#include "traversal/internal/CursorPath.h"
+#include "traversal/internal/FlatMap.h"
+#include "traversal/internal/Lent.h"
+
+namespace nuv::zero::traversal::internal {
+
+/// Which elements a walk has entered, and the cursors of those that it has not finished.
+///
+/// An element is entered once and stays entered. Its cursor exists only while it is of use:
+/// depth-first from entering until nothing is left below the element, breadth-first while it is the
+/// element's turn. What waits for its turn is a link on the frontier and a mark here; only when it
+/// differs from a fresh cursor already (it was pruned, or entered under another observer than the
+/// walk began with) its cursor is parked.
+///
+/// Everything that the table is shown stays alive as long as the table.
+class ProgressTable {
+  public:
+    enum class Discipline : bool { BreadthFirst, DepthFirst };
+
+    /// REQUIRES: the provider outlives the table.
+    ProgressTable(Discipline discipline, PropertyProvider& provider, TraversalProcessor* observer);
+    ProgressTable(const ProgressTable& other);
+    ProgressTable(ProgressTable&&) = delete;
+    ProgressTable& operator=(const ProgressTable&) = delete;
+    ProgressTable& operator=(ProgressTable&&) = delete;
+    ~ProgressTable();
+
+    bool hasEntered(const ModelElement& element) const noexcept {
+        return places_.contains(element);
+    }
+
+    /// Everything about entering an element that can fail: makes room and asks the provider for the
+    /// settings of its class. A failure leaves the element as if it had never been met.
+    void prepareToEnter(const ModelElement& element, TraversalProcessor* observer);
+    /// Marks the element entered. REQUIRES: `prepareToEnter` has just succeeded for it.
+    void enter(const ModelElement& element, TraversalProcessor* observer) noexcept;
+
+    /// The cursor of the target of the link at the top of the frontier; null when that element was
+    /// finished before, which happens to an input that was reached from an earlier one.
+    /// REQUIRES: the target is entered.
+    ElementProgress* cursorOfTop(const Link& top);
+    /// Ends the cursor that `cursorOfTop` gave.
+    void finishTop() noexcept;
+
+    /// The cursor of an element that may still produce links, to prune it; null when there is none.
+    ElementProgress* findUnfinished(const ModelElement& element);
+
+  private:
+    /// Depth-first: the index of the element's cursor on the path, as long as it is there.
+    /// Breadth-first: how many elements were entered before it, which is the order of their turns.
+    using Place = std::uint32_t;
+
+    using Settings = std::vector<AssociationSetting>;
+
+    bool isDepthFirst() const noexcept { return discipline_ == Discipline::DepthFirst; }
+    ElementProgress& park(const ModelElement& element, TraversalProcessor* observer,
+                          const Settings& settings);
+
+    Discipline discipline_;
+    PropertyProvider& provider_;
+    TraversalProcessor* firstObserver_;
+    WalkSupport::Keeper keeper_;
+    FlatMap<ModelElement, Lent<ModelElement>, Place> places_;
+    CursorPath path_;
+    /// The settings of the element that is about to be entered.
+    const Settings* prepared_ = nullptr;
+    /// Breadth-first: the number of turns taken.
+    Place turns_ = 0;
+    std::unordered_map<ModelElement, ElementProgress> parked_;
+};
+
+}  // namespace nuv::zero::traversal::internal

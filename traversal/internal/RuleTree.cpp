@@ -1,0 +1,68 @@
+#include "traversal/internal/RuleTree.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "traversal/ClassHierarchyComparator.h"
+
+namespace nuv::zero::traversal::internal {
+
+RuleTree::Place RuleTree::descend(const Class& owner) const {
+    const ClassHierarchyComparator less;
+    Place place;
+    // The entry that would follow the class in order: the last one passed on its left side.
+    Index after = none;
+    for (Index index = nodes_.empty() ? none : 0; index != none;) {
+        const Node& node = nodes_[index];
+        if (node.rule.owner == owner) {
+            place.found = index;
+            return place;
+        }
+        place.parent = index;
+        place.toTheRight = less(node.rule.owner, owner);
+        if (place.toTheRight) {
+            place.before = index;
+            index = node.right;
+        } else {
+            after = index;
+            index = node.left;
+        }
+    }
+    if (after != none && !less(owner, nodes_[after].rule.owner)) place.found = after;
+    return place;
+}
+
+void RuleTree::file(const Class& owner, ClassPredicate predicate, ResultPolicy policy) {
+    const Place place = descend(owner);
+    if (place.found != none) {
+        Rule& rule = nodes_[place.found].rule;
+        rule.predicate = std::move(predicate);
+        rule.policy = policy;
+        return;
+    }
+    if (nodes_.size() >= none) throw std::length_error("Too many rules for one property.");
+    const auto index = static_cast<Index>(nodes_.size());
+    nodes_.push_back({{owner, std::move(predicate), policy}, none, none, none});
+    if (place.parent != none) {
+        Node& parent = nodes_[place.parent];
+        (place.toTheRight ? parent.right : parent.left) = index;
+    }
+    Index& link = place.before == none ? first_ : nodes_[place.before].next;
+    nodes_[index].next = link;
+    link = index;
+}
+
+void RuleTree::setPolicy(const Class& owner, ResultPolicy policy) {
+    const Place place = descend(owner);
+    if (place.found != none) nodes_[place.found].rule.policy = policy;
+}
+
+const RuleTree::Rule* RuleTree::firstAccepting(const Class& type) const {
+    for (Index index = first_; index != none; index = nodes_[index].next) {
+        const Rule& rule = nodes_[index].rule;
+        if (rule.predicate(type)) return &rule;
+    }
+    return nullptr;
+}
+
+}  // namespace nuv::zero::traversal::internal

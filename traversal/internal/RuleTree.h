@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "traversal/ClassPredicate.h"
+#include "traversal/fwd.h"
+
+namespace nuv::zero::traversal::internal {
+
+/// The rules of one property, one entry per class they are filed under, in the order of
+/// `ClassHierarchyComparator`.
+///
+/// The comparator may call two classes less than each other, so where an entry stands depends on
+/// the order of filing. That is well defined here: a new class descends right of every entry that
+/// is less than it and left of every other, and stays where the descent ends. Nothing is ever
+/// compared again or moved, so filing a class twice takes the same way and finds its entry.
+class RuleTree {
+  public:
+    struct Rule {
+        Class owner;
+        ClassPredicate predicate;
+        ResultPolicy policy;
+    };
+
+    /// Files a rule, or replaces predicate and policy of the one filed under the same class before.
+    /// A failure changes nothing.
+    void file(const Class& owner, ClassPredicate predicate, ResultPolicy policy);
+    /// Changes the policy of the rule filed under the class, if there is one.
+    void setPolicy(const Class& owner, ResultPolicy policy);
+
+    /// The first rule in order whose predicate accepts the class; null where none does.
+    const Rule* firstAccepting(const Class& type) const;
+
+  private:
+    using Index = std::uint32_t;
+    static constexpr Index none = 0xFFFFFFFFU;
+
+    struct Node {
+        Rule rule;
+        Index left = none;
+        Index right = none;
+        Index next = none;
+    };
+    /// Where a descent ended: at the entry that answers for the class, or below `parent`.
+    struct Place {
+        Index found = none;
+        Index parent = none;
+        Index before = none;
+        bool toTheRight = false;
+    };
+    Place descend(const Class& owner) const;
+
+    std::vector<Node> nodes_;
+    Index first_ = none;
+};
+
+}  // namespace nuv::zero::traversal::internal

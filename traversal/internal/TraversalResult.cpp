@@ -1,0 +1,43 @@
+#include "traversal/internal/TraversalResult.h"
+
+#include "traversal/PropertyProvider.h"
+#include "traversal/internal/UniquenessMaintainer.h"
+
+namespace nuv::zero::traversal::internal {
+
+TraversalResult::TraversalResult(privateTag /*tag*/, const std::vector<ModelElement>& inputs,
+                                 const std::shared_ptr<PropertyProvider>& provider, Algo algo,
+                                 ResultPolicy pseudoLinkPolicy)
+    : provider_(provider),
+      inputs_(inputs),
+      dropsPseudoLinks_(pseudoLinkPolicy == ResultPolicy::WalkOnly),
+      algo_(algo) {}
+
+TraversalResult::TraversalResult(const TraversalResult& other) = default;
+TraversalResult::~TraversalResult() = default;
+
+TraversalResult::IterationContext TraversalResult::begin() {
+    return IterationContext(shared_from_this());
+}
+
+void TraversalResult::addFilter(const std::function<ResultPolicy(Link)>& filter) {
+    filters_.push_back(filter);
+}
+
+ResultPolicy TraversalResult::runFilters(const Link& link) const {
+    if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
+    for (const auto& filter : filters_) {
+        if (filter(link) == ResultPolicy::WalkOnly) return ResultPolicy::WalkOnly;
+    }
+    return ResultPolicy::Report;
+}
+
+void TraversalResult::doAttach(TraversalProcessor* processor) {
+    processor_ = processor;
+}
+
+std::unique_ptr<UniquenessMaintainer> TraversalResult::createUniquenessMaintainer() const {
+    return makeUniquenessMaintainer(uniqueness_);
+}
+
+}  // namespace nuv::zero::traversal::internal

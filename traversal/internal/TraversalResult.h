@@ -1,0 +1,140 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "model/Framework.h"
+#include "traversal/Export.h"
+#include "traversal/fwd.h"
+#include "traversal/internal/LentLink.h"
+
+namespace nuv::zero::traversal::internal {
+
+/// What running a traversal gives: a recipe from which any number of walks can be started. Nothing
+/// is visited until a walk starts.
+///
+///     auto result = Spec::compositionTraversal()->depthFirst({root});
+///     for (const Link& link : links(result)) std::cout << dumpLink(link) << '\n';
+///
+/// Ownership: a result shares its rules (a snapshot of the builder's) and holds its inputs; the
+/// model, and an attached observer, have to outlive the walks. Later changes to the builder do not
+/// reach it. A copy shares the rules and has its own inputs, filters and settings; it can start
+/// walks only when a shared pointer owns it.
+///
+/// Threads: one result and its walks belong to one thread at a time; different results may be
+/// walked on different threads over one unchanging model.
+class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
+    : public std::enable_shared_from_this<TraversalResult> {
+  public:
+    class IterationContext;
+
+    /// Opens the constructor to the builders alone.
+    class privateTag {
+        template <class Impl>
+        friend class traversal::AbstractTraversal;
+        explicit privateTag() {}  // NOLINT(modernize-use-equals-default): not an aggregate
+    };
+
+    TraversalResult(privateTag tag, const std::vector<ModelElement>& inputs,
+                    const std::shared_ptr<PropertyProvider>& provider, Algo algo,
+                    ResultPolicy pseudoLinkPolicy);
+    TraversalResult(const TraversalResult& other);
+    TraversalResult& operator=(const TraversalResult&) = delete;
+    ~TraversalResult();
+
+    /// A new walk, standing on its first link. Throws `std::bad_weak_ptr` when no shared pointer
+    /// owns the result, and whatever the walk's first step throws.
+    IterationContext begin();
+
+  private:
+    friend class traversal::ResultSetup;
+
+    void addFilter(const std::function<ResultPolicy(Link)>& filter);
+    ResultPolicy runFilters(const Link& link) const;
+    void doAttach(TraversalProcessor* processor);
+    std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer() const;
+    bool isDepthFirst() const noexcept { return algo_ != Algo::BreadthFirst; }
+    bool isReportingSelfFirst() const noexcept { return algo_ != Algo::DepthFirstPostOrder; }
+
+    std::shared_ptr<PropertyProvider> provider_;
+    TraversalProcessor* processor_ = nullptr;
+    std::vector<ModelElement> inputs_;
+    /// Asked before all filters. A flag, since handing every link to a function copies it.
+    bool dropsPseudoLinks_;
+    std::vector<std::function<ResultPolicy(Link)>> filters_;
+    Algo algo_;
+    UniquenessMode uniqueness_ = UniquenessMode::NoUniqueness;
+};
+
+/// One walk over a result: stands on a link, or at the end.
+///
+///     for (auto walk = result->begin(); !(walk == IterationContext()); walk.advance()) {
+///         use(walk.getCurrent());
+///     }
+///
+/// Order: the result's. Each step costs the work up to the next reported link, one hash look-up for
+/// each link met on the way; memory grows with the elements entered. A copy is an independent walk
+/// from the same place; it copies the frontier, the memory of what was entered or reported, and the
+/// cursors.
+///
+/// Every element is entered once. A link to an element that was entered before is reported with
+/// `shouldCascade()` false, and the walk does not go on from there.
+///
+/// Pruning acts from the next step on, on cursors only: links that are on the frontier already are
+/// still handled. On a link without a source or target to prune, and at the end, it does nothing.
+///
+/// An exception from a predicate, a filter, an observer, the model or an allocation ends the step
+/// and passes through; `getCurrent` keeps its value, what was reached stays reached, and the next
+/// `advance` goes on from there. The link under way is lost, except where it is the input's own
+/// link. When the walk ends, the observer hears `onExitInputElement` for the last input, and again
+/// for each further `advance`.
+///
+/// A model that changes under a walk is outside the contract, but does no harm: what the walk has
+/// met stays alive, and the values of a property are those that stood there when it was reached.
+class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
+  public:
+    /// The end of every walk.
+    IterationContext();
+    explicit IterationContext(const std::shared_ptr<TraversalResult>& result);
+    IterationContext(const IterationContext& other);
+    void operator=(const IterationContext& other);
+    ~IterationContext();
+
+    /// Walks of one result are equal when they stand at the same place with the same frontier; what
+    /// they have pruned is not compared. A walk that has ended equals the default-constructed one,
+    /// and so two ended walks of different results are unequal although both equal that one.
+    bool operator==(const IterationContext& other) const;
+
+    void advance();
+    /// The link that the walk stands on; the empty link at the end. The reference stays; the link
+    /// changes with each `advance`. Copy it to keep it.
+    const Link& getCurrent() const { return current_.get(); }
+
+    /// Nothing below the current target, as far as it was not produced yet.
+    void pruneAllChildren();
+    /// The same for one property of the current target.
+    void pruneChildren(const meta::Property& property);
+    /// No further values of the property on which the cursor of the current source stands now.
+    void pruneSiblings();
+
+  private:
+    MODELING_NUV0_TRAVERSAL_LOCAL bool startNextInput();
+    MODELING_NUV0_TRAVERSAL_LOCAL bool handleTop();
+    MODELING_NUV0_TRAVERSAL_LOCAL bool produceChildren(ElementProgress& cursor, bool& descended);
+    MODELING_NUV0_TRAVERSAL_LOCAL bool tryReport(const Link& link);
+    MODELING_NUV0_TRAVERSAL_LOCAL bool shouldCascadeInto(const ModelElement& target) const;
+    MODELING_NUV0_TRAVERSAL_LOCAL void notifyEnterInput();
+    MODELING_NUV0_TRAVERSAL_LOCAL void notifyExitInput();
+
+    std::shared_ptr<TraversalResult> result_;
+    std::unique_ptr<AbstractStore> store_;
+    std::unique_ptr<UniquenessMaintainer> maintainer_;
+    std::unique_ptr<ProgressTable> progress_;
+    std::size_t nextInput_ = 0;
+    LentLink current_;
+    ModelElement currentInput_;
+};
+
+}  // namespace nuv::zero::traversal::internal

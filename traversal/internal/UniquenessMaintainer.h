@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include "traversal/internal/Link.h"
+
+namespace nuv::zero::traversal::internal {
+
+/// Decides whether a link may be reported, and remembers what it was asked about: a link that is
+/// left out for another reason afterwards still counts as seen.
+class UniquenessMaintainer {
+  public:
+    UniquenessMaintainer() = default;
+    UniquenessMaintainer(const UniquenessMaintainer&) = delete;
+    UniquenessMaintainer& operator=(const UniquenessMaintainer&) = delete;
+    virtual ~UniquenessMaintainer();
+
+    virtual bool shouldReport(const Link& link) = 0;
+    virtual std::unique_ptr<UniquenessMaintainer> clone() const = 0;
+};
+
+std::unique_ptr<UniquenessMaintainer> makeUniquenessMaintainer(UniquenessMode mode);
+
+}  // namespace nuv::zero::traversal::internal
