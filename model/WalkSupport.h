@@ -4,6 +4,15 @@
 #include <utility>
 #include <vector>
 
+namespace nuv::zero::access {
+// Before the framework, which may specialise it.
+template <class Element>
+struct WalkSupport;
+}  // namespace nuv::zero::access
+
+// For whoever includes this header first; what stands in for the framework needs its types.
+#include "model/Framework.h"
+
 /// What a framework may offer to make walks cheaper, and what stands in where it does not.
 ///
 /// Included after the framework's own types and functions; a framework that has something to offer
@@ -33,6 +42,9 @@ struct WalkSupport {
     }
     template <class Handle>
     static void forget(Handle& /*lent*/) noexcept {}
+
+    /// Begins to load an element that is looked at soon.
+    static void prefetch(const Element& /*element*/) noexcept {}
 
     /// The elements that a property designates, in order, as they stood when they were read.
     class ElementView {

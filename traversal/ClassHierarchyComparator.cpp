@@ -9,7 +9,7 @@ bool ClassHierarchyComparator::operator()(const Class& lhs, const Class& rhs) co
     // A rule may be filed under no class at all; such a rule comes first.
     if (!lhs || !rhs) return !lhs;
     if (access::conformsTo(lhs, rhs)) return true;
-    const std::u16string& rightName = access::qualifiedNameOf(rhs);
+    const auto& rightName = access::qualifiedNameOf(rhs);
     return access::qualifiedNameOf(lhs) < rightName;
 }
 

@@ -19,6 +19,8 @@ const PropertyProvider::Settings& PropertyProvider::settingsOf(const Class& type
     if (const Settings* known = settingsCache_.find(type)) return *known;
     // Computed before anything is stored: a predicate that throws leaves nothing behind.
     auto computed = std::make_shared<std::vector<AssociationSetting>>(computeSettings(type));
+    // A predicate may have asked for the class itself; walks rely on the first answer to stay.
+    if (const Settings* meanwhile = settingsCache_.find(type)) return *meanwhile;
     return settingsCache_.insert(type, std::move(computed));
 }
 

@@ -22,6 +22,7 @@ ElementProgress::ElementProgress(const ElementProgress& other)
       extras_(other.extras_ == nullptr ? nullptr : new Extras(*other.extras_)),
       values_(other.values_),
       valueIndex_(other.valueIndex_),
+      valueCount_(other.valueCount_),
       propertyIndex_(other.propertyIndex_),
       reportedSelf_(other.reportedSelf_),
       started_(other.started_),
@@ -46,6 +47,7 @@ void ElementProgress::restart(const ModelElement& element, TraversalProcessor* p
     extras_.reset();
     values_.clear();
     valueIndex_ = beforeFirst;
+    valueCount_ = 0;
     propertyIndex_ = 0;
     reportedSelf_ = started_ = finished_ = exitNotified_ = false;
 }
@@ -57,6 +59,7 @@ void ElementProgress::takeOver(ElementProgress& other) noexcept {
     extras_ = std::move(other.extras_);
     values_ = std::move(other.values_);
     valueIndex_ = std::exchange(other.valueIndex_, beforeFirst);
+    valueCount_ = std::exchange(other.valueCount_, 0);
     propertyIndex_ = std::exchange(other.propertyIndex_, 0);
     reportedSelf_ = std::exchange(other.reportedSelf_, false);
     started_ = std::exchange(other.started_, false);
@@ -69,21 +72,16 @@ Link ElementProgress::advanceAndGetCurrent() {
     return peekCurrent();
 }
 
-bool ElementProgress::step() {
-    if (!started_ && !finished_) {
-        if (isNotifying()) notify(EventPoint::EnterElement, meta::Property());
-        // Behind the event: an observer that throws gets the event again.
-        started_ = true;
-        updateCurrentValueForNewProperty();
-    }
-    advance();
-    return !finished_;
+void ElementProgress::start() {
+    if (finished_) return;
+    if (isNotifying()) notify(EventPoint::EnterElement, meta::Property());
+    // Behind the event: an observer that throws gets the event again.
+    started_ = true;
+    updateCurrentValueForNewProperty();
 }
 
-void ElementProgress::advance() {
-    if (finished_) return;
-    ++valueIndex_;
-    if (valueIndex_ < values_.size()) return;
+/// Leaves a property whose values have run out for the next one that has values.
+void ElementProgress::advanceProperty() {
     if (isNotifying() && propertyIndex_ < settingsCount()) {
         notify(EventPoint::ExitProperty, currentProperty());
     }
@@ -99,11 +97,13 @@ Link ElementProgress::peekCurrent() const {
 
 void ElementProgress::updateCurrentValueForNewProperty() {
     values_.clear();
+    valueCount_ = 0;
     for (; propertyIndex_ < settingsCount(); ++propertyIndex_) {
         const meta::Property& property = currentProperty();
         if (isNotifying()) notify(EventPoint::EnterProperty, property);
         if (isNotPruned(property)) values_ = WalkSupport::view(element(), property);
-        if (values_.size() != 0) {
+        valueCount_ = values_.size();
+        if (valueCount_ != 0) {
             valueIndex_ = beforeFirst;
             return;
         }
@@ -112,14 +112,10 @@ void ElementProgress::updateCurrentValueForNewProperty() {
     finished_ = true;
 }
 
-bool ElementProgress::processedAll() {
-    if (!finished_) return false;
-    if (started_ && !exitNotified_) {
-        // Before the event: an observer that throws does not get it again.
-        exitNotified_ = true;
-        if (isNotifying()) notify(EventPoint::ExitElement, meta::Property());
-    }
-    return true;
+void ElementProgress::exitElement() {
+    // Before the event: an observer that throws does not get it again.
+    exitNotified_ = true;
+    if (isNotifying()) notify(EventPoint::ExitElement, meta::Property());
 }
 
 void ElementProgress::pruneAllChildren() {
@@ -131,7 +127,7 @@ void ElementProgress::pruneAllChildren() {
 void ElementProgress::pruneCurrentProperty() {
     if (finished_) return;
     if (started_) {
-        valueIndex_ = values_.size();
+        valueIndex_ = valueCount_;
     } else if (propertyIndex_ < settingsCount()) {
         ++propertyIndex_;
     }

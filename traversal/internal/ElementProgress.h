@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -51,7 +52,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
     Link advanceAndGetCurrent();
     /// Whether no link is left. The first such answer sends the exit event of the element, unless
     /// the cursor was finished before its first step.
-    bool processedAll();
+    bool processedAll() {
+        if (finished_ && started_ && !exitNotified_) exitElement();
+        return finished_;
+    }
 
     /// Whether the walk has handled the link to the element itself.
     bool hasReportedSelf() const { return reportedSelf_; }
@@ -88,17 +92,38 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
     /// Takes another cursor's place in the walk, and leaves a placeholder behind.
     MODELING_NUV0_TRAVERSAL_LOCAL void takeOver(ElementProgress& other) noexcept;
     /// Moves on to the next link; false when there is none left.
-    MODELING_NUV0_TRAVERSAL_LOCAL bool step();
+    bool step() {
+        if (!started_) start();
+        advance();
+        return !finished_;
+    }
     const ModelElement& element() const noexcept { return element_.get(); }
     /// The link found by the last step. REQUIRES: the step found one.
     const meta::Property& currentProperty() const noexcept {
         return (*settings_)[propertyIndex_].property();
     }
-    Lent<ModelElement> currentTarget() const {
-        return Lent<ModelElement>::adopt(values_.lend(valueIndex_));
+    Lent<ModelElement> currentTarget() const { return targetAt(valueIndex_); }
+
+    /// Shows targets that come soon to `visit`, each once per property, so that they can be loaded
+    /// while the ones before them are walked.
+    template <class Visit>
+    void lookAhead(const Visit& visit) const {
+        constexpr std::size_t distance = 8;
+        if (valueIndex_ + 1 >= valueCount_) return;
+        const std::size_t end = std::min(valueIndex_ + distance + 1, valueCount_);
+        std::size_t index = valueIndex_ == 0 ? 1 : valueIndex_ + distance;
+        for (; index < end; ++index) visit(targetAt(index).get());
+    }
+    Lent<ModelElement> targetAt(std::size_t index) const {
+        return Lent<ModelElement>::adopt(values_.lend(index));
     }
 
-    MODELING_NUV0_TRAVERSAL_LOCAL void advance();
+    MODELING_NUV0_TRAVERSAL_LOCAL void start();
+    void advance() {
+        if (!finished_ && ++valueIndex_ >= valueCount_) advanceProperty();
+    }
+    MODELING_NUV0_TRAVERSAL_LOCAL void advanceProperty();
+    MODELING_NUV0_TRAVERSAL_LOCAL void exitElement();
     MODELING_NUV0_TRAVERSAL_LOCAL Link peekCurrent() const;
     MODELING_NUV0_TRAVERSAL_LOCAL void updateCurrentValueForNewProperty();
     bool isNotPruned(const meta::Property& property) const {
@@ -116,6 +141,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
     std::unique_ptr<Extras> extras_;
     WalkSupport::ElementView values_;
     std::size_t valueIndex_ = beforeFirst;
+    std::size_t valueCount_ = 0;
     std::uint32_t propertyIndex_ = 0;
     bool reportedSelf_ = false;
     bool started_ = false;

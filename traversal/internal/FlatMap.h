@@ -14,8 +14,8 @@ namespace nuv::zero::traversal::internal {
 ///
 /// Keys stand apart from values because most questions of a walk are "is it there?", and eight
 /// bytes a key make that one cache line. `Slot` holds a key (a handle, or a lent handle); `Handle`
-/// is what it is compared with. The null handle is a key like any other, kept aside because it
-/// marks free places.
+/// is what it is compared with. Values of an empty type take no memory, which makes the map a set.
+/// The null handle is a key like any other, kept aside because it marks free places.
 ///
 /// A copy is independent. A failing allocation changes nothing. References to values last until
 /// the next `reserveOne` or `insert`.
@@ -28,12 +28,17 @@ class FlatMap {
         if (!key) return hasNull_ ? &nullValue_ : nullptr;
         if (slots_.empty()) return nullptr;
         const std::size_t place = placeOf(key);
-        return isFree(place) ? nullptr : &values_[place];
+        return isFree(place) ? nullptr : &values_.at(place);
     }
     Value* find(const Handle& key) noexcept {
         return const_cast<Value*>(std::as_const(*this).find(key));
     }
     bool contains(const Handle& key) const noexcept { return find(key) != nullptr; }
+
+    /// Begins to load the place of a key that is asked for soon.
+    void prefetch(const Handle& key) const noexcept {
+        if (key && !slots_.empty()) __builtin_prefetch(&slots_[homeOf(key)]);
+    }
 
     /// Makes sure that the next `insert` allocates nothing.
     void reserveOne() {
@@ -51,13 +56,35 @@ class FlatMap {
         reserveOne();
         const std::size_t place = placeOf(key);
         slots_[place] = Slot(key);
-        values_[place] = std::move(value);
+        values_.at(place) = std::move(value);
         ++size_;
-        return values_[place];
+        return values_.at(place);
     }
 
   private:
     static constexpr std::size_t smallest = 16;
+
+    class Values {
+      public:
+        void resize(std::size_t count) { values_.resize(count); }
+        Value& at(std::size_t place) noexcept { return values_[place]; }
+        const Value& at(std::size_t place) const noexcept { return values_[place]; }
+        void swap(Values& other) noexcept { values_.swap(other.values_); }
+
+      private:
+        std::vector<Value> values_;
+    };
+    /// One value stands for all, as they cannot differ.
+    class NoValues {
+      public:
+        void resize(std::size_t /*count*/) noexcept {}
+        Value& at(std::size_t /*place*/) noexcept { return value_; }
+        const Value& at(std::size_t /*place*/) const noexcept { return value_; }
+        void swap(NoValues& /*other*/) noexcept {}
+
+      private:
+        Value value_;
+    };
 
     static const Handle& handleIn(const Slot& slot) noexcept {
         if constexpr (std::is_same_v<Slot, Handle>) {
@@ -94,7 +121,7 @@ class FlatMap {
             if (isFree(place)) continue;
             const std::size_t moved = larger.placeOf(handleIn(slots_[place]));
             larger.slots_[moved] = std::move(slots_[place]);
-            larger.values_[moved] = std::move(values_[place]);
+            larger.values_.at(moved) = std::move(values_.at(place));
         }
         slots_.swap(larger.slots_);
         values_.swap(larger.values_);
@@ -102,7 +129,7 @@ class FlatMap {
     }
 
     std::vector<Slot> slots_;
-    std::vector<Value> values_;
+    std::conditional_t<std::is_empty_v<Value>, NoValues, Values> values_;
     std::size_t size_ = 0;
     unsigned shift_ = 63;
     bool hasNull_ = false;

@@ -89,11 +89,7 @@ bool TraversalResult::IterationContext::handleTop() {
         return tryReport(link.get());
     }
 
-    if (!top.getProperty() && shouldCascadeInto(top.getTarget())) {
-        progress_->prepareToEnter(top.getTarget(), result_->processor_);
-        progress_->enter(top.getTarget(), result_->processor_);
-    }
-    ElementProgress* cursor = progress_->cursorOfTop(top);
+    ElementProgress* cursor = progress_->cursorOfTop(top, result_->processor_);
     if (cursor == nullptr) {
         store_->pop();
         return false;
@@ -119,6 +115,7 @@ bool TraversalResult::IterationContext::handleTop() {
 bool TraversalResult::IterationContext::produceChildren(ElementProgress& cursor, bool& descended) {
     while (!cursor.processedAll()) {
         if (!cursor.step()) continue;
+        cursor.lookAhead([this](const ModelElement& next) { progress_->prefetch(next); });
         const Lent<ModelElement> target = cursor.currentTarget();
         if (!shouldCascadeInto(target.get())) {
             const LentLink link(cursor.element(), target.get(), cursor.currentProperty(), false);

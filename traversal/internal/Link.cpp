@@ -28,8 +28,7 @@ std::optional<Link> Link::getOpposite() const {
 std::size_t LinkHasher::operator()(const Link& link) const {
     const std::hash<ModelElement> hash;
     // A property is an element too, and is hashed as one.
-    return hash(link.getSource()) ^ hash(link.getTarget()) ^
-           hash(access::asElement(link.getProperty()));
+    return hash(link.getSource()) ^ hash(link.getTarget()) ^ hash(link.getProperty());
 }
 
 }  // namespace nuv::zero::traversal::internal

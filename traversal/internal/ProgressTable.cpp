@@ -1,8 +1,6 @@
 #include "traversal/internal/ProgressTable.h"
 
-#include <limits>
-#include <stdexcept>
-#include <vector>
+#include <algorithm>
 
 namespace nuv::zero::traversal::internal {
 
@@ -14,13 +12,10 @@ ProgressTable::ProgressTable(const ProgressTable& other) = default;
 ProgressTable::~ProgressTable() = default;
 
 void ProgressTable::prepareToEnter(const ModelElement& element, TraversalProcessor* observer) {
-    if (places_.size() == std::numeric_limits<Place>::max()) {
-        throw std::length_error("A walk enters at most 4294967295 elements.");
-    }
     // First of all, since the provider may run the caller's code.
     keeper_.pin(element);
-    prepared_ = provider_.settingsOf(access::classOf(element)).get();
-    places_.reserveOne();
+    prepared_ = &settingsOf(element);
+    entered_.reserveOne();
     if (isDepthFirst()) {
         path_.reserveOne();
     } else if (observer != firstObserver_) {
@@ -29,55 +24,72 @@ void ProgressTable::prepareToEnter(const ModelElement& element, TraversalProcess
 }
 
 void ProgressTable::enter(const ModelElement& element, TraversalProcessor* observer) noexcept {
-    if (isDepthFirst()) {
-        places_.insert(element, static_cast<Place>(path_.size()));
-        path_.push().restart(element, observer, *prepared_);
-    } else {
-        places_.insert(element, static_cast<Place>(places_.size()));
-    }
+    entered_.insert(element, {});
+    if (isDepthFirst()) path_.push().restart(element, observer, *prepared_);
 }
 
-ElementProgress* ProgressTable::cursorOfTop(const Link& top) {
-    const ModelElement& element = top.getTarget();
-    if (isDepthFirst()) {
-        // Links and cursors come and go together, but for an input that was entered earlier.
-        return path_.empty() ? nullptr : &path_.back();
-    }
+ElementProgress* ProgressTable::cursorOfTop(const Link& top, TraversalProcessor* observer) {
+    // Depth-first, links and cursors come and go together; breadth-first there is one cursor, as
+    // long as the turn lasts.
     if (!path_.empty()) return &path_.back();
 
-    const Place place = *places_.find(element);
-    if (place < turns_) return nullptr;
-    path_.reserveOne();
-    const auto waiting = parked_.find(element);
+    const ModelElement& element = top.getTarget();
+    const bool isInput = !top.getProperty();
+    if (isInput) {
+        if (hasEntered(element)) return nullptr;
+        prepareToEnter(element, observer);
+        if (!isDepthFirst()) path_.reserveOne();
+        enter(element, observer);
+        if (isDepthFirst()) return &path_.back();
+    } else {
+        path_.reserveOne();
+    }
+    startTurn(element);
+    // A link that led here was handled when it was found; an input's pseudo-link was not.
+    if (!isInput) path_.back().setReportedSelf();
+    return &path_.back();
+}
+
+void ProgressTable::startTurn(const ModelElement& element) {
+    const auto waiting = parked_.empty() ? parked_.end() : parked_.find(element);
     if (waiting == parked_.end()) {
-        path_.push().restart(element, firstObserver_,
-                             *provider_.settingsOf(access::classOf(element)));
+        const Settings& settings = settingsOf(element);
+        path_.push().restart(element, firstObserver_, settings);
     } else {
         path_.push().takeOver(waiting->second);
         parked_.erase(waiting);
     }
-    turns_ = place + 1;
-    // A link that led here was handled when it was found; only an input's pseudo-link was not.
-    if (top.getProperty()) path_.back().setReportedSelf();
-    return &path_.back();
 }
 
 void ProgressTable::finishTop() noexcept {
     path_.pop();
+    indexed_ = std::min(indexed_, path_.size());
 }
 
 ElementProgress* ProgressTable::findUnfinished(const ModelElement& element) {
-    const Place* place = places_.find(element);
-    if (place == nullptr) return nullptr;
-    if (isDepthFirst()) {
-        const bool onPath = *place < path_.size() && path_[*place].element() == element;
-        return onPath ? &path_[*place] : nullptr;
-    }
-    if (!path_.empty() && path_.back().element() == element) return &path_.back();
-    if (*place < turns_) return nullptr;
+    if (!hasEntered(element)) return nullptr;
+    if (ElementProgress* cursor = findOnPath(element)) return cursor;
+    if (isDepthFirst()) return nullptr;
+    // Waiting, or finished: then the parked cursor is never asked for.
     const auto waiting = parked_.find(element);
     if (waiting != parked_.end()) return &waiting->second;
-    return &park(element, firstObserver_, *provider_.settingsOf(access::classOf(element)));
+    return &park(element, firstObserver_, settingsOf(element));
+}
+
+ElementProgress* ProgressTable::findOnPath(const ModelElement& element) {
+    // Nearly always one of the last two: the element just reached, or the one it was reached from.
+    const std::size_t near = std::min<std::size_t>(path_.size(), 2);
+    for (std::size_t back = 1; back <= near; ++back) {
+        ElementProgress& cursor = path_[path_.size() - back];
+        if (cursor.element() == element) return &cursor;
+    }
+    for (; indexed_ < path_.size(); ++indexed_) {
+        pathIndex_.insert_or_assign(path_[indexed_].element(), indexed_);
+    }
+    const auto place = pathIndex_.find(element);
+    const bool onPath = place != pathIndex_.end() && place->second < path_.size() &&
+                        path_[place->second].element() == element;
+    return onPath ? &path_[place->second] : nullptr;
 }
 
 ElementProgress& ProgressTable::park(const ModelElement& element, TraversalProcessor* observer,

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <unordered_map>
+#include <vector>
 
 #include "traversal/PropertyProvider.h"
 #include "traversal/internal/CursorPath.h"
@@ -32,7 +33,13 @@ class ProgressTable {
     ~ProgressTable();
 
     bool hasEntered(const ModelElement& element) const noexcept {
-        return places_.contains(element);
+        return entered_.contains(element);
+    }
+
+    /// Announces a question about an element: the answer lies anywhere in memory.
+    void prefetch(const ModelElement& element) const noexcept {
+        entered_.prefetch(element);
+        WalkSupport::prefetch(element);
     }
 
     /// Everything about entering an element that can fail: makes room and asks the provider for the
@@ -41,10 +48,9 @@ class ProgressTable {
     /// Marks the element entered. REQUIRES: `prepareToEnter` has just succeeded for it.
     void enter(const ModelElement& element, TraversalProcessor* observer) noexcept;
 
-    /// The cursor of the target of the link at the top of the frontier; null when that element was
-    /// finished before, which happens to an input that was reached from an earlier one.
-    /// REQUIRES: the target is entered.
-    ElementProgress* cursorOfTop(const Link& top);
+    /// The cursor of the target of the link at the top of the frontier, which enters an input when
+    /// its turn comes. Null when the input was reached from an earlier one and finished there.
+    ElementProgress* cursorOfTop(const Link& top, TraversalProcessor* observer);
     /// Ends the cursor that `cursorOfTop` gave.
     void finishTop() noexcept;
 
@@ -52,13 +58,16 @@ class ProgressTable {
     ElementProgress* findUnfinished(const ModelElement& element);
 
   private:
-    /// Depth-first: the index of the element's cursor on the path, as long as it is there.
-    /// Breadth-first: how many elements were entered before it, which is the order of their turns.
-    using Place = std::uint32_t;
-
+    struct Nothing {};
     using Settings = std::vector<AssociationSetting>;
 
     bool isDepthFirst() const noexcept { return discipline_ == Discipline::DepthFirst; }
+    const Settings& settingsOf(const ModelElement& element) {
+        return *provider_.settingsOf(access::classOf(element));
+    }
+    /// Breadth-first: puts the cursor of an element on the path. REQUIRES: there is room.
+    void startTurn(const ModelElement& element);
+    ElementProgress* findOnPath(const ModelElement& element);
     ElementProgress& park(const ModelElement& element, TraversalProcessor* observer,
                           const Settings& settings);
 
@@ -66,13 +75,15 @@ class ProgressTable {
     PropertyProvider& provider_;
     TraversalProcessor* firstObserver_;
     WalkSupport::Keeper keeper_;
-    FlatMap<ModelElement, Lent<ModelElement>, Place> places_;
+    FlatMap<ModelElement, Lent<ModelElement>, Nothing> entered_;
     CursorPath path_;
+    /// Where elements are on the path, as far as it was needed: made when somebody prunes far from
+    /// the path's end. Covers the first `indexed_` cursors, and holds outdated places besides.
+    std::unordered_map<ModelElement, std::size_t> pathIndex_;
+    std::size_t indexed_ = 0;
+    std::unordered_map<ModelElement, ElementProgress> parked_;
     /// The settings of the element that is about to be entered.
     const Settings* prepared_ = nullptr;
-    /// Breadth-first: the number of turns taken.
-    Place turns_ = 0;
-    std::unordered_map<ModelElement, ElementProgress> parked_;
 };
 
 }  // namespace nuv::zero::traversal::internal

@@ -71,7 +71,7 @@ class SubtractivePropertyProvider final : public PropertyProvider {
         const bool aComposite = access::isComposite(a.property());
         const bool bComposite = access::isComposite(b.property());
         if (aComposite != bComposite) return bComposite;
-        const std::u16string& bName = access::nameOf(b.property());
+        const auto& bName = access::nameOf(b.property());
         return access::nameOf(a.property()) < bName;
     }
 

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "model/memory/Property.h"
+
+namespace nuv::zero::memory {
+
+/// What a class derives from its place in the hierarchy: its ancestors, and the numbers of the
+/// slots that hold its properties in its elements.
+///
+/// Slot numbers are given as properties become known and never change, so that elements made before
+/// a property was declared stay readable.
+class ClassLayout {
+  public:
+    using Slot = std::uint32_t;
+    static constexpr Slot noSlot = 0xFFFFFFFFU;
+
+    /// The layout of a class below these superclasses. What `before` numbered keeps its number.
+    ClassLayout(const ClassObject& self, const std::vector<ClassObject*>& superclasses,
+                const ClassLayout* before);
+
+    /// All ancestors, each after its own ancestors, and the class itself last.
+    const std::vector<const ClassObject*>& lineage() const noexcept { return lineage_; }
+    bool hasInLineage(const ClassObject& other) const noexcept;
+
+    Slot slotOf(const PropertyObject& property) const noexcept {
+        const Slot hint = property.slotHint_;
+        if (hint < slotOrder_.size() && slotOrder_[hint] == &property) return hint;
+        return lookUpSlot(property);
+    }
+    Slot slotCount() const noexcept { return static_cast<Slot>(slotOrder_.size()); }
+
+    /// Numbers one more property. Throws `std::bad_alloc`, and then has changed nothing.
+    void takeSlot(const PropertyObject& property);
+    /// Takes back the latest `takeSlot`.
+    void giveBackSlot(const PropertyObject& property) noexcept;
+
+  private:
+    Slot lookUpSlot(const PropertyObject& property) const noexcept;
+
+    std::vector<const ClassObject*> lineage_;
+    /// The same, sorted by address, to find in.
+    std::vector<const ClassObject*> sortedLineage_;
+    std::vector<const PropertyObject*> slotOrder_;
+    /// Those properties whose number here differs from the one in their declaring class.
+    std::unordered_map<const PropertyObject*, Slot> otherSlots_;
+};
+
+}  // namespace nuv::zero::memory

@@ -1,0 +1,35 @@
+#pragma once
+
+/// The in-memory model as a framework for the traversal library.
+#include "model/memory/ElementView.h"
+#include "model/memory/MessageException.h"
+#include "model/memory/ModelAccess.h"
+#include "model/memory/Pins.h"
+
+#include "model/WalkSupport.h"
+
+namespace nuv::zero::access {
+
+/// Walks over in-memory models pin the models, count no element and view values in place.
+template <>
+struct WalkSupport<ModelElement> {
+    static constexpr bool lends = true;
+    using Keeper = memory::Pins;
+    using ElementView = memory::ElementView;
+
+    template <class Handle>
+    static Handle lend(const Handle& handle) noexcept {
+        return memory::Lending::lend<Handle>(handle.get());
+    }
+    static void forget(ModelElement& lent) noexcept { memory::Lending::forget(lent); }
+
+    static void prefetch(const ModelElement& element) noexcept {
+        __builtin_prefetch(element.get());
+    }
+
+    static ElementView view(const ModelElement& element, const meta::Property& property) {
+        return element->view(property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
+    }
+};
+
+}  // namespace nuv::zero::access

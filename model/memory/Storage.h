@@ -1,0 +1,36 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+
+#include "model/Export.h"
+
+namespace nuv::zero::memory {
+
+/// The memory in which the objects of one model or one metamodel live.
+///
+/// A storage is freed when nobody needs it any more: the `Model` or `Metamodel` that made it, each
+/// of its objects that a handle still designates, and each walk that has pinned it count as one
+/// user each. Objects are therefore never freed one by one: releasing the last handle of an
+/// element is a decrement, however long the chain that hangs on the element.
+///
+/// Threads: the count may be touched from several threads.
+class MODELING_NUV0_MODEL_EXPORT Storage {
+  public:
+    Storage(const Storage&) = delete;
+    Storage& operator=(const Storage&) = delete;
+
+    void retain() noexcept { users_.fetch_add(1, std::memory_order_relaxed); }
+    void release() noexcept {
+        if (users_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+    }
+
+  protected:
+    Storage() noexcept = default;
+    virtual ~Storage();
+
+  private:
+    std::atomic<std::size_t> users_{1};
+};
+
+}  // namespace nuv::zero::memory
