@@ -98,9 +98,8 @@ bool TraversalResult::IterationContext::handleTop() {
         cursor->setReportedSelf();
         if (tryReport(top)) return true;
     }
-    bool descended = false;
-    if (produceChildren(*cursor, descended)) return true;
-    if (descended) return false;
+    const Outcome outcome = produceChildren(*cursor);
+    if (outcome != Outcome::Exhausted) return outcome == Outcome::Reported;
     if (!cursor->hasReportedSelf()) {
         cursor->setReportedSelf();
         if (tryReport(store_->top())) return true;
@@ -112,32 +111,27 @@ bool TraversalResult::IterationContext::handleTop() {
 
 /// Takes the links of the top's target one after another, up to the next report or, depth-first, up
 /// to the first that leads on.
-bool TraversalResult::IterationContext::produceChildren(ElementProgress& cursor, bool& descended) {
+TraversalResult::IterationContext::Outcome TraversalResult::IterationContext::produceChildren(
+    ElementProgress& cursor) {
     while (!cursor.processedAll()) {
         if (!cursor.step()) continue;
         cursor.lookAhead([this](const ModelElement& next) { progress_->prefetch(next); });
         const Lent<ModelElement> target = cursor.currentTarget();
-        if (!shouldCascadeInto(target.get())) {
-            const LentLink link(cursor.element(), target.get(), cursor.currentProperty(), false);
-            if (!result_->isDepthFirst()) {
-                store_->push(link.get());
-            } else if (tryReport(link.get())) {
-                // Depth-first it would be the next link to handle anyway.
-                return true;
-            }
+        const bool cascade = shouldCascadeInto(target.get());
+        const LentLink link(cursor.element(), target.get(), cursor.currentProperty(), cascade);
+        if (cascade) {
+            progress_->prepareToEnter(target.get(), result_->processor_);
+            store_->push(link.get());
+            progress_->enter(target.get(), result_->processor_);
+            if (result_->isDepthFirst()) return Outcome::Descended;
+        } else if (!result_->isDepthFirst()) {
+            store_->push(link.get());
             continue;
         }
-        const LentLink link(cursor.element(), target.get(), cursor.currentProperty());
-        progress_->prepareToEnter(target.get(), result_->processor_);
-        store_->push(link.get());
-        progress_->enter(target.get(), result_->processor_);
-        if (result_->isDepthFirst()) {
-            descended = true;
-            return false;
-        }
-        if (tryReport(link.get())) return true;
+        // A link that does not cascade would, depth-first, be the next one to handle anyway.
+        if (tryReport(link.get())) return Outcome::Reported;
     }
-    return false;
+    return Outcome::Exhausted;
 }
 
 bool TraversalResult::IterationContext::tryReport(const Link& link) {

@@ -120,9 +120,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     void pruneSiblings();
 
   private:
+    /// What came of producing the links of an element: one was reported, one leads on below (and
+    /// is the new top of the frontier), or there are no more.
+    enum class Outcome { Reported, Descended, Exhausted };
+
     MODELING_NUV0_TRAVERSAL_LOCAL bool startNextInput();
     MODELING_NUV0_TRAVERSAL_LOCAL bool handleTop();
-    MODELING_NUV0_TRAVERSAL_LOCAL bool produceChildren(ElementProgress& cursor, bool& descended);
+    MODELING_NUV0_TRAVERSAL_LOCAL Outcome produceChildren(ElementProgress& cursor);
     MODELING_NUV0_TRAVERSAL_LOCAL bool tryReport(const Link& link);
     MODELING_NUV0_TRAVERSAL_LOCAL bool shouldCascadeInto(const ModelElement& target) const;
     MODELING_NUV0_TRAVERSAL_LOCAL void notifyEnterInput();

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <functional>
+
+namespace nuv::zero::test {
+
+/// Runs a call in which the first `allowed` allocations of this thread succeed and the next one
+/// fails; whether the call got through. Needs an executable that replaces the global operator new,
+/// as the source of this header does.
+bool succeedsWith(long allowed, const std::function<void()>& call);
+
+}  // namespace nuv::zero::test

@@ -1,0 +1,263 @@
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/memory/Pins.h"
+#include "model/memory/Storage.h"
+#include "tests/model/Blocks.h"
+
+namespace nuv::zero::test {
+namespace {
+
+using memory::Model;
+
+/// Runs a call on a thread whose stack holds a few hundred frames and no more.
+void onSmallStack(std::function<void()> call) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+    pthread_t thread;
+    const auto run = [](void* argument) -> void* {
+        (*static_cast<std::function<void()>*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, &call), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+/// Destroyed when its last user lets go, which is what the tests below watch.
+class WatchedStorage final : public memory::Storage {
+  public:
+    explicit WatchedStorage(bool& alive) : alive_(alive) { alive_ = true; }
+
+  private:
+    ~WatchedStorage() override { alive_ = false; }
+    bool& alive_;
+};
+
+TEST(ModelLifetimeTest, AModelFullOfCyclesLeaksNothing) {
+    const Blocks m;
+    Model model;
+    const ModelElement b1 = model.create(m.block, u"b1");
+    const ModelElement b2 = model.create(m.block, u"b2");
+    const ModelElement p1 = model.create(m.port, u"p1");
+    model.set(b1, m.boss, b2);
+    model.set(b2, m.boss, b1);
+    model.add(b1, m.ports, p1);
+    model.set(p1, m.owner, b1);
+    model.set(b2, m.boss, b2);
+}
+
+TEST(ModelLifetimeTest, TwoModelsThatReferToEachOtherLeakNothing) {
+    const Blocks m;
+    auto first = std::make_unique<Model>();
+    auto second = std::make_unique<Model>();
+    ModelElement a = first->create(m.block, u"a");
+    const ModelElement b = second->create(m.block, u"b");
+    first->set(a, m.boss, b);
+    second->set(b, m.boss, a);
+    a = {};
+    first.reset();
+    const ModelElement unreachable = elementOf(b, m.boss);
+    EXPECT_EQ(unreachable->getClass(), m.block);
+    EXPECT_FALSE(elementOf(unreachable, m.boss)) << "its model is gone";
+}
+
+TEST(ModelLifetimeTest, AChainOfFiveMillionElementsIsDestroyedWithoutRecursion) {
+    constexpr int length = 5'000'000;
+    const Blocks m;
+    onSmallStack([&m] {
+        Model model;
+        ModelElement top = model.create(m.block);
+        ModelElement bottom = top;
+        for (int i = 1; i < length; ++i) {
+            ModelElement next = model.create(m.block);
+            model.set(bottom, m.boss, next);
+            bottom = std::move(next);
+        }
+        EXPECT_EQ(model.size(), static_cast<std::size_t>(length));
+    });
+}
+
+TEST(ModelLifetimeTest, LettingGoOfTheTopOfAChainAfterItsModelDoesNotRecurse) {
+    const Blocks m;
+    onSmallStack([&m] {
+        auto model = std::make_unique<Model>();
+        ModelElement top = model->create(m.block);
+        for (int i = 1; i < 100'000; ++i) {
+            const ModelElement above = model->create(m.block);
+            model->add(above, m.ports, model->create(m.port));
+            model->set(above, m.boss, top);
+            top = above;
+        }
+        model.reset();
+        top = {};
+    });
+}
+
+TEST(ModelLifetimeTest, AHandleThatOutlivesItsModelReadsAsNeverSet) {
+    ModelElement last;
+    const Blocks m;
+    {
+        Model model;
+        last = model.create(m.block, u"b");
+        model.add(last, m.ports, model.create(m.port));
+        model.set(last, m.boss, last);
+    }
+    EXPECT_EQ(last->getClass(), m.block);
+    EXPECT_FALSE(access::read(last, m.name).isSet());
+    EXPECT_FALSE(elementOf(last, m.boss));
+    EXPECT_TRUE(elementsOf(last, m.ports).empty());
+}
+
+TEST(ModelLifetimeTest, AHandleKeepsClassesAndPropertiesAfterModelAndMetamodel) {
+    ModelElement last;
+    {
+        const Blocks m;
+        Model model;
+        last = model.create(m.block, u"b");
+    }
+    EXPECT_EQ(last->getClass()->getName(), u"Block");
+    const meta::Property ports = last->getClass()->getProperty(u"ports");
+    EXPECT_EQ(ports->getOwningType()->getName(), u"Block");
+    EXPECT_EQ(last->getClass()->getAllClassProperties().size(), 5U);
+    EXPECT_TRUE(elementsOf(last, ports).empty());
+}
+
+TEST(ModelLifetimeTest, AHandleOfAPropertyKeepsItsWholeMetamodel) {
+    meta::Property last;
+    {
+        Blocks m;
+        m.metamodel.setOpposites(m.ports, m.owner);
+        last = m.ports;
+    }
+    const meta::Property opposite = last->getOpposite();
+    last = {};
+    EXPECT_EQ(opposite->getOpposite()->getName(), u"ports");
+    EXPECT_EQ(opposite->getType()->getName(), u"Block");
+}
+
+TEST(ModelLifetimeTest, AMetamodelKeepsTheMetamodelsThatItUses) {
+    std::optional<memory::Metamodel> base(u"base");
+    const memory::Metamodel user(u"user");
+    meta::Class circle;
+    {
+        memory::Metamodel& writable = const_cast<memory::Metamodel&>(user);
+        circle = writable.addClass(u"Circle", {base->addClass(u"Shape")});
+    }
+    base.reset();
+    EXPECT_EQ(circle->getSuperclasses().at(0)->getQualifiedName(), u"base::Shape");
+}
+
+TEST(ModelLifetimeTest, AModelKeepsTheMetamodelOfItsElements) {
+    std::optional<Blocks> m(std::in_place);
+    Model model;
+    const ModelElement b1 = model.create(m->block, u"b1");
+    m.reset();
+    const meta::Property boss = b1->getClass()->getProperty(u"boss");
+    model.set(b1, boss, b1);
+    EXPECT_EQ(elementOf(b1, boss), b1);
+}
+
+TEST(ModelLifetimeTest, APlantedValueKeepsTheMetamodelOfItsType) {
+    const Blocks m;
+    Model model;
+    const ModelElement b1 = model.create(m.block);
+    {
+        memory::Metamodel other(u"other");
+        model.plant(b1, m.boss, single(other.addClass(u"Other")));
+    }
+    EXPECT_EQ(access::read(b1, m.boss).getMeta().getType()->getQualifiedName(), u"other::Other");
+}
+
+TEST(ModelLifetimeTest, AnEditLeavesTheListToThoseWhoHoldItAndThenChangesInPlace) {
+    const Blocks m;
+    Model model;
+    const ModelElement b1 = model.create(m.block);
+    const ModelElement p1 = model.create(m.port);
+    model.add(b1, m.ports, p1);
+    const void* before = &access::read(b1, m.ports).data();
+    model.add(b1, m.ports, p1);
+    EXPECT_EQ(&access::read(b1, m.ports).data(), before) << "nobody held the list";
+    const Value held = access::read(b1, m.ports);
+    model.add(b1, m.ports, p1);
+    EXPECT_NE(&access::read(b1, m.ports).data(), before);
+    EXPECT_EQ(held.asElements().size(), 2U);
+    EXPECT_EQ(elementsOf(b1, m.ports).size(), 3U);
+}
+
+TEST(ModelLifetimeTest, DroppingAListsLastHolderReleasesItsElements) {
+    const Blocks m;
+    Value last;
+    {
+        Model model;
+        const ModelElement b1 = model.create(m.block);
+        for (int i = 0; i < 1000; ++i) model.add(b1, m.ports, model.create(m.port));
+        last = access::read(b1, m.ports);
+    }
+    EXPECT_EQ(last.asElements().size(), 1000U);
+    last = {};
+}
+
+TEST(PinsTest, KeepAStorageUntilTheLastOfThemIsGone) {
+    bool alive = false;
+    auto* storage = new WatchedStorage(alive);
+    {
+        memory::Pins pins;
+        pins.pin(storage);
+        pins.pin(storage);
+        EXPECT_EQ(pins.storages(), std::vector<memory::Storage*>{storage});
+        memory::Pins copy = pins;
+        storage->release();
+        const memory::Pins moved = std::move(pins);
+        EXPECT_TRUE(moved.holds(storage));
+        EXPECT_TRUE(pins.storages().empty());  // NOLINT(bugprone-use-after-move)
+        pins.pin(static_cast<memory::Storage*>(nullptr));
+        copy = memory::Pins();
+        EXPECT_TRUE(alive);
+    }
+    EXPECT_FALSE(alive);
+}
+
+TEST(PinsTest, HoldManyStoragesOnceEach) {
+    const Blocks m;
+    std::vector<Model> models(20);
+    std::vector<ModelElement> elements;
+    for (Model& model : models) elements.push_back(model.create(m.block));
+    memory::Pins pins;
+    for (int round = 0; round < 2; ++round) {
+        for (const ModelElement& element : elements) pins.pin(element);
+    }
+    EXPECT_EQ(pins.storages().size(), models.size());
+    for (const ModelElement& element : elements) EXPECT_TRUE(pins.holds(element->storage()));
+    EXPECT_FALSE(pins.holds(m.block->storage()));
+    pins.pin(ModelElement());
+    EXPECT_EQ(pins.storages().size(), models.size());
+}
+
+TEST(PinsTest, KeepElementsReadableAfterTheirModel) {
+    const Blocks m;
+    memory::Pins pins;
+    ModelElement lent;
+    {
+        Model model;
+        const ModelElement b1 = model.create(m.block, u"b1");
+        pins.pin(b1);
+        lent = memory::Lending::lend<ModelElement>(b1.get());
+    }
+    EXPECT_FALSE(access::read(lent, m.name).isSet());
+    ModelElement kept = lent;
+    memory::Lending::forget(lent);
+    pins = memory::Pins();
+    EXPECT_EQ(kept->getClass(), m.block) << "a counted copy of a lent handle outlives the pins";
+    kept = {};
+}
+
+}  // namespace
+}  // namespace nuv::zero::test

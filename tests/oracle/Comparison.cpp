@@ -1,0 +1,267 @@
+#include "tests/oracle/Comparison.h"
+
+#include <memory>
+#include <vector>
+
+#include "tests/oracle/EngineSide.h"
+#include "tests/oracle/OracleSide.h"
+
+namespace nuv::zero::oracle {
+
+namespace {
+
+/// How many walks there may be at a time, and how many observers.
+constexpr int places = 4;
+constexpr int observers = 2;
+
+std::string placeName(int place) {
+    return "walk " + std::to_string(place);
+}
+
+/// Both sides, driven in step.
+class Comparison {
+  public:
+    explicit Comparison(Choices& choices)
+        : choices_(choices), world_(makeWorld(choices)), kind_(static_cast<Kind>(choices.upTo(2))) {
+        engine_ = makeEngineSide(world_, kind_);
+        oracle_ = makeOracleSide(world_, kind_);
+    }
+
+    Outcome run() {
+        // An additive traversal without rules follows nothing, so it mostly gets more of them.
+        const int rules = choices_.upTo(kind_ == Kind::Additive ? 9 : 4);
+        for (int count = 0; count < rules; ++count) addRule();
+        addResult();
+        setUp(0);
+        begin(0, 0);
+        // Every prune makes a walk shorter, so long scripts have fewer of them.
+        const bool isLong = choices_.percent(25);
+        const int steps = isLong ? choices_.between(60, 200) : choices_.between(5, 60);
+        pruneChance_ = isLong ? 8 : 30;
+        for (int step = 0; step < steps && agrees() && !choices_.exhausted(); ++step) act();
+        for (int place = 0; place < places; ++place) finish(place);
+        return {agrees() ? "" : failure(), log_};
+    }
+
+  private:
+    bool agrees() const { return difference_.empty(); }
+
+    std::string failure() const {
+        constexpr const char* names[] = {"additive", "composition", "subtractive"};
+        std::string text = describe(world_);
+        text += std::string(names[static_cast<std::size_t>(kind_)]) + " traversal\n";
+        for (const std::string& line : log_) text += line + '\n';
+        return text + difference_;
+    }
+
+    /// Does the same on both sides and compares what they recorded.
+    template <class Action>
+    void both(const std::string& what, Action action) {
+        if (!agrees()) return;
+        log_.push_back("> " + what);
+        action(*engine_);
+        action(*oracle_);
+        const std::vector<std::string> actual = engine_->recorder.take();
+        const std::vector<std::string> expected = oracle_->recorder.take();
+        if (actual == expected) {
+            for (const std::string& line : expected) log_.push_back("    " + line);
+            return;
+        }
+        difference_ += "the oracle:\n";
+        for (const std::string& line : expected) difference_ += "    " + line + '\n';
+        difference_ += "the engine:\n";
+        for (const std::string& line : actual) difference_ += "    " + line + '\n';
+    }
+
+    /// The same, and then compares where the walk stands.
+    template <class Action>
+    void onWalk(int place, const std::string& what, Action action) {
+        both(placeName(place) + ": " + what, [&](Side& side) {
+            action(side);
+            writePosition(side, place);
+        });
+    }
+
+    static void writePosition(Side& side, int place) {
+        if (!side.exists(place)) {
+            side.recorder.write("no walk");
+        } else {
+            side.recorder.write((side.isAtEnd(place) ? "at the end, " : "on ") +
+                                describe(side.current(place)));
+        }
+    }
+
+    void addRule() {
+        const RuleOperation rule = makeRule(world_, choices_);
+        both("rule: " + describe(rule), [&](Side& side) { side.rule(rule); });
+    }
+
+    void addResult() {
+        std::vector<int> inputs;
+        const int count = choices_.percent(5) ? 0 : choices_.between(1, 3);
+        for (int input = 0; input < count; ++input) {
+            const bool isNull = world_.elements.empty() || choices_.percent(4);
+            inputs.push_back(isNull ? none : choices_.index(world_.elements.size()));
+        }
+        // Three stands for the orders that have no name.
+        const int algo = choices_.percent(95) ? choices_.upTo(2) : 3;
+        const bool onCopy = choices_.percent(20);
+        std::string what = "result " + std::to_string(results_++) + ": order " +
+                           std::to_string(algo) + (onCopy ? " from a copy, inputs" : ", inputs");
+        for (const int input : inputs) what += ' ' + elementName(input);
+        both(what, [&](Side& side) { side.run(inputs, algo, onCopy); });
+    }
+
+    void setUp(int result) {
+        if (choices_.percent(60)) attach(result);
+        for (int most = choices_.upTo(2); most > 0; --most) {
+            if (choices_.percent(40)) addFilter(result);
+        }
+        if (choices_.percent(40)) setUniqueness(result);
+    }
+
+    void attach(int result) {
+        const int observer = choices_.upTo(observers) - 1;
+        both("result " + std::to_string(result) + ": observer " + std::to_string(observer),
+             [&](Side& side) { side.attach(result, observer); });
+    }
+
+    void addFilter(int result) {
+        const int filter = choices_.index(world_.filters.size());
+        both("result " + std::to_string(result) + ": filter " + std::to_string(filter),
+             [&](Side& side) { side.addFilter(result, filter); });
+    }
+
+    void setUniqueness(int result) {
+        const int mode = choices_.upTo(3);
+        both("result " + std::to_string(result) + ": uniqueness " + std::to_string(mode),
+             [&](Side& side) { side.setUniqueness(result, mode); });
+    }
+
+    void begin(int place, int result) {
+        onWalk(place, "begin on result " + std::to_string(result),
+               [&](Side& side) { side.begin(place, result); });
+    }
+
+    void advance(int place) {
+        onWalk(place, "advance", [&](Side& side) { side.advance(place); });
+    }
+
+    bool exists(int place) const { return oracle_->exists(place); }
+
+    /// One random step of the script.
+    void act() {
+        const int place = choices_.percent(60) ? 0 : choices_.index(places);
+        if (!exists(place)) return choices_.percent(80) ? fill(place) : change();
+        const int action = choices_.upTo(99);
+        if (action < pruneChance_) {
+            prune(place);
+        } else if (action < 90) {
+            advance(place);
+        } else if (action < 96) {
+            relate(place);
+        } else if (action < 98) {
+            fill(place);
+        } else {
+            change();
+        }
+    }
+
+    void prune(int place) {
+        const int property = choices_.percent(3) ? none : choices_.index(world_.properties.size());
+        switch (choices_.upTo(2)) {
+            case 0:
+                onWalk(place, "prune all children",
+                       [&](Side& side) { side.pruneAllChildren(place); });
+                break;
+            case 1:
+                onWalk(place, "prune children " + propertyName(property),
+                       [&](Side& side) { side.pruneChildren(place, property); });
+                break;
+            default:
+                onWalk(place, "prune siblings", [&](Side& side) { side.pruneSiblings(place); });
+                break;
+        }
+    }
+
+    /// Compares, copies or assigns between walks.
+    void relate(int place) {
+        const int other = choices_.index(places);
+        const int relation = choices_.upTo(3);
+        if (relation == 0) {
+            onWalk(other, "copy of " + placeName(place),
+                   [&](Side& side) { side.copy(other, place); });
+        } else if (relation == 1 && exists(other)) {
+            onWalk(other, "assigned from " + placeName(place),
+                   [&](Side& side) { side.assign(other, place); });
+        } else if (exists(other)) {
+            both(placeName(place) + " == " + placeName(other), [&](Side& side) {
+                side.recorder.write(side.equal(place, other) ? "equal" : "unequal");
+            });
+        }
+    }
+
+    void fill(int place) {
+        if (choices_.percent(10)) {
+            onWalk(place, "sentinel", [&](Side& side) { side.makeSentinel(place); });
+        } else {
+            begin(place, choices_.index(static_cast<std::size_t>(results_)));
+        }
+    }
+
+    /// Changes what walks under way may or may not see.
+    void change() {
+        const int result = choices_.index(static_cast<std::size_t>(results_));
+        switch (choices_.upTo(5)) {
+            case 0:
+                addFilter(result);
+                break;
+            case 1:
+                setUniqueness(result);
+                break;
+            case 2:
+                addRule();
+                addResult();
+                setUp(results_ - 1);
+                break;
+            case 3:
+                both("result " + std::to_string(results_++) + ": copy of result " +
+                         std::to_string(result),
+                     [&](Side& side) { side.copyResult(result); });
+                break;
+            default:
+                attach(result);
+                break;
+        }
+    }
+
+    /// Goes to the end, and on.
+    void finish(int place) {
+        constexpr int most = 300;
+        for (int step = 0; step < most && agrees() && exists(place); ++step) {
+            if (oracle_->isAtEnd(place)) {
+                advance(place);
+                return;
+            }
+            advance(place);
+        }
+    }
+
+    Choices& choices_;
+    World world_;
+    Kind kind_;
+    std::unique_ptr<Side> engine_;
+    std::unique_ptr<Side> oracle_;
+    int results_ = 0;
+    int pruneChance_ = 0;
+    std::vector<std::string> log_;
+    std::string difference_;
+};
+
+}  // namespace
+
+Outcome compareOnce(Choices& choices) {
+    return Comparison(choices).run();
+}
+
+}  // namespace nuv::zero::oracle

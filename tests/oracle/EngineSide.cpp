@@ -1,0 +1,213 @@
+#include "tests/oracle/EngineSide.h"
+
+#include <deque>
+#include <map>
+#include <utility>
+#include <variant>
+
+#include "tests/oracle/EngineModel.h"
+#include "traversal/ResultSetup.h"
+#include "traversal/Spec.h"
+
+namespace nuv::zero::oracle {
+
+namespace {
+
+using traversal::AdditiveTraversalImpl;
+using traversal::CompositionTraversalImpl;
+using traversal::PropertyMatcher;
+using traversal::ResultPolicy;
+using traversal::ResultSetup;
+using traversal::Spec;
+using traversal::SubtractiveTraversalImpl;
+using traversal::internal::Link;
+using traversal::internal::TraversalProcessor;
+using traversal::internal::TraversalResult;
+using IterationContext = TraversalResult::IterationContext;
+using ClassPredicate = std::function<bool(const meta::Class&)>;
+
+/// Hands every event to the recorder.
+class Observer : public TraversalProcessor {
+  public:
+    Observer(int index, const EngineModel& model, Recorder& recorder)
+        : index_(index), model_(model), recorder_(recorder) {}
+
+    void onEnterInputElement(const ModelElement& element) override {
+        recorder_.event(index_, "enters input", model_.indexOf(element));
+    }
+    void onEnterElement(const ModelElement& element) override {
+        recorder_.event(index_, "enters", model_.indexOf(element));
+    }
+    void onEnterProperty(const ModelElement& element, const meta::Property& property) override {
+        recorder_.event(index_, "enters", model_.indexOf(element), model_.indexOf(property));
+    }
+    void onExitProperty(const ModelElement& element, const meta::Property& property) override {
+        recorder_.event(index_, "exits", model_.indexOf(element), model_.indexOf(property));
+    }
+    void onExitElement(const ModelElement& element) override {
+        recorder_.event(index_, "exits", model_.indexOf(element));
+    }
+    void onExitInputElement(const ModelElement& element) override {
+        recorder_.event(index_, "exits input", model_.indexOf(element));
+    }
+
+  private:
+    int index_;
+    const EngineModel& model_;
+    Recorder& recorder_;
+};
+
+using Builder =
+    std::variant<std::shared_ptr<AdditiveTraversalImpl>, std::shared_ptr<CompositionTraversalImpl>,
+                 std::shared_ptr<SubtractiveTraversalImpl>>;
+
+Builder makeBuilder(Kind kind) {
+    if (kind == Kind::Additive) return Spec::additiveTraversal();
+    if (kind == Kind::Composition) return Spec::compositionTraversal();
+    return Spec::subtractiveTraversal();
+}
+
+class EngineSide : public Side {
+  public:
+    EngineSide(const World& world, Kind kind)
+        : Side(world), world_(world), model_(world), builder_(makeBuilder(kind)) {
+        for (int index = 0; index < 2; ++index) observers_.emplace_back(index, model_, recorder);
+    }
+
+    void rule(const RuleOperation& rule) override {
+        try {
+            std::visit([&](auto& builder) { apply(*builder, rule); }, builder_);
+        } catch (...) {
+            recorder.writeCurrentException();
+        }
+    }
+
+    void run(const std::vector<int>& inputs, int algo, bool onCopy) override {
+        std::vector<ModelElement> elements;
+        for (const int input : inputs) elements.push_back(model_.elementAt(input));
+        std::visit(
+            [&](auto& builder) {
+                auto copy = *builder;
+                auto& used = onCopy ? copy : *builder;
+                results_.push_back(used.run(elements, static_cast<traversal::Algo>(algo)));
+            },
+            builder_);
+    }
+
+    void copyResult(int result) override {
+        results_.push_back(std::make_shared<TraversalResult>(*at(result)));
+    }
+    void attach(int result, int observer) override {
+        ResultSetup(at(result))
+            .observe(observer == none ? nullptr
+                                      : &observers_.at(static_cast<std::size_t>(observer)));
+    }
+    void addFilter(int result, int filter) override {
+        std::function<ResultPolicy(Link)> function;
+        if (world_.filters[static_cast<std::size_t>(filter)].kind !=
+            FilterDefinition::Kind::Empty) {
+            function = [this, filter](const Link& link) {
+                return static_cast<ResultPolicy>(recorder.filter(filter, model_.stepOf(link)));
+            };
+        }
+        ResultSetup(at(result)).filter(function);
+    }
+    void setUniqueness(int result, int mode) override {
+        ResultSetup(at(result)).unique(static_cast<traversal::UniquenessMode>(mode));
+    }
+
+    void begin(int place, int result) override {
+        drop(place);
+        try {
+            walks_[place] = std::make_unique<IterationContext>(at(result)->begin());
+        } catch (...) {
+            drop(place);
+            recorder.writeCurrentException();
+        }
+    }
+    void makeSentinel(int place) override { walks_[place] = std::make_unique<IterationContext>(); }
+    void drop(int place) override { walks_.erase(place); }
+    void advance(int place) override {
+        try {
+            walks_.at(place)->advance();
+        } catch (...) {
+            recorder.writeCurrentException();
+        }
+    }
+    void copy(int to, int from) override {
+        auto copy = std::make_unique<IterationContext>(*walks_.at(from));
+        walks_[to] = std::move(copy);
+    }
+    void assign(int to, int from) override { *walks_.at(to) = *walks_.at(from); }
+    void pruneAllChildren(int place) override { walks_.at(place)->pruneAllChildren(); }
+    void pruneChildren(int place, int property) override {
+        walks_.at(place)->pruneChildren(model_.propertyAt(property));
+    }
+    void pruneSiblings(int place) override { walks_.at(place)->pruneSiblings(); }
+
+    bool exists(int place) const override { return walks_.count(place) != 0; }
+    bool isAtEnd(int place) const override { return *walks_.at(place) == IterationContext(); }
+    Step current(int place) const override { return model_.stepOf(walks_.at(place)->getCurrent()); }
+    bool equal(int one, int other) const override { return *walks_.at(one) == *walks_.at(other); }
+
+  private:
+    const std::shared_ptr<TraversalResult>& at(int result) const {
+        return results_.at(static_cast<std::size_t>(result));
+    }
+
+    ClassPredicate predicate(int index) {
+        const PredicateDefinition& definition = world_.predicates[static_cast<std::size_t>(index)];
+        if (definition.kind == PredicateDefinition::Kind::Empty) return {};
+        return [this, index](const meta::Class& type) {
+            return recorder.predicate(index, model_.indexOf(type));
+        };
+    }
+
+    PropertyMatcher matcher(const RuleOperation& rule) {
+        const meta::Property property = model_.propertyAt(rule.property);
+        if (rule.predicate == none) return PropertyMatcher(property);
+        return PropertyMatcher(property, predicate(rule.predicate), model_.classAt(rule.owner));
+    }
+
+    template <class Impl>
+    void apply(Impl& builder, const RuleOperation& rule) {
+        const auto policy = static_cast<ResultPolicy>(rule.policy);
+        switch (rule.kind) {
+            case RuleOperation::Kind::Pseudo:
+                builder.includeInitialPseudoLink(policy);
+                break;
+            case RuleOperation::Kind::SetPolicy:
+                builder.setResultPolicy(matcher(rule), policy);
+                break;
+            case RuleOperation::Kind::Add:
+                if constexpr (std::is_same_v<Impl, AdditiveTraversalImpl>) {
+                    builder.traverse(matcher(rule), policy);
+                } else {
+                    builder.prune(matcher(rule));
+                }
+                break;
+            case RuleOperation::Kind::AddWith:
+                if constexpr (std::is_same_v<Impl, AdditiveTraversalImpl>) {
+                    builder.traverse(matcher(rule), predicate(rule.otherPredicate), policy);
+                } else {
+                    builder.prune(matcher(rule), predicate(rule.otherPredicate));
+                }
+                break;
+        }
+    }
+
+    const World& world_;
+    EngineModel model_;
+    Builder builder_;
+    std::deque<Observer> observers_;
+    std::vector<std::shared_ptr<TraversalResult>> results_;
+    std::map<int, std::unique_ptr<IterationContext>> walks_;
+};
+
+}  // namespace
+
+std::unique_ptr<Side> makeEngineSide(const World& world, Kind kind) {
+    return std::make_unique<EngineSide>(world, kind);
+}
+
+}  // namespace nuv::zero::oracle

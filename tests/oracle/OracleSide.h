@@ -1,0 +1,12 @@
+#pragma once
+
+#include <memory>
+
+#include "tests/oracle/Side.h"
+
+namespace nuv::zero::oracle {
+
+/// The plain walk, which shares no code with the library. The world has to outlive it.
+std::unique_ptr<Side> makeOracleSide(const World& world, Kind kind);
+
+}  // namespace nuv::zero::oracle

@@ -1,0 +1,82 @@
+#include "tests/oracle/Recorder.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+#include "model/Framework.h"
+
+namespace nuv::zero::oracle {
+
+void Recorder::called(const std::string& line) {
+    write(line);
+    const std::vector<int>& failing = world_->failingCalls;
+    if (std::count(failing.begin(), failing.end(), allCalls_++) != 0) throw CallbackFailure();
+}
+
+bool Recorder::predicate(int predicate, int type) {
+    using Kind = PredicateDefinition::Kind;
+    const auto index = static_cast<std::size_t>(predicate);
+    const PredicateDefinition& definition = world_->predicates[index];
+    if (definition.kind == Kind::Empty) throw std::bad_function_call();
+    const bool isEvenCall = calls_[index]++ % 2 == 0;
+    called("predicate " + std::to_string(predicate) + " asked about " + className(type));
+    switch (definition.kind) {
+        case Kind::All:
+            return true;
+        case Kind::KindOf:
+            return world_->isKindOf(type, definition.operand);
+        case Kind::Exactly:
+            return type == definition.operand;
+        case Kind::Alternating:
+            return isEvenCall;
+        default:
+            return false;
+    }
+}
+
+int Recorder::filter(int filter, const Step& link) {
+    using Kind = FilterDefinition::Kind;
+    const FilterDefinition& definition = world_->filters[static_cast<std::size_t>(filter)];
+    if (definition.kind == Kind::Empty) throw std::bad_function_call();
+    called("filter " + std::to_string(filter) + " asked about " + describe(link));
+    switch (definition.kind) {
+        case Kind::Veto:
+            return 0;
+        case Kind::Three:
+            return 3;
+        case Kind::NoPseudo:
+            return link.property == none ? 0 : 1;
+        case Kind::OnlyProperty:
+            return link.property == definition.operand ? 1 : 0;
+        case Kind::NotElement:
+            return link.target == definition.operand ? 0 : 1;
+        default:
+            return 1;
+    }
+}
+
+void Recorder::event(int observer, const char* name, int element, int property) {
+    std::string line =
+        "observer " + std::to_string(observer) + ' ' + name + ' ' + elementName(element);
+    if (property != none) line += ' ' + propertyName(property);
+    called(line);
+}
+
+void Recorder::writeCurrentException() {
+    try {
+        throw;
+    } catch (const CallbackFailure&) {
+        write("throws what the callback threw");
+    } catch (const std::bad_function_call&) {
+        write("throws std::bad_function_call");
+    } catch (const std::bad_weak_ptr&) {
+        write("throws std::bad_weak_ptr");
+    } catch (const ReadFailure& failure) {
+        write("throws CannotCastIncompatibleTypes " + failure.typeName);
+    } catch (const CannotCastIncompatibleTypes& failure) {
+        write("throws CannotCastIncompatibleTypes " + access::toUtf8(failure.arguments().at(0)));
+    }
+}
+
+}  // namespace nuv::zero::oracle

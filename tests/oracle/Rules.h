@@ -1,0 +1,97 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "tests/oracle/Recorder.h"
+#include "tests/oracle/Side.h"
+
+/// Selection rules, evaluated the plain way.
+namespace nuv::zero::oracle {
+
+/// Whether rules filed under one class come before those filed under the other.
+bool comesBefore(const World& world, int type, int other);
+
+/// The predicate of a rule: one of the world's, or one that answers the same for every class.
+struct RulePredicate {
+    int predicate = none;
+    bool otherwise = true;
+
+    bool accepts(int type, Recorder& recorder) const {
+        return predicate == none ? otherwise : recorder.predicate(predicate, type);
+    }
+};
+
+/// All rules of one property, in the order in which they are asked.
+class RuleSet {
+  public:
+    explicit RuleSet(bool prunes) : prunes_(prunes) {}
+    RuleSet(const RuleSet& other) : prunes_(other.prunes_), root_(copyOf(other.root_)) {}
+    RuleSet& operator=(const RuleSet&) = delete;
+
+    void compose(const World& world, int owner, const RulePredicate& predicate, int policy);
+    void composePolicy(const World& world, int owner, int policy);
+    std::pair<bool, int> anyMatches(int type, Recorder& recorder) const;
+    bool prunes() const { return prunes_; }
+
+  private:
+    /// A rule, and the trees of those that were filed to its left and right.
+    struct Node {
+        int owner;
+        RulePredicate predicate;
+        int policy;
+        std::shared_ptr<Node> left;
+        std::shared_ptr<Node> right;
+    };
+    using Tree = std::shared_ptr<Node>;
+    static Tree copyOf(const Tree& tree);
+    Node* find(const World& world, int owner) const;
+    static const Node* firstAccepting(const Tree& tree, int type, Recorder& recorder);
+
+    bool prunes_;
+    Tree root_;
+};
+
+struct Setting {
+    int property;
+    int policy;
+};
+using Settings = std::shared_ptr<const std::vector<Setting>>;
+
+/// What a builder has been told.
+struct Rules {
+    Kind kind;
+    std::map<int, RuleSet> sets;
+    std::vector<int> traversed;
+    int pseudoLinkPolicy = 1;
+
+    void apply(const World& world, const RuleOperation& rule, Recorder& recorder);
+
+  private:
+    void traverse(const World& world, int property, const RulePredicate& predicate, int owner,
+                  int policy);
+    void prune(const World& world, int property, const RulePredicate& predicate, int owner);
+    void setPolicy(const World& world, int property, const RulePredicate& predicate, int owner,
+                   int policy, Recorder& recorder);
+};
+
+/// Answers a walk's questions from a snapshot of the rules.
+class Provider {
+  public:
+    Provider(const World& world, Rules rules) : world_(&world), rules_(std::move(rules)) {}
+
+    Settings settingsOf(int type, Recorder& recorder);
+    int resultPolicy(int type, int property, Recorder& recorder) const;
+
+  private:
+    std::vector<Setting> additiveSettings(int type, Recorder& recorder) const;
+    std::vector<Setting> subtractiveSettings(int type, Recorder& recorder) const;
+
+    const World* world_;
+    Rules rules_;
+    std::map<int, Settings> cache_;
+};
+
+}  // namespace nuv::zero::oracle

@@ -1,0 +1,241 @@
+#include "tests/oracle/Walk.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "model/Framework.h"
+
+namespace nuv::zero::oracle {
+
+Walk::Walk(const World& world, Recorder& recorder, std::shared_ptr<Result> result)
+    : world_(&world),
+      recorder_(&recorder),
+      result_(std::move(result)),
+      uniqueness_(result_->uniqueness) {
+    advance();
+}
+
+void Walk::advance() {
+    if (!result_) return;
+    if (frontier_.empty()) return startNextInput();
+    const Step link = top();
+    if (!link.cascade) {
+        pop();
+        if (tryReport(link)) return;
+        return advance();
+    }
+
+    if (!hasEntered(link.target)) enter(link);
+    Cursor& cursor = cursors_.at(link.target);
+    if (result_->algo != 1 && !cursor.reportedSelf) {
+        cursor.reportedSelf = true;
+        if (tryReport(link)) return;
+    }
+
+    while (!processedAll(cursor)) {
+        Step child = next(cursor);
+        if (child.isEmpty()) continue;
+        if (hasEntered(child.target)) {
+            child.cascade = false;
+            frontier_.push_back(child);
+            if (isDepthFirst()) return advance();
+            continue;
+        }
+        Cursor& entered = enter(child);
+        frontier_.push_back(child);
+        if (isDepthFirst()) return advance();
+        if (!entered.reportedSelf) {
+            entered.reportedSelf = true;
+            if (tryReport(child)) return;
+        }
+    }
+
+    if (!cursor.reportedSelf) {
+        cursor.reportedSelf = true;
+        if (tryReport(link)) return;
+    }
+    pop();
+    advance();
+}
+
+void Walk::startNextInput() {
+    if (currentInput_ != none) notify(result_->observer, "exits input", currentInput_);
+    if (nextInput_ == result_->inputs.size()) {
+        current_ = Step();
+        return;
+    }
+    currentInput_ = result_->inputs[nextInput_];
+    ++nextInput_;
+    notify(result_->observer, "enters input", currentInput_);
+    frontier_.push_back(Step{none, none, currentInput_, true});
+    advance();
+}
+
+Cursor& Walk::enter(const Step& link) {
+    const Settings settings = result_->provider->settingsOf(classOf(link.target), *recorder_);
+    Cursor cursor;
+    cursor.element = link.target;
+    cursor.observer = result_->observer;
+    cursor.settings = settings;
+    return cursors_.emplace(link.target, cursor).first->second;
+}
+
+bool Walk::tryReport(const Step& link) {
+    if (link.isEmpty()) return false;
+    if (link.property != none &&
+        result_->provider->resultPolicy(classOf(link.source), link.property, *recorder_) == 0) {
+        return false;
+    }
+    if (!isUnseen(link) || !passesFilters(link)) return false;
+    current_ = link;
+    return true;
+}
+
+bool Walk::isUnseen(const Step& link) {
+    if (uniqueness_ == 0) return isUnseenWithOpposite(link);
+    if (uniqueness_ == 1) return seenElements_.insert(link.target).second;
+    return true;
+}
+
+bool Walk::isUnseenWithOpposite(const Step& link) {
+    if (!seenLinks_.emplace(link.source, link.property, link.target).second) return false;
+    if (link.property == none) return true;
+    const int opposite = world_->properties[static_cast<std::size_t>(link.property)].opposite;
+    if (opposite == none) return true;
+    return seenLinks_.emplace(link.target, opposite, link.source).second;
+}
+
+bool Walk::passesFilters(const Step& link) {
+    if (result_->dropsPseudoLinks && link.property == none) return false;
+    return std::all_of(result_->filters.begin(), result_->filters.end(),
+                       [&](int filter) { return recorder_->filter(filter, link) != 0; });
+}
+
+bool Walk::equals(const Walk& other) const {
+    if (!result_ && !other.result_) return true;
+    if (!result_) return other.current_.isEmpty();
+    if (!other.result_) return current_.isEmpty();
+    const bool sameFrontier = std::equal(
+        frontier_.begin(), frontier_.end(), other.frontier_.begin(), other.frontier_.end(),
+        [](const Step& a, const Step& b) { return a.isSameStep(b); });
+    return result_ == other.result_ && nextInput_ == other.nextInput_ && sameFrontier &&
+           current_.isSameStep(other.current_) && currentInput_ == other.currentInput_;
+}
+
+void Walk::pruneAllChildren() {
+    const auto entry = cursors_.find(current_.target);
+    if (entry == cursors_.end() || entry->second.finished) return;
+    entry->second.finished = true;
+    entry->second.propertyIndex = entry->second.settings->size();
+}
+
+void Walk::pruneChildren(int property) {
+    const auto entry = cursors_.find(current_.target);
+    if (entry == cursors_.end() || entry->second.finished) return;
+    Cursor& cursor = entry->second;
+    if (isAtProperty(cursor) && propertyOf(cursor) == property) {
+        pruneCurrentProperty(cursor);
+    } else {
+        cursor.prunedProperties.insert(property);
+    }
+}
+
+void Walk::pruneSiblings() {
+    const auto entry = cursors_.find(current_.source);
+    if (entry != cursors_.end()) pruneCurrentProperty(entry->second);
+}
+
+void Walk::pruneCurrentProperty(Cursor& cursor) {
+    if (cursor.finished) return;
+    if (cursor.started) {
+        cursor.valueIndex = cursor.values.size();
+    } else {
+        ++cursor.propertyIndex;
+    }
+}
+
+Step Walk::next(Cursor& cursor) {
+    if (!cursor.started && !cursor.finished) {
+        notify(cursor.observer, "enters", cursor.element);
+        cursor.started = true;
+        loadProperty(cursor);
+    }
+    moveOn(cursor);
+    if (cursor.finished) return Step();
+    return Step{cursor.element, propertyOf(cursor), cursor.values.at(cursor.valueIndex), true};
+}
+
+void Walk::moveOn(Cursor& cursor) {
+    if (cursor.finished) return;
+    ++cursor.valueIndex;
+    if (cursor.valueIndex < cursor.values.size()) return;
+    notify(cursor.observer, "exits", cursor.element, propertyOf(cursor));
+    ++cursor.propertyIndex;
+    loadProperty(cursor);
+    ++cursor.valueIndex;
+}
+
+void Walk::loadProperty(Cursor& cursor) {
+    for (;; ++cursor.propertyIndex) {
+        cursor.values.clear();
+        if (!isAtProperty(cursor)) {
+            cursor.finished = true;
+            return;
+        }
+        const int property = propertyOf(cursor);
+        notify(cursor.observer, "enters", cursor.element, property);
+        if (cursor.prunedProperties.count(property) == 0) {
+            cursor.values = read(cursor.element, property);
+        }
+        if (!cursor.values.empty()) {
+            cursor.valueIndex = static_cast<std::size_t>(-1);
+            return;
+        }
+        notify(cursor.observer, "exits", cursor.element, property);
+    }
+}
+
+std::vector<int> Walk::read(int element, int property) const {
+    using Payload = ValueDefinition::Payload;
+    const bool single = world_->properties[static_cast<std::size_t>(property)].upperBound == 1;
+    const auto stored = world_->values.find({element, property});
+    if (stored == world_->values.end()) {
+        const int type = world_->properties[static_cast<std::size_t>(property)].type;
+        // Never set: unset, or an empty collection of the declared type.
+        if (single || type >= 0) return {};
+        throw ReadFailure{className(type)};
+    }
+    const ValueDefinition& value = stored->second;
+    const auto fail = [&]() -> std::vector<int> {
+        if (value.type < 0) throw ReadFailure{className(value.type)};
+        const auto type = static_cast<std::size_t>(value.type);
+        throw ReadFailure{access::toUtf8(world_->classes[type].qualifiedName)};
+    };
+    if (!single) {
+        if (!value.many || value.type < 0 || value.payload == Payload::Nothing) return fail();
+        return value.elements;
+    }
+    if (value.payload == Payload::Nothing) return {};
+    if (value.many || value.type < 0) return fail();
+    if (value.elements.front() == none) return {};
+    return value.elements;
+}
+
+bool Walk::processedAll(Cursor& cursor) {
+    if (!cursor.finished) return false;
+    if (cursor.started && !cursor.exitNotified) {
+        cursor.exitNotified = true;
+        notify(cursor.observer, "exits", cursor.element);
+    }
+    return true;
+}
+
+void Walk::notify(int observer, const char* event, int element, int property) {
+    if (observer != none) recorder_->event(observer, event, element, property);
+}
+
+int Walk::classOf(int element) const {
+    return element == none ? none : world_->elements[static_cast<std::size_t>(element)];
+}
+
+}  // namespace nuv::zero::oracle

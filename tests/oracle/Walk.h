@@ -1,0 +1,98 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <set>
+#include <tuple>
+#include <vector>
+
+#include "tests/oracle/Rules.h"
+
+/// Walks, done the plain way: everything copied, everything looked up, recursion for loops.
+namespace nuv::zero::oracle {
+
+/// What walks share.
+struct Result {
+    std::shared_ptr<Provider> provider;
+    int observer = none;
+    std::vector<int> inputs;
+    bool dropsPseudoLinks = false;
+    std::vector<int> filters;
+    int algo = 0;
+    int uniqueness = 2;
+};
+
+struct Cursor {
+    /// The element whose links the cursor walks.
+    int element = none;
+    int observer = none;
+    bool reportedSelf = false;
+    bool started = false;
+    bool finished = false;
+    bool exitNotified = false;
+    Settings settings;
+    std::size_t propertyIndex = 0;
+    std::vector<int> values;
+    /// The largest number stands for the place before the first value.
+    std::size_t valueIndex = static_cast<std::size_t>(-1);
+    std::set<int> prunedProperties;
+};
+
+class Walk {
+  public:
+    /// The end of every walk.
+    explicit Walk(const World& world, Recorder& recorder) : world_(&world), recorder_(&recorder) {}
+    Walk(const World& world, Recorder& recorder, std::shared_ptr<Result> result);
+
+    void advance();
+    const Step& current() const { return current_; }
+    bool equals(const Walk& other) const;
+
+    void pruneAllChildren();
+    void pruneChildren(int property);
+    void pruneSiblings();
+
+  private:
+    // The walk.
+    void startNextInput();
+    Cursor& enter(const Step& link);
+    bool tryReport(const Step& link);
+    bool isUnseen(const Step& link);
+    bool isUnseenWithOpposite(const Step& link);
+    bool passesFilters(const Step& link);
+    bool hasEntered(int element) const { return cursors_.count(element) != 0; }
+    bool isDepthFirst() const { return result_->algo != 2; }
+    const Step& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
+    void pop() { isDepthFirst() ? frontier_.pop_back() : frontier_.pop_front(); }
+
+    // One cursor.
+    Step next(Cursor& cursor);
+    void moveOn(Cursor& cursor);
+    void loadProperty(Cursor& cursor);
+    std::vector<int> read(int element, int property) const;
+    bool processedAll(Cursor& cursor);
+    void pruneCurrentProperty(Cursor& cursor);
+    bool isAtProperty(const Cursor& cursor) const {
+        return cursor.propertyIndex < cursor.settings->size();
+    }
+    int propertyOf(const Cursor& cursor) const {
+        return (*cursor.settings)[cursor.propertyIndex].property;
+    }
+    void notify(int observer, const char* event, int element, int property = none);
+    int classOf(int element) const;
+
+    const World* world_;
+    Recorder* recorder_;
+    std::shared_ptr<Result> result_;
+    std::deque<Step> frontier_;
+    std::set<std::tuple<int, int, int>> seenLinks_;
+    std::set<int> seenElements_;
+    int uniqueness_ = 2;
+    std::map<int, Cursor> cursors_;
+    std::size_t nextInput_ = 0;
+    Step current_;
+    int currentInput_ = none;
+};
+
+}  // namespace nuv::zero::oracle

@@ -1,0 +1,45 @@
+# cmake -D ROOT=<checkout> -D PAGES=<file;...> -P CheckCode.cmake
+#
+# Every C++ block of a page stands, apart from white space, in the compiled file that the line above
+# it names: <!-- from path -->.
+cmake_minimum_required(VERSION 3.25)
+
+include("${CMAKE_CURRENT_LIST_DIR}/Blocks.cmake")
+
+function(without_space text result)
+    string(REGEX REPLACE "[ \t\n]+" "" text "${text}")
+    set(${result} "${text}" PARENT_SCOPE)
+endfunction()
+
+set(mistakes "")
+foreach(page IN LISTS PAGES)
+    file(READ "${ROOT}/${page}" rest)
+    while(TRUE)
+        string(FIND "${rest}" "\n```cpp\n" start)
+        if(start EQUAL -1)
+            break()
+        endif()
+        string(SUBSTRING "${rest}" 0 ${start} before)
+        take_block(rest cpp code)
+        if(NOT before MATCHES "<!-- from ([^ ]+) -->$")
+            string(APPEND mistakes "${page}: no line names the file of this block:\n${code}")
+            continue()
+        endif()
+        set(source "${CMAKE_MATCH_1}")
+        if(NOT EXISTS "${ROOT}/${source}")
+            string(APPEND mistakes "${page}: there is no ${source}\n")
+            continue()
+        endif()
+        file(READ "${ROOT}/${source}" compiled)
+        without_space("${compiled}" compiled)
+        without_space("${code}" wanted)
+        string(FIND "${compiled}" "${wanted}" place)
+        if(place EQUAL -1)
+            string(APPEND mistakes "${page}: ${source} has no such lines:\n${code}")
+        endif()
+    endwhile()
+endforeach()
+
+if(NOT mistakes STREQUAL "")
+    message(FATAL_ERROR "${mistakes}")
+endif()

@@ -1,0 +1,18 @@
+#pragma once
+
+/// Counts what the whole program allocates, and makes allocations fail on demand. Linked into
+/// executables that replace the global allocation functions; one thread at a time.
+namespace nuv::zero::test {
+
+struct AllocationMeter {
+    /// Allocations so far.
+    static long total();
+    /// Allocations that have not been freed.
+    static long live();
+    /// Makes one allocation fail: the next one for 1, the one after it for 2. Zero calls it off.
+    static void failAt(long allocation);
+    /// Whether the failure that was asked for last has happened.
+    static bool hasFailed();
+};
+
+}  // namespace nuv::zero::test

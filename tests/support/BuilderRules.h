@@ -1,0 +1,26 @@
+#pragma once
+
+#include <unordered_map>
+
+#include "traversal/Spec.h"
+
+namespace nuv::zero::test {
+
+/// Lets a test see the rules that a builder has gathered.
+template <class Impl>
+class BuilderRules : public Impl {
+  public:
+    using Map = std::unordered_map<traversal::Property, traversal::CompositeMatcher>;
+
+    static const Map& of(const Impl& builder) {
+        using Getter = const Map& (Impl::*)() const noexcept;
+        return (builder.*static_cast<Getter>(&BuilderRules::matchersMap))();
+    }
+};
+
+template <class Impl>
+const typename BuilderRules<Impl>::Map& rulesOf(const Impl& builder) {
+    return BuilderRules<Impl>::of(builder);
+}
+
+}  // namespace nuv::zero::test

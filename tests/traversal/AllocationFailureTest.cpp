@@ -1,0 +1,291 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <new>
+#include <set>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "tests/support/AllocationMeter.h"
+#include "tests/support/ModelBuilder.h"
+#include "tests/support/WalkLog.h"
+
+/// Every single allocation of a walk or of building one fails in turn.
+namespace nuv::zero::traversal {
+namespace {
+
+using test::AllocationMeter;
+using test::Lines;
+using test::ModelBuilder;
+using test::text;
+using Walk = TraversalResult::IterationContext;
+
+constexpr auto metamodelText =
+    "Node; Leaf < Node; Node.x => Node *; Node.y -> Node *; Node.boss -> Node; Leaf.z => Leaf *";
+constexpr auto modelText =
+    "L : Leaf; M : Leaf; A.x = B C L; A.y = D B; A.boss = A; B.x = C D; B.boss = A; C.y = A E; "
+    "E.x = F; L.z = M L; L.y = A; M.boss = G; G.x = A; H.x = I; H.y = B";
+
+/// Remembers without allocating what it was told.
+class QuietObserver : public TraversalProcessor {
+  public:
+    QuietObserver() { entered.reserve(1000); }
+    void onEnterElement(const ModelElement& element) override { entered.push_back(element); }
+    std::vector<ModelElement> entered;
+};
+
+class AllocationFailureTest
+    : public testing::TestWithParam<std::tuple<Algo, UniquenessMode, bool>> {
+  protected:
+    Algo order() const { return std::get<0>(GetParam()); }
+
+    /// Walks to the end while the allocation with this number fails; false when there was none.
+    bool walkFailingAt(long allocation) {
+        QuietObserver observer;
+        std::vector<Link> reported;
+        reported.reserve(1000);
+        bool moved = false;
+        const long before = AllocationMeter::live();
+        {
+            const auto result = Spec::subtractiveTraversal()
+                                    ->prune(m["Leaf.z"], [](const Class&) { return false; })
+                                    ->run(inputs, order());
+            ResultSetup(result)
+                .observe(std::get<2>(GetParam()) ? &observer : nullptr)
+                .unique(std::get<1>(GetParam()));
+            AllocationMeter::failAt(allocation);
+            std::unique_ptr<Walk> walk;
+            for (int attempts = 0; !walk && attempts < 2; ++attempts) {
+                try {
+                    walk = std::make_unique<Walk>(result);
+                } catch (const std::bad_alloc&) {
+                }
+                if (!walk) observer.entered.clear();
+            }
+            while (walk && !!walk->getCurrent() && reported.size() < 900) {
+                reported.push_back(walk->getCurrent());
+                try {
+                    walk->pruneChildren(m.kept);
+                    if (reported.size() % 4 == 0) Walk copy(*walk);
+                } catch (const std::bad_alloc&) {
+                }
+                for (bool stepped = false; !stepped;) {
+                    try {
+                        walk->advance();
+                        stepped = true;
+                    } catch (const std::bad_alloc&) {
+                        moved = moved || !(walk->getCurrent() == reported.back());
+                    }
+                }
+            }
+            AllocationMeter::failAt(0);
+            EXPECT_NE(walk, nullptr);
+        }
+        const long after = AllocationMeter::live();
+        EXPECT_EQ(after, before) << "something was leaked";
+        EXPECT_FALSE(moved) << "a failed step moved the walk";
+        EXPECT_LT(reported.size(), 900U) << "the walk does not end";
+        check(reported, observer.entered);
+        return AllocationMeter::hasFailed();
+    }
+
+    /// An element is entered at most once, and entered where a link says that it was.
+    void check(const std::vector<Link>& reported, const std::vector<ModelElement>& entered) const {
+        std::multiset<std::string> reached;
+        std::set<std::string> brackets;
+        for (const ModelElement& element : entered) {
+            EXPECT_TRUE(brackets.insert(text(element)).second) << text(element);
+        }
+        for (const Link& link : reported) {
+            if (link.shouldCascade()) reached.insert(text(link.getTarget()));
+            if (std::get<2>(GetParam())) {
+                EXPECT_EQ(brackets.count(text(link.getTarget())), 1U)
+                    << text(link) << " leads to an element that has no turn";
+            }
+        }
+        for (const std::string& target : reached) EXPECT_EQ(reached.count(target), 1U) << target;
+    }
+
+    struct KeepingModel : ModelBuilder {
+        using ModelBuilder::ModelBuilder;
+        /// A property to prune, looked up beforehand, since looking up allocates.
+        Property kept = (*this)["Node.boss"];
+    };
+    KeepingModel m{metamodelText, modelText};
+    std::vector<ModelElement> inputs{m("A"), m("H"), m("C")};
+};
+
+TEST_P(AllocationFailureTest, WalkGoesOnAfterEachFailingAllocationAndLeaksNothing) {
+    walkFailingAt(0);
+    long allocation = 1;
+    while (walkFailingAt(allocation)) ++allocation;
+    EXPECT_GT(allocation, 10);
+}
+
+INSTANTIATE_TEST_SUITE_P(OrdersAndModes, AllocationFailureTest,
+                         testing::Combine(testing::ValuesIn(test::everyOrder()),
+                                          testing::Values(UniquenessMode::UniqueLinks,
+                                                          UniquenessMode::UniqueElements,
+                                                          UniquenessMode::NoUniqueness),
+                                          testing::Bool()),
+                         [](const auto& each) {
+                             return std::string(test::nameOf(std::get<0>(each.param))) + "Mode" +
+                                    std::to_string(static_cast<int>(std::get<1>(each.param))) +
+                                    (std::get<2>(each.param) ? "Observed" : "");
+                         });
+
+// Symptom: an observer that was detached long ago heard of an element that was entered after that.
+TEST(ObserverAllocationFailureTest, ElementWhoseEnteringFailedIsNotTiedToTheObserverOfThatTime) {
+    ModelBuilder m("Node; Node.x -> Node *", "A");
+    constexpr int children = 40;
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < children; ++i) m.extend("A.x = N" + std::to_string(i));
+    }
+    const std::vector<ModelElement> inputs{m("A")};
+    for (int step = 0; step < children; ++step) {
+        for (long allocation = 1; allocation < 6; ++allocation) {
+            QuietObserver passing;
+            const auto result = Spec::subtractiveTraversal()->breadthFirst(inputs);
+            Walk walk = result->begin();
+            for (int i = 0; i < step; ++i) walk.advance();
+            bool threw = false;
+            ResultSetup(result).observe(&passing);
+            AllocationMeter::failAt(allocation);
+            try {
+                walk.advance();
+            } catch (const std::bad_alloc&) {
+                threw = true;
+            }
+            AllocationMeter::failAt(0);
+            ResultSetup(result).observe(nullptr);
+            test::rest(walk);
+            EXPECT_EQ(passing.entered.size(), threw ? 0U : 1U) << step << ", " << allocation;
+        }
+    }
+}
+
+class BuilderAllocationFailureTest : public testing::Test {
+  protected:
+    /// Fails each allocation of an action in turn; after each, the builder must run.
+    template <class Make, class Action, class Check>
+    void failEverywhere(Make&& make, Action&& action, Check&& check) {
+        for (long allocation = 1;; ++allocation) {
+            const auto builder = make();
+            bool threw = false;
+            AllocationMeter::failAt(allocation);
+            try {
+                action(*builder);
+            } catch (const std::bad_alloc&) {
+                threw = true;
+            }
+            AllocationMeter::failAt(0);
+            EXPECT_EQ(threw, AllocationMeter::hasFailed());
+            check(*builder, threw);
+            if (!threw) break;
+        }
+    }
+
+    ModelBuilder m{metamodelText, modelText};
+    const Property x = m["Node.x"];
+    const Property y = m["Node.y"];
+    const Property boss = m["Node.boss"];
+};
+
+TEST_F(BuilderAllocationFailureTest, TraverseThatFailsHasNamedThePropertyWithItsRulesOrNotAtAll) {
+    const Lines withoutY = test::linesOf(
+        Spec::additiveTraversal()->traverse(x, ResultPolicy::Report)->depthFirst({m("A")}));
+    const Lines withY = test::linesOf(
+        Spec::additiveTraversal()->traverse({x, y}, ResultPolicy::Report)->depthFirst({m("A")}));
+    failEverywhere(
+        [this] { return Spec::additiveTraversal()->traverse(x, ResultPolicy::Report); },
+        [this](AdditiveTraversalImpl& builder) { builder.traverse(y, ResultPolicy::Report); },
+        [&](AdditiveTraversalImpl& builder, bool threw) {
+            const Lines lines = test::linesOf(builder.depthFirst({m("A")}));
+            EXPECT_EQ(lines, threw ? withoutY : withY);
+            builder.traverse(y, ResultPolicy::Report);
+            EXPECT_EQ(test::linesOf(builder.depthFirst({m("A")})), withY) << "named again";
+        });
+}
+
+TEST_F(BuilderAllocationFailureTest, PruneAndSetResultPolicyThatFailLeaveTheBuilderUsable) {
+    const Lines unpruned = test::linesOf(Spec::subtractiveTraversal()->depthFirst({m("A")}));
+    failEverywhere([] { return Spec::subtractiveTraversal(); },
+                   [this](SubtractiveTraversalImpl& builder) { builder.prune(y); },
+                   [&](SubtractiveTraversalImpl& builder, bool threw) {
+                       const Lines lines = test::linesOf(builder.depthFirst({m("A")}));
+                       EXPECT_EQ(lines == unpruned, threw);
+                   });
+    failEverywhere([] { return Spec::subtractiveTraversal(); },
+                   [this](SubtractiveTraversalImpl& builder) {
+                       builder.setResultPolicy(y, ResultPolicy::WalkOnly);
+                   },
+                   [&](SubtractiveTraversalImpl& builder, bool threw) {
+                       const Lines lines = test::linesOf(builder.depthFirst({m("A")}));
+                       EXPECT_EQ(lines == unpruned, threw);
+                   });
+}
+
+TEST_F(BuilderAllocationFailureTest, ManyRulesForOnePropertySurviveAFailureAnywhere) {
+    failEverywhere([this] { return Spec::additiveTraversal()->traverse(x, ResultPolicy::Report); },
+                   [this](AdditiveTraversalImpl& builder) {
+                       const Class leaf = m.type("Leaf");
+                       builder.traverse(
+                           {x, [leaf](const Class& type) { return type == leaf; }, leaf},
+                           ResultPolicy::Extended);
+                       builder.setResultPolicy(x, ResultPolicy::WalkOnly);
+                   },
+                   [this](AdditiveTraversalImpl& builder, bool /*threw*/) {
+                       EXPECT_FALSE(test::linesOf(builder.depthFirst({m("A")})).empty());
+                   });
+}
+
+TEST_F(BuilderAllocationFailureTest, AssignmentThatFailsKeepsTheOldRulesWhole) {
+    const auto source = Spec::additiveTraversal()->traverse({y, boss}, ResultPolicy::Report);
+    const Lines old = test::linesOf(
+        Spec::additiveTraversal()->traverse(x, ResultPolicy::Report)->depthFirst({m("A")}));
+    const Lines assigned = test::linesOf(source->depthFirst({m("A")}));
+    failEverywhere([this] { return Spec::additiveTraversal()->traverse(x, ResultPolicy::Report); },
+                   [&](AdditiveTraversalImpl& builder) { builder = *source; },
+                   [&](AdditiveTraversalImpl& builder, bool threw) {
+                       EXPECT_EQ(test::linesOf(builder.depthFirst({m("A")})),
+                                 threw ? old : assigned);
+                   });
+}
+
+TEST_F(BuilderAllocationFailureTest, RunningThatFailsCanBeTriedAgain) {
+    const std::vector<ModelElement> inputs{m("A")};
+    const auto make = [this] {
+        return Spec::additiveTraversal()->traverse({x, y}, ResultPolicy::Report);
+    };
+    const Lines expected = test::linesOf(make()->depthFirst(inputs));
+    failEverywhere(
+        make, [&](AdditiveTraversalImpl& builder) { builder.depthFirst(inputs); },
+        [&](AdditiveTraversalImpl& builder, bool /*threw*/) {
+            EXPECT_EQ(test::linesOf(builder.depthFirst(inputs)), expected);
+        });
+}
+
+TEST_F(BuilderAllocationFailureTest, AssignmentOfAWalkThatFailsKeepsTheOldWalk) {
+    const auto result = Spec::subtractiveTraversal()->depthFirst({m("A")});
+    Walk source = result->begin();
+    for (int i = 0; i < 4; ++i) source.advance();
+    for (long allocation = 1;; ++allocation) {
+        Walk target = result->begin();
+        bool threw = false;
+        AllocationMeter::failAt(allocation);
+        try {
+            target = source;
+        } catch (const std::bad_alloc&) {
+            threw = true;
+        }
+        AllocationMeter::failAt(0);
+        EXPECT_TRUE(target == (threw ? result->begin() : source));
+        test::rest(target);
+        if (!threw) break;
+    }
+}
+
+}  // namespace
+}  // namespace nuv::zero::traversal

@@ -1,0 +1,55 @@
+#include "traversal/AssociationSetting.h"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+#include <utility>
+
+#include "tests/support/ModelBuilder.h"
+
+namespace nuv::zero::traversal {
+namespace {
+
+template <class Setting>
+concept GivesItsProperty = requires(Setting setting) {
+    setting.getProperty();
+};
+template <class Setting>
+concept GivesItsPolicy = requires(Setting setting) {
+    setting.getPolicy();
+};
+
+TEST(AssociationSettingTest, DefaultHasNoPropertyAndReports) {
+    AssociationSetting setting;
+    EXPECT_FALSE(setting.getProperty());
+    EXPECT_EQ(setting.getPolicy(), ResultPolicy::Report);
+}
+
+TEST(AssociationSettingTest, GettersAreNotConstAndReturnByValue) {
+    static_assert(GivesItsProperty<AssociationSetting> && GivesItsPolicy<AssociationSetting>);
+    static_assert(!GivesItsProperty<const AssociationSetting>);
+    static_assert(!GivesItsPolicy<const AssociationSetting>);
+    static_assert(
+        std::is_same_v<decltype(std::declval<AssociationSetting&>().getProperty()), Property>);
+    static_assert(
+        std::is_same_v<decltype(std::declval<AssociationSetting&>().getPolicy()), ResultPolicy>);
+}
+
+TEST(AssociationSettingTest, CopiesAndMovesCarryBothFields) {
+    const test::ModelBuilder m("Node; Node.kids -> Node *");
+    AssociationSetting original(m["Node.kids"], ResultPolicy::Extended);
+    AssociationSetting copy(original);
+    AssociationSetting moved(std::move(copy));
+    AssociationSetting assigned;
+    assigned = moved;
+    AssociationSetting moveAssigned;
+    moveAssigned = std::move(moved);
+    for (AssociationSetting* setting : {&original, &assigned, &moveAssigned}) {
+        EXPECT_EQ(setting->getProperty(), m["Node.kids"]);
+        EXPECT_EQ(setting->property(), m["Node.kids"]);
+        EXPECT_EQ(setting->getPolicy(), ResultPolicy::Extended);
+    }
+}
+
+}  // namespace
+}  // namespace nuv::zero::traversal

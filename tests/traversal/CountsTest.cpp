@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/support/AllocationMeter.h"
+#include "tests/support/ModelBuilder.h"
+#include "tests/support/WalkLog.h"
+
+/// What walks cost, counted: allocations and questions. Times are for the benchmarks.
+namespace nuv::zero::traversal {
+namespace {
+
+using test::AllocationMeter;
+using test::ModelBuilder;
+using Walk = TraversalResult::IterationContext;
+
+/// How a model of many nodes hangs together.
+enum class Shape { Chain, Star, Tree };
+
+class CountsTest : public testing::TestWithParam<Algo> {
+  protected:
+    ModelElement grow(Shape shape, std::size_t count) {
+        const Class node = m.type("Node");
+        const Property x = m["Node.x"];
+        std::vector<ModelElement> all{m.model.create(node)};
+        while (all.size() < count) {
+            const std::size_t last = all.size();
+            const std::size_t parent =
+                shape == Shape::Chain ? last - 1 : (shape == Shape::Star ? 0 : (last - 1) / 8);
+            all.push_back(m.model.create(node));
+            m.model.add(all[parent], x, all.back());
+        }
+        return all.front();
+    }
+    /// Allocations of a whole walk, and the links that it reported.
+    static std::pair<long, std::size_t> costOf(const std::shared_ptr<TraversalResult>& result) {
+        const long before = AllocationMeter::total();
+        std::size_t links = 0;
+        for (Walk walk = result->begin(); !!walk.getCurrent(); walk.advance()) ++links;
+        return {AllocationMeter::total() - before, links};
+    }
+
+    ModelBuilder m{"Node; Node.x -> Node *; Node.y -> Node *"};
+};
+
+TEST_P(CountsTest, WalkAllocatesLessThanOncePerTenElements) {
+    constexpr std::size_t count = 20000;
+    for (const Shape shape : {Shape::Chain, Shape::Star, Shape::Tree}) {
+        const ModelElement root = grow(shape, count);
+        const auto [allocations, links] =
+            costOf(Spec::subtractiveTraversal()->run({root}, GetParam()));
+        EXPECT_EQ(links, count);
+        EXPECT_LT(allocations, static_cast<long>(count / 10)) << static_cast<int>(shape);
+    }
+}
+
+TEST_P(CountsTest, SmallWalkAllocatesLittle) {
+    m.extend("A.x = B C; B.x = A; C.y = B");
+    const auto [allocations, links] =
+        costOf(Spec::subtractiveTraversal()->run({m("A")}, GetParam()));
+    EXPECT_EQ(links, 5U);
+    EXPECT_LT(allocations, 40);
+}
+
+TEST_P(CountsTest, StepsFromAWarmCursorAllocateNothingOnAStar) {
+    const ModelElement root = grow(Shape::Star, 2000);
+    const auto result = Spec::additiveTraversal()
+                            ->traverse(m["Node.x"], ResultPolicy::Report)
+                            ->run({root}, Algo::DepthFirstPreOrder);
+    Walk walk = result->begin();
+    for (int i = 0; i < 1100; ++i) walk.advance();
+    const long before = AllocationMeter::total();
+    for (int i = 0; i < 500; ++i) walk.advance();
+    // At most the growth of the table of what was entered.
+    EXPECT_LE(AllocationMeter::total() - before, 2);
+}
+
+TEST_P(CountsTest, FirstLinkCostsTheSameWhateverTheSizeOfTheModel) {
+    const auto costOfBegin = [this](std::size_t count) {
+        const ModelElement root = grow(Shape::Tree, count);
+        const auto result = Spec::subtractiveTraversal()->run({root}, Algo::DepthFirstPreOrder);
+        const long before = AllocationMeter::total();
+        const Walk walk = result->begin();
+        return AllocationMeter::total() - before;
+    };
+    EXPECT_EQ(costOfBegin(10), costOfBegin(10000));
+}
+
+TEST_P(CountsTest, PredicatesAreAskedOncePerClassAndPropertyAndOncePerTriedLink) {
+    int asked = 0;
+    ModelBuilder small("Node; Leaf < Node; Node.x -> Node *; Node.y -> Node *",
+                       "L : Leaf; M : Leaf; A.x = B L; L.x = M A; B.y = A C");
+    const auto counting = [&asked](const Class&) {
+        ++asked;
+        return true;
+    };
+    const auto result = Spec::additiveTraversal()
+                            ->traverse(small["Node.x"], counting, ResultPolicy::Report)
+                            ->traverse(small["Node.y"], counting, ResultPolicy::Report)
+                            ->run({small("A")}, GetParam());
+    EXPECT_EQ(asked, 0);
+    const std::size_t links = test::linesOf(result).size();
+    EXPECT_EQ(links, 7U) << "the pseudo-link asks nobody";
+    EXPECT_EQ(asked, 2 * 2 + 6);
+    asked = 0;
+    test::linesOf(result);
+    EXPECT_EQ(asked, 6) << "the second walk has the settings of both classes";
+}
+
+TEST_P(CountsTest, FiltersAreAskedOncePerLink) {
+    m.extend("A.x = B C; B.x = A; C.y = B");
+    int asked = 0;
+    const auto result = Spec::subtractiveTraversal()->run({m("A")}, GetParam());
+    ResultSetup(result).filter([&asked](const Link&) {
+        ++asked;
+        return ResultPolicy::WalkOnly;
+    });
+    EXPECT_EQ(test::linesOf(result).size(), 0U);
+    EXPECT_EQ(asked, 5);
+}
+
+TEST_P(CountsTest, AbandonedWalkLeavesNothingBehind) {
+    const ModelElement root = grow(Shape::Tree, 3000);
+    const auto result = Spec::subtractiveTraversal()->run({root}, GetParam());
+    result->begin();
+    const long before = AllocationMeter::live();
+    {
+        Walk walk = result->begin();
+        for (int i = 0; i < 1000; ++i) walk.advance();
+        walk.pruneAllChildren();
+        const Walk copy(walk);
+        walk.advance();
+    }
+    EXPECT_EQ(AllocationMeter::live(), before);
+}
+
+TEST_P(CountsTest, BuildersResultsAndWalksFreeAllTheyTook) {
+    m.extend("A.x = B C; B.x = A; C.y = B");
+    const std::vector<ModelElement> inputs{m("A"), m("B")};
+    const Property x = m["Node.x"];
+    const auto use = [&] {
+        const auto builder = Spec::additiveTraversal()->traverse(x, ResultPolicy::Report);
+        const AdditiveTraversalImpl copy(*builder);
+        const auto result = builder->run(inputs, GetParam());
+        ResultSetup(result).unique(UniquenessMode::UniqueLinks).filter([](const Link&) {
+            return ResultPolicy::Report;
+        });
+        std::size_t links = 0;
+        for (const Link& link : traversal::links(result)) links += link.shouldCascade() ? 1U : 0U;
+        return links;
+    };
+    use();
+    const long before = AllocationMeter::live();
+    use();
+    EXPECT_EQ(AllocationMeter::live(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, CountsTest, testing::ValuesIn(test::everyOrder()),
+                         [](const auto& each) { return test::nameOf(each.param); });
+
+}  // namespace
+}  // namespace nuv::zero::traversal

@@ -1,0 +1,194 @@
+#include "traversal/LinkRange.h"
+
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <ranges>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+#include "tests/support/Failures.h"
+#include "tests/support/ModelBuilder.h"
+#include "tests/support/WalkLog.h"
+
+namespace nuv::zero::traversal {
+namespace {
+
+using test::Lines;
+using test::text;
+
+// What a walk claims to be, and no more.
+static_assert(std::ranges::input_range<LinkRange>);
+static_assert(!std::ranges::forward_range<LinkRange>);
+static_assert(!std::ranges::common_range<LinkRange>);
+static_assert(!std::ranges::sized_range<LinkRange>);
+static_assert(std::ranges::view<LinkRange>);
+static_assert(std::movable<LinkRange> && !std::copyable<LinkRange>);
+static_assert(!std::is_copy_constructible_v<LinkRange> && !std::is_copy_assignable_v<LinkRange>);
+static_assert(std::is_nothrow_move_constructible_v<LinkRange>);
+static_assert(std::input_iterator<LinkRange::iterator>);
+static_assert(!std::forward_iterator<LinkRange::iterator>);
+static_assert(std::sentinel_for<std::default_sentinel_t, LinkRange::iterator>);
+static_assert(std::is_same_v<std::ranges::range_reference_t<LinkRange>, const Link&>);
+static_assert(std::is_same_v<std::ranges::range_value_t<LinkRange>, Link>);
+static_assert(std::is_same_v<std::ranges::sentinel_t<LinkRange>, std::default_sentinel_t>);
+static_assert(!std::is_convertible_v<std::shared_ptr<TraversalResult>, LinkRange>);
+
+class LinkRangeTest : public testing::Test {
+  protected:
+    std::shared_ptr<TraversalResult> run() const {
+        return Spec::subtractiveTraversal()
+            ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
+            ->depthFirst({m("A")});
+    }
+
+    test::ModelBuilder m{"Node; Node.x -> Node *; Node.y -> Node *",
+                         "A.x = B C; A.y = D; B.x = E; B.y = F"};
+    const Lines whole{"A.x>B", "B.x>E", "B.y>F", "A.x>C", "A.y>D"};
+};
+
+TEST_F(LinkRangeTest, LoopOverATemporaryIsSafe) {
+    Lines lines;
+    for (const Link& link : links(run())) lines.push_back(text(link));
+    EXPECT_EQ(lines, whole);
+}
+
+TEST_F(LinkRangeTest, LoopOverATemporaryBuilderAndModelHandleIsSafe) {
+    Lines lines;
+    for (const Link& link : links(Spec::subtractiveTraversal()
+                                      ->prune(m["Node.y"])
+                                      ->breadthFirst(std::vector<ModelElement>{m("A")}))) {
+        lines.push_back(text(link));
+    }
+    EXPECT_EQ(lines, (Lines{">A", "A.x>B", "A.x>C", "B.x>E"}));
+}
+
+TEST_F(LinkRangeTest, NullResultIsRefused) {
+    EXPECT_THROW(links(nullptr), std::invalid_argument);
+}
+
+TEST_F(LinkRangeTest, NothingIsVisitedBeforeTheFirstBegin) {
+    const auto result = run();
+    bool visited = false;
+    ResultSetup(result).filter([&visited](const Link&) {
+        visited = true;
+        return ResultPolicy::Report;
+    });
+    LinkRange range = links(result);
+    EXPECT_FALSE(visited);
+    range.begin();
+    EXPECT_TRUE(visited);
+}
+
+TEST_F(LinkRangeTest, LaterBeginGoesOnWhereTheWalkStands) {
+    LinkRange range = links(run());
+    auto place = range.begin();
+    ++place;
+    EXPECT_EQ(text(*range.begin()), "B.x>E");
+    Lines lines;
+    for (const Link& link : range) lines.push_back(text(link));
+    EXPECT_EQ(lines, Lines(whole.begin() + 1, whole.end()));
+    EXPECT_TRUE(range.begin() == range.end());
+}
+
+TEST_F(LinkRangeTest, IteratorOperations) {
+    LinkRange range = links(run());
+    auto place = range.begin();
+    EXPECT_EQ(text(*place), "A.x>B");
+    EXPECT_EQ(place->getTarget(), m("B"));
+    static_assert(std::is_void_v<decltype(place++)>);
+    place++;
+    EXPECT_EQ(text(*place), "B.x>E");
+    EXPECT_FALSE(place == range.end());
+    EXPECT_TRUE(place != std::default_sentinel);
+    EXPECT_TRUE(LinkRange::iterator() == std::default_sentinel);
+}
+
+TEST_F(LinkRangeTest, PruningStandsOnTheRange) {
+    const auto walkPruning = [this](const char* at, const std::function<void(LinkRange&)>& prune) {
+        LinkRange range = links(run());
+        Lines lines;
+        for (const Link& link : range) {
+            lines.push_back(text(link));
+            if (lines.back() == at) prune(range);
+        }
+        return lines;
+    };
+    EXPECT_EQ(walkPruning("A.x>B", [](LinkRange& range) { range.pruneAllChildren(); }),
+              (Lines{"A.x>B", "A.x>C", "A.y>D"}));
+    EXPECT_EQ(walkPruning("A.x>B", [this](LinkRange& range) { range.pruneChildren(m["Node.x"]); }),
+              (Lines{"A.x>B", "B.y>F", "A.x>C", "A.y>D"}));
+    EXPECT_EQ(walkPruning("A.x>B", [](LinkRange& range) { range.pruneSiblings(); }),
+              (Lines{"A.x>B", "B.x>E", "B.y>F", "A.y>D"}));
+}
+
+TEST_F(LinkRangeTest, PruningBeforeTheFirstBeginDoesNothing) {
+    LinkRange range = links(run());
+    range.pruneAllChildren();
+    range.pruneChildren(m["Node.x"]);
+    range.pruneSiblings();
+    Lines lines;
+    for (const Link& link : range) lines.push_back(text(link));
+    EXPECT_EQ(lines, whole);
+}
+
+TEST_F(LinkRangeTest, MovedRangeGoesOnWithTheWalk) {
+    LinkRange first = links(run());
+    ++first.begin();
+    LinkRange second(std::move(first));
+    EXPECT_EQ(text(*second.begin()), "B.x>E");
+    LinkRange third = links(run());
+    third = std::move(second);
+    EXPECT_EQ(text(*third.begin()), "B.x>E");
+}
+
+TEST_F(LinkRangeTest, AdaptorsOfTheStandardLibraryTakeIt) {
+    Lines lines;
+    for (const Link& link : links(run()) | std::views::filter([](const Link& each) {
+                                return each.shouldCascade();
+                            }) | std::views::take(3)) {
+        lines.push_back(text(link));
+    }
+    EXPECT_EQ(lines, (Lines{"A.x>B", "B.x>E", "B.y>F"}));
+}
+
+TEST_F(LinkRangeTest, ExceptionPassesThroughAndTheRangeGoesOn) {
+    const auto result = run();
+    bool fails = true;
+    ResultSetup(result).filter([&](const Link& link) {
+        if (link.getTarget() == m("E") && std::exchange(fails, false)) {
+            throw test::PlannedFailure("filter");
+        }
+        return ResultPolicy::Report;
+    });
+    LinkRange range = links(result);
+    auto place = range.begin();
+    EXPECT_THROW(++place, test::PlannedFailure);
+    EXPECT_EQ(text(*place), "A.x>B");
+    ++place;
+    EXPECT_EQ(text(*place), "B.y>F");
+}
+
+TEST_F(LinkRangeTest, BeginThatThrowsStartsAfreshNextTime) {
+    const auto result = run();
+    bool fails = true;
+    ResultSetup(result).filter([&](const Link&) {
+        if (std::exchange(fails, false)) throw test::PlannedFailure("filter");
+        return ResultPolicy::Report;
+    });
+    LinkRange range = links(result);
+    EXPECT_THROW(range.begin(), test::PlannedFailure);
+    Lines lines;
+    for (const Link& link : range) lines.push_back(text(link));
+    EXPECT_EQ(lines, whole);
+}
+
+TEST_F(LinkRangeTest, EmptyWalkIsAnEmptyRange) {
+    for (const Link& link : links(Spec::subtractiveTraversal()->depthFirst({}))) {
+        FAIL() << text(link);
+    }
+}
+
+}  // namespace
+}  // namespace nuv::zero::traversal

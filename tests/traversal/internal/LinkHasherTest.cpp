@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <type_traits>
+
+#include "tests/support/ModelBuilder.h"
+#include "traversal/internal/Link.h"
+
+namespace nuv::zero::traversal::internal {
+namespace {
+
+using meta::Property;
+
+class LinkHasherTest : public testing::Test {
+  protected:
+    test::ModelBuilder m{"Node; Node.kids -> Node *", "A; B"};
+    ModelElement a = m("A");
+    ModelElement b = m("B");
+    Property kids = m["Node.kids"];
+    LinkHasher hash;
+};
+
+TEST_F(LinkHasherTest, HasNoState) {
+    static_assert(std::is_empty_v<LinkHasher>);
+    static_assert(std::is_copy_assignable_v<LinkHasher> && std::is_move_assignable_v<LinkHasher>);
+}
+
+TEST_F(LinkHasherTest, IsTheExclusiveOrOfTheThreeHashes) {
+    const std::hash<ModelElement> element;
+    EXPECT_EQ(hash(Link(a, b, kids)), element(a) ^ element(b) ^ element(access::asElement(kids)));
+}
+
+TEST_F(LinkHasherTest, LinkAndItsEndsExchangedHashAlike) {
+    EXPECT_EQ(hash(Link(a, b, kids)), hash(Link(b, a, kids)));
+}
+
+TEST_F(LinkHasherTest, LinkOfAnElementToItselfHashesAsItsProperty) {
+    EXPECT_EQ(hash(Link(a, a, kids)), std::hash<ModelElement>()(access::asElement(kids)));
+}
+
+TEST_F(LinkHasherTest, CascadeFlagTakesNoPart) {
+    Link stopped(a, b, kids);
+    stopped.setNoCascade();
+    EXPECT_EQ(hash(stopped), hash(Link(a, b, kids)));
+}
+
+TEST_F(LinkHasherTest, PseudoLinkAndEmptyLinkHaveAHash) {
+    EXPECT_EQ(hash(Link()), hash(Link::empty()));
+    EXPECT_EQ(hash(Link(ModelElement(), a, Property())), hash(Link(ModelElement(), a, Property())));
+}
+
+// Elements lie at regular distances; hashes of their addresses alone would collide by the hundred.
+TEST_F(LinkHasherTest, LinksOfALongChainHardlyEverHashAlike) {
+    memory::Model model;
+    std::set<std::size_t> hashes;
+    ModelElement previous = model.create(m.type("Node"));
+    constexpr int length = 20000;
+    for (int i = 0; i < length; ++i) {
+        const ModelElement next = model.create(m.type("Node"));
+        hashes.insert(hash(Link(previous, next, kids)));
+        previous = next;
+    }
+    EXPECT_GE(hashes.size(), static_cast<std::size_t>(length - 2));
+}
+
+}  // namespace
+}  // namespace nuv::zero::traversal::internal

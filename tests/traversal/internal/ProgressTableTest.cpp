@@ -1,0 +1,193 @@
+#include "traversal/internal/ProgressTable.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "tests/support/Failures.h"
+#include "tests/support/ModelBuilder.h"
+#include "tests/support/WalkLog.h"
+#include "traversal/internal/LentLink.h"
+#include "traversal/internal/PropertyProviders.h"
+
+namespace nuv::zero::traversal::internal {
+namespace {
+
+using test::Lines;
+using test::text;
+using Discipline = ProgressTable::Discipline;
+
+class ProgressTableTest : public testing::TestWithParam<Discipline> {
+  protected:
+    Link linkTo(const char* target) const { return {m("A"), m(target), m["Node.x"]}; }
+    Link inputLinkTo(const char* target) const {
+        return {ModelElement(), m(target), meta::Property()};
+    }
+    static void enter(ProgressTable& table, const ModelElement& element,
+                      TraversalProcessor* observer = nullptr) {
+        table.prepareToEnter(element, observer);
+        table.enter(element, observer);
+    }
+
+    test::ModelBuilder m{"Node; Node.x -> Node *", "A.x = B C; B.x = A; C.x = B"};
+    std::shared_ptr<PropertyProvider> provider =
+        makeSubtractiveProvider({}, Candidates::AllLinking);
+    ProgressTable table{GetParam(), *provider, nullptr};
+};
+
+TEST_P(ProgressTableTest, ElementStaysEnteredOnceItWasEntered) {
+    EXPECT_FALSE(table.hasEntered(m("A")));
+    EXPECT_EQ(table.findUnfinished(m("A")), nullptr);
+    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    ASSERT_NE(cursor, nullptr);
+    EXPECT_TRUE(table.hasEntered(m("A")));
+    cursor->pruneAllChildren();
+    table.finishTop();
+    EXPECT_TRUE(table.hasEntered(m("A")));
+}
+
+TEST_P(ProgressTableTest, InputThatWasFinishedBeforeHasNoCursor) {
+    table.cursorOfTop(inputLinkTo("A"), nullptr)->pruneAllChildren();
+    table.finishTop();
+    EXPECT_EQ(table.cursorOfTop(inputLinkTo("A"), nullptr), nullptr);
+}
+
+TEST_P(ProgressTableTest, CursorOfTheTopStaysTheSameUntilItIsFinished) {
+    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    EXPECT_EQ(text(cursor->advanceAndGetCurrent()), "A.x>B");
+    EXPECT_EQ(table.cursorOfTop(inputLinkTo("A"), nullptr), cursor);
+    EXPECT_EQ(text(cursor->advanceAndGetCurrent()), "A.x>C");
+}
+
+TEST_P(ProgressTableTest, FindsTheCursorOfAnElementBelowTheTop) {
+    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    EXPECT_EQ(table.findUnfinished(m("A")), cursor);
+    enter(table, m("B"));
+    EXPECT_EQ(table.findUnfinished(m("A")), cursor);
+    ASSERT_NE(table.findUnfinished(m("B")), nullptr);
+    EXPECT_NE(table.findUnfinished(m("B")), cursor);
+    EXPECT_EQ(table.findUnfinished(m("C")), nullptr);
+}
+
+TEST_P(ProgressTableTest, PruningAnElementBeforeItsTurnIsKeptForItsTurn) {
+    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    enter(table, m("B"));
+    table.findUnfinished(m("B"))->pruneAllChildren();
+    if (GetParam() == Discipline::BreadthFirst) {
+        cursor->pruneAllChildren();
+        table.finishTop();
+    }
+    EXPECT_TRUE(table.cursorOfTop(linkTo("B"), nullptr)->processedAll());
+}
+
+TEST_P(ProgressTableTest, PreparingAloneEntersNothing) {
+    table.prepareToEnter(m("A"), nullptr);
+    EXPECT_FALSE(table.hasEntered(m("A")));
+    EXPECT_EQ(table.findUnfinished(m("A")), nullptr);
+}
+
+TEST_P(ProgressTableTest, FailureOfTheProviderLeavesTheElementAsIfItHadNeverBeenMet) {
+    test::FailurePlan plan(1);
+    std::unordered_map<Property, CompositeMatcher> rules;
+    rules.try_emplace(m["Node.x"], CompositeMatcher::VisitMode::Prune)
+        .first->second.composeMatcher(
+            m.type("Node"),
+            [&plan](const Class&) {
+                plan.call("predicate");
+                return false;
+            },
+            ResultPolicy::WalkOnly);
+    const auto failing = makeSubtractiveProvider(rules, Candidates::AllLinking);
+    ProgressTable failed(GetParam(), *failing, nullptr);
+    EXPECT_THROW(failed.cursorOfTop(inputLinkTo("A"), nullptr), test::PlannedFailure);
+    EXPECT_FALSE(failed.hasEntered(m("A")));
+    EXPECT_EQ(text(failed.cursorOfTop(inputLinkTo("A"), nullptr)->advanceAndGetCurrent()), "A.x>B");
+}
+
+TEST_P(ProgressTableTest, CopyIsIndependent) {
+    table.cursorOfTop(inputLinkTo("A"), nullptr)->advanceAndGetCurrent();
+    ProgressTable copy(table);
+    enter(copy, m("B"));
+    EXPECT_FALSE(table.hasEntered(m("B")));
+    EXPECT_EQ(text(copy.findUnfinished(m("A"))->advanceAndGetCurrent()), "A.x>C");
+    EXPECT_EQ(text(table.findUnfinished(m("A"))->advanceAndGetCurrent()), "A.x>C");
+}
+
+TEST_P(ProgressTableTest, EachElementKeepsTheObserverItWasEnteredUnder) {
+    Lines lines;
+    test::EventLog log(lines);
+    ElementProgress* silent = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    silent->advanceAndGetCurrent();
+    enter(table, m("B"), &log);
+    if (GetParam() == Discipline::BreadthFirst) {
+        silent->pruneAllChildren();
+        table.finishTop();
+    }
+    table.cursorOfTop(linkTo("B"), nullptr)->advanceAndGetCurrent();
+    EXPECT_EQ(lines, (Lines{"enter B", "enter B.x"}));
+}
+
+TEST_P(ProgressTableTest, NullElementIsEnteredLikeAnyOther) {
+    EXPECT_FALSE(table.hasEntered(ModelElement()));
+    const Link toNull;
+    ElementProgress* cursor = table.cursorOfTop(toNull, nullptr);
+    ASSERT_NE(cursor, nullptr);
+    EXPECT_TRUE(!cursor->advanceAndGetCurrent());
+    table.finishTop();
+    EXPECT_TRUE(table.hasEntered(ModelElement()));
+    EXPECT_EQ(table.cursorOfTop(toNull, nullptr), nullptr);
+}
+
+TEST_P(ProgressTableTest, KeepsWhatItWasShownAliveWithoutTheModel) {
+    auto other = std::make_unique<test::ModelBuilder>("Node; Node.x -> Node *", "A.x = B C");
+    ProgressTable keeping(GetParam(), *provider, nullptr);
+    const Link link(ModelElement(), (*other)("A"), meta::Property());
+    {
+        const LentLink lent(link);
+        keeping.cursorOfTop(lent.get(), nullptr);
+    }
+    ElementProgress* cursor = keeping.cursorOfTop(link, nullptr);
+    other.reset();
+    EXPECT_TRUE(!cursor->advanceAndGetCurrent()) << "the values went with the model";
+}
+
+INSTANTIATE_TEST_SUITE_P(Disciplines, ProgressTableTest,
+                         testing::Values(Discipline::DepthFirst, Discipline::BreadthFirst),
+                         [](const auto& each) {
+                             return each.param == Discipline::DepthFirst ? "DepthFirst"
+                                                                         : "BreadthFirst";
+                         });
+
+TEST(ProgressTablePathTest, FindsCursorsFarUpALongPathWhileItShrinksAndGrows) {
+    test::ModelBuilder m("Node; Node.x -> Node *");
+    std::vector<ModelElement> chain;
+    for (int i = 0; i < 300; ++i) chain.push_back(m.model.create(m.type("Node")));
+    const auto provider = makeSubtractiveProvider({}, Candidates::AllLinking);
+    ProgressTable table(Discipline::DepthFirst, *provider, nullptr);
+    std::vector<ElementProgress*> cursors;
+    const auto enterUpTo = [&](std::size_t count) {
+        while (cursors.size() < count) {
+            const ModelElement& element = chain[cursors.size()];
+            table.prepareToEnter(element, nullptr);
+            table.enter(element, nullptr);
+            cursors.push_back(table.cursorOfTop(Link(chain[0], element, m["Node.x"]), nullptr));
+        }
+    };
+    enterUpTo(200);
+    for (std::size_t i = 0; i < 200; i += 7) EXPECT_EQ(table.findUnfinished(chain[i]), cursors[i]);
+    for (int i = 0; i < 100; ++i) table.finishTop();
+    for (std::size_t i = 100; i < 200; ++i) EXPECT_EQ(table.findUnfinished(chain[i]), nullptr);
+    // The places of the finished ones are taken by others.
+    cursors.resize(100);
+    for (std::size_t i = 200; i < 300; ++i) {
+        table.prepareToEnter(chain[i], nullptr);
+        table.enter(chain[i], nullptr);
+    }
+    for (std::size_t i = 0; i < 100; i += 3) EXPECT_EQ(table.findUnfinished(chain[i]), cursors[i]);
+    for (std::size_t i = 100; i < 200; ++i) EXPECT_EQ(table.findUnfinished(chain[i]), nullptr);
+    for (std::size_t i = 200; i < 300; ++i) EXPECT_NE(table.findUnfinished(chain[i]), nullptr);
+}
+
+}  // namespace
+}  // namespace nuv::zero::traversal::internal

@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "tests/support/ModelBuilder.h"
+#include "tests/support/WalkLog.h"
+
+/// In which order walks report links, and which of them cascade.
+namespace nuv::zero::traversal::internal {
+namespace {
+
+using test::Lines;
+using test::linesOf;
+using test::ModelBuilder;
+
+constexpr auto nodes = "Node; Node.x -> Node *; Node.y -> Node";
+
+/// A model and what the three orders report from its element A without the pseudo-link.
+struct Scenario {
+    const char* name;
+    const char* model;
+    Lines preOrder;
+    Lines postOrder;
+    Lines breadthFirst;
+};
+
+const std::vector<Scenario>& scenarios() {
+    static const std::vector<Scenario> all{
+        {"SingleElement", "A", {}, {}, {}},
+        {"Chain",
+         "A.x = B; B.x = C; C.x = D",
+         {"A.x>B", "B.x>C", "C.x>D"},
+         {"C.x>D", "B.x>C", "A.x>B"},
+         {"A.x>B", "B.x>C", "C.x>D"}},
+        {"Tree",
+         "A.x = B C; B.x = D E; C.x = F",
+         {"A.x>B", "B.x>D", "B.x>E", "A.x>C", "C.x>F"},
+         {"B.x>D", "B.x>E", "A.x>B", "C.x>F", "A.x>C"},
+         {"A.x>B", "A.x>C", "B.x>D", "B.x>E", "C.x>F"}},
+        {"PropertiesInTurn",
+         "A.x = B; A.y = C; B.y = D",
+         {"A.x>B", "B.y>D", "A.y>C"},
+         {"B.y>D", "A.x>B", "A.y>C"},
+         {"A.x>B", "A.y>C", "B.y>D"}},
+        {"Cycle",
+         "A.x = B; B.x = A",
+         {"A.x>B", "B.x>A!"},
+         {"B.x>A!", "A.x>B"},
+         {"A.x>B", "B.x>A!"}},
+        {"SelfReference", "A.x = A", {"A.x>A!"}, {"A.x>A!"}, {"A.x>A!"}},
+        {"RepeatedValue",
+         "A.x = B B",
+         {"A.x>B", "A.x>B!"},
+         {"A.x>B", "A.x>B!"},
+         {"A.x>B", "A.x>B!"}},
+        // Breadth-first, the second link to C waits behind the queue, and so comes after C's own.
+        {"Diamond",
+         "A.x = B C; B.x = C; C.x = D",
+         {"A.x>B", "B.x>C", "C.x>D", "A.x>C!"},
+         {"C.x>D", "B.x>C", "A.x>B", "A.x>C!"},
+         {"A.x>B", "A.x>C", "C.x>D", "B.x>C!"}},
+        {"DiamondOfTwoSides",
+         "A.x = B C; B.x = D; C.x = D",
+         {"A.x>B", "B.x>D", "A.x>C", "C.x>D!"},
+         {"B.x>D", "A.x>B", "C.x>D!", "A.x>C"},
+         {"A.x>B", "A.x>C", "B.x>D", "C.x>D!"}},
+        {"CycleBelow",
+         "A.x = B; B.x = C; C.x = B A",
+         {"A.x>B", "B.x>C", "C.x>B!", "C.x>A!"},
+         {"C.x>B!", "C.x>A!", "B.x>C", "A.x>B"},
+         {"A.x>B", "B.x>C", "C.x>B!", "C.x>A!"}},
+    };
+    return all;
+}
+
+void PrintTo(const Scenario& scenario, std::ostream* out) {
+    *out << scenario.name;
+}
+
+class WalkOrderTest : public testing::TestWithParam<Scenario> {
+  protected:
+    ModelBuilder m{nodes, GetParam().model};
+
+    std::shared_ptr<TraversalResult> run(Algo order, ResultPolicy pseudo) {
+        return Spec::subtractiveTraversal()
+            ->prune(m["Node.y"], [](const Class&) { return false; })
+            ->includeInitialPseudoLink(pseudo)
+            ->run({m("A")}, order);
+    }
+    static Lines prefixed(Lines lines) {
+        lines.insert(lines.begin(), ">A");
+        return lines;
+    }
+};
+
+TEST_P(WalkOrderTest, PreOrder) {
+    EXPECT_EQ(linesOf(run(Algo::DepthFirstPreOrder, ResultPolicy::WalkOnly)), GetParam().preOrder);
+}
+TEST_P(WalkOrderTest, PostOrder) {
+    EXPECT_EQ(linesOf(run(Algo::DepthFirstPostOrder, ResultPolicy::WalkOnly)),
+              GetParam().postOrder);
+}
+TEST_P(WalkOrderTest, BreadthFirst) {
+    EXPECT_EQ(linesOf(run(Algo::BreadthFirst, ResultPolicy::WalkOnly)), GetParam().breadthFirst);
+}
+TEST_P(WalkOrderTest, EveryOtherOrderValueWalksPreOrder) {
+    for (const int order : {3, -1, 100}) {
+        EXPECT_EQ(linesOf(run(static_cast<Algo>(order), ResultPolicy::WalkOnly)),
+                  GetParam().preOrder);
+    }
+}
+TEST_P(WalkOrderTest, PseudoLinkComesFirstPreOrderAndBreadthFirstAndLastPostOrder) {
+    EXPECT_EQ(linesOf(run(Algo::DepthFirstPreOrder, ResultPolicy::Report)),
+              prefixed(GetParam().preOrder));
+    EXPECT_EQ(linesOf(run(Algo::BreadthFirst, ResultPolicy::Extended)),
+              prefixed(GetParam().breadthFirst));
+    Lines last = GetParam().postOrder;
+    last.emplace_back(">A");
+    EXPECT_EQ(linesOf(run(Algo::DepthFirstPostOrder, ResultPolicy::Report)), last);
+}
+
+INSTANTIATE_TEST_SUITE_P(Models, WalkOrderTest, testing::ValuesIn(scenarios()),
+                         [](const auto& each) { return each.param.name; });
+
+/// What holds in each order.
+class EveryOrderTest : public testing::TestWithParam<Algo> {};
+
+TEST_P(EveryOrderTest, NullEntryOfACollectionIsATargetLikeAnyOther) {
+    ModelBuilder m(nodes, "A; B");
+    m.model.plant(m("A"), m["Node.x"],
+                  {m.type("Node"), true, std::vector<ModelElement>{m("B"), {}, {}}});
+    Lines lines = linesOf(Spec::additiveTraversal()
+                              ->traverse(m["Node.x"], ResultPolicy::Report)
+                              ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
+                              ->run({m("A")}, GetParam()));
+    EXPECT_EQ(lines, (Lines{"A.x>B", "A.x>null", "A.x>null!"}));
+}
+
+TEST_P(EveryOrderTest, LinksThatAreNotReportedAreStillWalked) {
+    ModelBuilder m(nodes, "A.x = B; B.y = C; C.x = D");
+    EXPECT_EQ(linesOf(Spec::additiveTraversal()
+                          ->traverse(m["Node.x"], ResultPolicy::WalkOnly)
+                          ->traverse(m["Node.y"], ResultPolicy::Report)
+                          ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
+                          ->run({m("A")}, GetParam())),
+              Lines{"B.y>C"});
+}
+
+/// Runs on a stack of 256 KiB.
+template <class Body>
+void onSmallStack(Body& body) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256U * 1024U), 0);
+    pthread_t thread{};
+    const auto start = [](void* argument) -> void* {
+        (*static_cast<Body*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, start, &body), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+TEST_P(EveryOrderTest, ChainOfAMillionElementsThatReportsNothingFitsASmallStack) {
+    ModelBuilder m("Node; Node.y -> Node");
+    constexpr std::size_t length = 1'000'000;
+    const Class node = m.type("Node");
+    const Property next = m["Node.y"];
+    const ModelElement first = m.model.create(node);
+    ModelElement last = first;
+    for (std::size_t i = 1; i < length; ++i) {
+        const ModelElement element = m.model.create(node);
+        m.model.set(last, next, element);
+        last = element;
+    }
+    std::size_t asked = 0;
+    bool ended = false;
+    auto body = [&] {
+        const auto result = Spec::additiveTraversal()
+                                ->traverse(
+                                    next,
+                                    [&asked](const Class&) {
+                                        ++asked;
+                                        return true;
+                                    },
+                                    ResultPolicy::WalkOnly)
+                                ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
+                                ->run({first}, GetParam());
+        const auto walk = result->begin();
+        ended = walk == TraversalResult::IterationContext();
+    };
+    onSmallStack(body);
+    EXPECT_TRUE(ended);
+    // Once for the class, once for each link.
+    EXPECT_EQ(asked, length);
+}
+
+TEST_P(EveryOrderTest, DeepWalkCanBeCopiedPrunedAndAbandonedOnASmallStack) {
+    ModelBuilder m("Node; Node.y -> Node");
+    const ModelElement first = m.model.create(m.type("Node"));
+    ModelElement last = first;
+    for (int i = 0; i < 100'000; ++i) {
+        const ModelElement element = m.model.create(m.type("Node"));
+        m.model.set(last, m["Node.y"], element);
+        last = element;
+    }
+    m.model.set(last, m["Node.y"], first);
+    std::size_t links = 0;
+    auto body = [&] {
+        auto walk = Spec::subtractiveTraversal()->run({first}, GetParam())->begin();
+        for (int i = 0; i < 90'000; ++i) walk.advance();
+        auto copy = walk;
+        walk = TraversalResult::IterationContext();
+        for (; !!copy.getCurrent(); copy.advance()) ++links;
+    };
+    onSmallStack(body);
+    EXPECT_EQ(links, 100'002U - 90'000U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, EveryOrderTest, testing::ValuesIn(test::everyOrder()),
+                         [](const auto& each) { return test::nameOf(each.param); });
+
+}  // namespace
+}  // namespace nuv::zero::traversal::internal

@@ -1,0 +1,35 @@
+#include "xmi/EcoreReader.h"
+
+#include <utility>
+
+#include "xmi/EcoreBuilder.h"
+#include "xmi/EcoreSources.h"
+#include "xmi/SourceFile.h"
+#include "xmi/XmlParser.h"
+
+namespace nuv::zero::xmi {
+
+struct EcoreReader::Sources {
+    EcoreSources files;
+};
+
+EcoreReader::EcoreReader(ReadOptions options)
+    : options_(options), sources_(std::make_unique<Sources>()) {}
+
+EcoreReader::~EcoreReader() = default;
+
+EcoreReader& EcoreReader::addFile(const std::string& path) {
+    return addText(path, readFile(path, options_.limits.fileBytes));
+}
+
+EcoreReader& EcoreReader::addText(const std::string& name, std::string_view bytes) {
+    sources_->files.add(parseXml(name, bytes, options_.limits));
+    return *this;
+}
+
+LoadedMetamodel EcoreReader::read() const {
+    if (sources_->files.empty()) throw ReadError("metamodel", {}, "no file was given");
+    return EcoreBuilder(sources_->files, options_).build();
+}
+
+}  // namespace nuv::zero::xmi

@@ -1,0 +1,52 @@
+#include "xmi/ReadError.h"
+
+#include <cstddef>
+
+namespace nuv::zero::xmi {
+namespace {
+
+std::string compose(std::string_view file, Position position, std::string_view reason) {
+    std::string text(file);
+    if (position.line != 0) {
+        text += ':' + std::to_string(position.line) + ':' + std::to_string(position.column);
+    }
+    return onOneLine(text.append(": ").append(reason));
+}
+
+/// Continuation bytes of UTF-8 must not be cut off from their first byte.
+std::size_t cutBefore(std::string_view text, std::size_t end) {
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+    return end;
+}
+
+}  // namespace
+
+ReadError::ReadError(std::string_view file, Position position, std::string_view reason)
+    : std::runtime_error(compose(file, position, reason)),
+      file_(file),
+      position_(position),
+      reason_(onOneLine(reason)) {}
+
+ReadError::~ReadError() = default;
+
+std::string inQuotes(std::string_view text) {
+    constexpr std::size_t shown = 100;
+    std::string result = "'";
+    if (text.size() <= shown) {
+        result += text;
+    } else {
+        result.append(text.substr(0, cutBefore(text, shown))).append("...");
+    }
+    return result += "'";
+}
+
+std::string onOneLine(std::string_view text) {
+    std::string result(text);
+    for (char& character : result) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code < 0x20U || code == 0x7FU) character = '?';
+    }
+    return result;
+}
+
+}  // namespace nuv::zero::xmi
