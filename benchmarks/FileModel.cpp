@@ -82,7 +82,9 @@ std::vector<Figure> measureReading(const ModelFile& file, std::size_t rounds) {
     const xmi::LoadedMetamodel metamodel = readMetamodel(file);
     const std::string bytes = bytesOf(file.path);
     const auto megabytes = static_cast<double>(bytes.size()) / 1e6;
-    std::vector<double> reading, parsing, share;
+    std::vector<double> reading;
+    std::vector<double> parsing;
+    std::vector<double> share;
     for (std::size_t round = 0; round < rounds; ++round) {
         settleHeap();
         parsing.push_back(nanosecondsOf([&] { parseByExpat(bytes); }));

@@ -17,8 +17,10 @@ struct Counter {
     long long peak = 0;
 };
 // Of the thread, so that counting costs no synchronisation and sees only its own walk.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 thread_local constinit Counter counter;
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): what `operator new` is made of
 void* takeBlock(std::size_t size, std::size_t alignment) {
     size = std::max<std::size_t>(size, 1);
     void* block = alignment <= __STDCPP_DEFAULT_NEW_ALIGNMENT__
@@ -39,6 +41,7 @@ void giveBlock(void* block) noexcept {
     }
     std::free(block);
 }
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 }  // namespace
 
@@ -57,12 +60,12 @@ void settleHeap() {
     mallopt(M_TRIM_THRESHOLD, 2'000'000'000);
     mallopt(M_TOP_PAD, 64 << 20);
     malloc_trim(enough);
-    void* block = std::malloc(enough);
-    if (block == nullptr) throw std::bad_alloc();
+    // Through the counting operators, so that every block of the program comes the same way.
+    void* block = ::operator new(enough);
     std::memset(block, 1, enough);
     // The compiler may not see that nobody reads the block.
     asm volatile("" : : "r"(block) : "memory");
-    std::free(block);
+    ::operator delete(block);
 }
 
 }  // namespace nuv::zero::benchmarks

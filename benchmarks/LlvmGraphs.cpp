@@ -16,6 +16,7 @@ namespace {
 /// found without a graph object.
 struct ModelGraph {
     const memory::Object* root;
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
     static inline ClassLists* lists = nullptr;
 };
 

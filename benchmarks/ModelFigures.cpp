@@ -97,7 +97,8 @@ std::vector<Figure> measureModel(std::size_t rounds) {
     addBytes(figures);
 
     for (const std::string name : {"rich", "chain"}) {
-        std::vector<double> building, destroying;
+        std::vector<double> building;
+        std::vector<double> destroying;
         for (std::size_t round = 0; round < rounds; ++round) {
             settleHeap();
             std::unique_ptr<Shape> shape;
@@ -115,7 +116,8 @@ std::vector<Figure> measureModel(std::size_t rounds) {
                                fixed(spreadOf(destroying).median / count, 0) + " ns per element"});
     }
     const std::size_t size = shapeSize("chain");
-    std::vector<double> down, up;
+    std::vector<double> down;
+    std::vector<double> up;
     for (std::size_t round = 0; round < rounds; ++round) {
         settleHeap();
         down.push_back(timeOfChain(false, size));

@@ -118,7 +118,7 @@ struct RichClasses {
 
 ModelElement makeRichElement(Shape& shape, const RichClasses& classes, std::size_t number) {
     const std::size_t kind = number * 7 % classes.kinds.size();
-    const ModelElement made = shape.model.create(classes.kinds[kind]);
+    ModelElement made = shape.model.create(classes.kinds[kind]);
     const std::string digits = std::to_string(number);
     const std::u16string text(digits.begin(), digits.end());
     const auto value = static_cast<std::int64_t>(number);
@@ -184,8 +184,8 @@ constexpr std::array<Generator, 5> generators = {{
 }};
 
 const Generator& generatorOf(std::string_view name) {
-    const auto found = std::find_if(generators.begin(), generators.end(),
-                                    [&](const Generator& g) { return g.name == name; });
+    const auto* const found = std::find_if(generators.begin(), generators.end(),
+                                           [&](const Generator& g) { return g.name == name; });
     if (found == generators.end()) {
         throw std::invalid_argument("there is no shape called '" + std::string(name) + "'");
     }
@@ -197,6 +197,7 @@ const Generator& generatorOf(std::string_view name) {
 const std::vector<std::string>& shapeNames() {
     static const std::vector<std::string> names = [] {
         std::vector<std::string> all;
+        all.reserve(generators.size());
         for (const Generator& generator : generators) all.emplace_back(generator.name);
         return all;
     }();

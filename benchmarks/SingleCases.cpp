@@ -30,7 +30,7 @@ void run(benchmark::State& state, const std::string& shape, Walk walk,
     walk.shape = &shapeNamed(shape);
     const Checksum expected = expectedOf(walk);
     settleHeap();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {  // NOLINT(clang-analyzer-deadcode.DeadStores)
         if (contender(walk) != expected) {
             state.SkipWithError("meets other links than it should");
             break;

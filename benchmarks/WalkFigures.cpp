@@ -56,12 +56,18 @@ const std::vector<std::size_t> sizeFactors = {1, 2, 4};
 /// The exponent e of the best fit of time = constant * size^e, by least squares over the
 /// logarithms.
 double fittedExponent(const std::vector<double>& sizes, const std::vector<double>& times) {
-    double sumX = 0, sumY = 0, sumXX = 0, sumXY = 0;
+    double sumX = 0;
+    double sumY = 0;
+    double sumXX = 0;
+    double sumXY = 0;
     const auto count = static_cast<double>(sizes.size());
     for (std::size_t i = 0; i < sizes.size(); ++i) {
         const double x = std::log(sizes[i]);
         const double y = std::log(times[i]);
-        sumX += x, sumY += y, sumXX += x * x, sumXY += x * y;
+        sumX += x;
+        sumY += y;
+        sumXX += x * x;
+        sumXY += x * y;
     }
     return (count * sumXY - sumX * sumY) / (count * sumXX - sumX * sumX);
 }
@@ -96,7 +102,8 @@ std::vector<Figure> measureFirstLinks(std::size_t rounds) {
             // Post-order, the first link lies at the end of the first path, and that is as long as
             // the model lets it be.
             if (name == "rich" && order == Algo::DepthFirstPostOrder) continue;
-            std::vector<double> first, tenth;
+            std::vector<double> first;
+            std::vector<double> tenth;
             for (const std::size_t factor : sizeFactors) {
                 const auto shape = makeShape(name, shapeSize(name) / 4 * factor);
                 const Walk walk = subtractive(*shape, order);

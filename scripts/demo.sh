@@ -53,11 +53,12 @@ more() {
     echo "== $1"
     lines=5
     every_walk "$2" "$models/$3" "$models/$4"
+    walk --format tsv "$models/$3" "$models/$4"
     walk --format count "$models/$3" "$models/$4"
 }
 
 more "A railway network" \
-    "--traverse RailwayContainer.routes --traverse Route.follows --traverse SwitchPosition.target" \
+    "--traverse RailwayContainer.invalids --traverse Route.follows --traverse SwitchPosition.switch" \
     trainbenchmark/railway.ecore trainbenchmark/railway-1.xmi
 more "A Java program" \
     "--traverse Model.ownedElements --traverse Package.ownedElements --traverse AbstractTypeDeclaration.bodyDeclarations" \

@@ -296,7 +296,7 @@ meta::Type EcoreBuilder::typeInOtherFile(SourceNode feature, const EcoreTarget& 
     }
     if (meansXmlTypes(target.file)) return dataType("type::" + name, xmlDataKind(name));
     // What it is, nobody can say without the file; what it prints as is known all the same.
-    return dataType(name, DataKind::OtherText);
+    return dataType(name, name == "String" ? DataKind::String : DataKind::OtherText);
 }
 
 meta::Class EcoreBuilder::ecoreClass(std::string_view name) {

@@ -65,6 +65,8 @@ PropertyObject& Hierarchy::addProperty(ClassObject& owner, std::u16string_view n
 }
 
 void Hierarchy::setOpposite(PropertyObject& property, const PropertyObject& opposite) noexcept {
+    // An opposite is not counted; set again, the old one must not be released either.
+    Lending::forget(property.opposite_);
     property.opposite_ = Lending::lend<meta::Property>(&opposite);
 }
 

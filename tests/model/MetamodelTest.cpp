@@ -62,6 +62,17 @@ TEST(MetamodelTest, SetsAnOppositeOneWayOrBothWays) {
     EXPECT_EQ(m.boss->getOpposite(), m.boss);
 }
 
+// A property that outlived its metamodel was freed too early when its opposite had been set twice.
+TEST(MetamodelTest, SettingTheSameOppositeAgainReleasesNothing) {
+    meta::Property owner;
+    {
+        Blocks m;
+        for (int times = 0; times < 3; ++times) m.metamodel.setOpposite(m.ports, m.owner);
+        owner = m.owner;
+    }
+    EXPECT_EQ(owner->getName(), u"block");
+}
+
 TEST(MetamodelTest, RefusesASecondOppositeAndKeepsTheFirst) {
     Blocks m;
     m.metamodel.setOpposites(m.ports, m.owner);

@@ -16,6 +16,7 @@ also asks for the same tests. Exit status: 0 all killed or equivalent, 1 otherwi
 
 import argparse
 import fnmatch
+import functools
 import hashlib
 import os
 import pathlib
@@ -56,6 +57,13 @@ WALL_SECONDS = 600
 BUILD_SECONDS = 1800
 
 
+@functools.lru_cache(maxsize=None)
+def content_of(file):
+    """A source as it was when first asked for: others may be at work on it during a long run."""
+    path = ROOT / file
+    return path.read_text(encoding="utf-8") if path.is_file() else ""
+
+
 class Mutant:
     def __init__(self, name, file):
         self.name = name
@@ -70,8 +78,7 @@ class Mutant:
         return "\n".join(self.old)
 
     def occurrences(self):
-        path = ROOT / self.file
-        return path.read_text(encoding="utf-8").count(self.old_text()) if path.is_file() else 0
+        return content_of(self.file).count(self.old_text())
 
     def apply(self, text):
         return text.replace(self.old_text(), "\n".join(self.new))
@@ -211,14 +218,19 @@ class Workshop:
             shared.symlink_to(ROOT.parent / "shared")
         self.must(["cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja",
                    f"-DCMAKE_PROJECT_INCLUDE={HERE / 'Precompile.cmake'}", *CONFIGURATION])
+        mirror(self.build, self.clean_build)
         self.suites = self.find_suites()
-        for suite in self.suites:
-            self.must(self.ninja(suite))
-            result = self.run_suite(suite)
-            if not result.passed:
-                sys.exit(f"{suite} fails without any mutant:\n{result.output[-4000:]}")
-            self.cpu_limits[suite] = max(LEAST_CPU_SECONDS, int(10 * result.cpu))
-            print(f"{suite}: passes, {result.cpu:.1f} s", flush=True)
+
+    def make_ready(self, suite):
+        """Builds and runs a suite without any mutant, when it is first wanted."""
+        if suite in self.cpu_limits:
+            return
+        self.must(self.ninja(suite))
+        result = self.run_suite(suite)
+        if not result.passed:
+            sys.exit(f"{suite} fails without any mutant:\n{result.output[-4000:]}")
+        self.cpu_limits[suite] = max(LEAST_CPU_SECONDS, int(10 * result.cpu))
+        print(f"{suite}: passes, {result.cpu:.1f} s", flush=True)
         mirror(self.build, self.clean_build)
 
     def must(self, command):
@@ -262,19 +274,26 @@ class Workshop:
         return sorted(self.suites, key=lambda suite: suite != first)
 
     def test(self, mutant):
+        for suite in self.suites_for(mutant):
+            self.make_ready(suite)
+            status = self.test_with(mutant, suite)
+            if status != "survived":
+                return status, suite
+        return "survived", ""
+
+    def test_with(self, mutant, suite):
         path = self.tree / mutant.file
         original, times = path.read_text(encoding="utf-8"), path.stat()
+        if original != content_of(mutant.file):
+            sys.exit(f"{mutant.file} changed while the run began; start it again")
         path.write_text(mutant.apply(original), encoding="utf-8")
         try:
-            for suite in self.suites_for(mutant):
-                built = subprocess.run(self.ninja(suite), stdout=subprocess.PIPE, check=False,
-                                       stderr=subprocess.STDOUT, timeout=BUILD_SECONDS)
-                if built.returncode != 0:
-                    errors = re.findall(r"^.*error.*$", built.stdout.decode(), re.MULTILINE)
-                    return "does not build", (errors or [suite])[0]
-                if not self.run_suite(suite).passed:
-                    return "killed", suite
-            return "survived", ""
+            built = subprocess.run(self.ninja(suite), stdout=subprocess.PIPE, check=False,
+                                   stderr=subprocess.STDOUT, timeout=BUILD_SECONDS)
+            if built.returncode != 0:
+                print(built.stdout.decode("utf-8", "replace")[-2000:])
+                return "does not build"
+            return "survived" if self.run_suite(suite).passed else "killed"
         finally:
             path.write_text(original, encoding="utf-8")
             os.utime(path, ns=(times.st_atime_ns, times.st_mtime_ns))
@@ -298,7 +317,7 @@ class Results:
 
     def key(self, mutant, status):
         digest = hashlib.sha256(mutant.definition().encode())
-        digest.update((ROOT / mutant.file).read_bytes())
+        digest.update(content_of(mutant.file).encode())
         if status == "survived":
             digest.update(self.tests.digest())
         return digest.hexdigest()[:16]

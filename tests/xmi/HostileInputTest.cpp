@@ -77,11 +77,11 @@ TEST(HostileInput, LimitsHold) {
 
 TEST(HostileInput, LongChainsOfClassesAreRefusedInTime) {
     std::string classifiers;
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 4'000; ++i) {
         const std::string next = R"(eSuperTypes="#//C)" + std::to_string(i + 1) + "\"";
         classifiers += eClass("C" + std::to_string(i), {}, next);
     }
-    classifiers += eClass("C20000");
+    classifiers += eClass("C4000");
     EXPECT_NE(metamodelError(classifiers).find("inherit more than 2000000 ancestors"),
               std::string::npos);
 }
