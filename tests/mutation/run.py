@@ -205,13 +205,16 @@ class Workshop:
         self.tree = directory / "tree"
         self.build = directory / "build"
         self.clean_build = directory / "clean-build"
+        self.under_way = directory / "mutant-under-way"
         self.suites = []
         self.cpu_limits = {}
 
     def prepare(self):
         self.directory.mkdir(parents=True, exist_ok=True)
-        if self.clean_build.exists():
+        if self.under_way.exists():
+            # The last run was stopped in the middle of a mutant.
             mirror(self.clean_build, self.build)
+            self.under_way.unlink()
         copy_changed(ROOT, self.tree)
         shared = self.directory / "shared"
         if not shared.exists() and (ROOT.parent / "shared").exists():
@@ -286,6 +289,7 @@ class Workshop:
         original, times = path.read_text(encoding="utf-8"), path.stat()
         if original != content_of(mutant.file):
             sys.exit(f"{mutant.file} changed while the run began; start it again")
+        self.under_way.write_text(mutant.name)
         path.write_text(mutant.apply(original), encoding="utf-8")
         try:
             built = subprocess.run(self.ninja(suite), stdout=subprocess.PIPE, check=False,
@@ -298,6 +302,7 @@ class Workshop:
             path.write_text(original, encoding="utf-8")
             os.utime(path, ns=(times.st_atime_ns, times.st_mtime_ns))
             mirror(self.clean_build, self.build)
+            self.under_way.unlink()
 
 
 class Results:

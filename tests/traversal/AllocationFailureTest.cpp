@@ -71,10 +71,10 @@ class AllocationFailureTest
                     if (reported.size() % 4 == 0) Walk copy(*walk);
                 } catch (const std::bad_alloc&) {
                 }
-                for (bool stepped = false; !stepped;) {
+                for (int tries = 0; tries < 3; ++tries) {
                     try {
                         walk->advance();
-                        stepped = true;
+                        break;
                     } catch (const std::bad_alloc&) {
                         moved = moved || !(walk->getCurrent() == reported.back());
                     }

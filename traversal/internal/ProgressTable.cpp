@@ -20,6 +20,9 @@ void ProgressTable::prepareToEnter(const ModelElement& element, TraversalProcess
         path_.reserveOne();
     } else if (observer != firstObserver_) {
         park(element, observer, *prepared_);
+    } else if (!parked_.empty()) {
+        // An earlier attempt to enter it, under another observer, may have failed after this.
+        parked_.erase(element);
     }
 }
 
