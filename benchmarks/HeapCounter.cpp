@@ -54,15 +54,14 @@ HeapUse stopCounting() {
     return {counter.allocations, static_cast<std::size_t>(counter.peak), counter.held};
 }
 
-void settleHeap() {
-    constexpr std::size_t enough = std::size_t{256} << 20U;
+void settleHeap(std::size_t freeBytes) {
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, 2'000'000'000);
     mallopt(M_TOP_PAD, 64 << 20);
-    malloc_trim(enough);
+    malloc_trim(freeBytes);
     // Through the counting operators, so that every block of the program comes the same way.
-    void* block = ::operator new(enough);
-    std::memset(block, 1, enough);
+    void* block = ::operator new(freeBytes);
+    std::memset(block, 1, freeBytes);
     // The compiler may not see that nobody reads the block.
     asm volatile("" : : "r"(block) : "memory");
     ::operator delete(block);

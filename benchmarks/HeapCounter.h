@@ -19,8 +19,8 @@ void startCounting();
 HeapUse stopCounting();
 
 /// Brings the heap into the same state for each case: one heap that neither returns memory nor maps
-/// blocks by themselves, with more than a case needs free at its top and touched, so that no case
-/// pays for page faults or for the one before it.
-void settleHeap();
+/// blocks by themselves, with more than a case needs, `freeBytes`, free at its top and touched, so
+/// that no case pays for page faults or for the one before it.
+void settleHeap(std::size_t freeBytes = std::size_t{256} << 20U);
 
 }  // namespace nuv::zero::benchmarks

@@ -31,7 +31,7 @@ require_packages() {
     $as_root apt-get update --quiet=2 || return 1
     # shellcheck disable=SC2086  # a list of words
     $as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install --yes --quiet=2 --no-install-recommends $missing
+        apt-get install --yes --quiet=2 --no-install-recommends $missing >/dev/null
 }
 
 # Configures a preset and builds it or some of its targets.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <initializer_list>
 #include <memory>
 #include <ranges>
 #include <type_traits>
@@ -53,6 +54,11 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     std::shared_ptr<Impl> setResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy);
     std::shared_ptr<Impl> setResultPolicy(const std::vector<PropertyMatcher>& matchers,
                                           ResultPolicy policy);
+    /// For lists in braces, which may hold one property only.
+    std::shared_ptr<Impl> setResultPolicy(std::initializer_list<PropertyMatcher> matchers,
+                                          ResultPolicy policy) {
+        return setResultPolicy(std::vector<PropertyMatcher>(matchers), policy);
+    }
 
     /// The links reachable from the inputs, input by input in their order; see `TraversalResult`.
     std::shared_ptr<internal::TraversalResult> run(const std::vector<ModelElement>& inputs,

@@ -32,8 +32,11 @@ std::shared_ptr<AdditiveTraversalImpl> AdditiveTraversalImpl::traverse(
     }
     CompositeMatcher rules(CompositeMatcher::VisitMode::Visit);
     rules.composeMatcher(matcher.getOwner(), matcher.getMatcher(), policy);
-    // Rules before the name: the provider relies on every named property having rules.
-    traversedProperties_.reserve(traversedProperties_.size() + 1);
+    // The provider relies on every named property having rules: room for the name first, then the
+    // rules, and the name when nothing can fail any more.
+    if (traversedProperties_.size() == traversedProperties_.capacity()) {
+        traversedProperties_.reserve(2 * traversedProperties_.size() + 1);
+    }
     matchersMap().emplace(property, std::move(rules));
     traversedProperties_.push_back(property);
     return shared_from_this();

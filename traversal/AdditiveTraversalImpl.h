@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -37,6 +38,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AdditiveTraversalImpl
         ResultPolicy policy);
     std::shared_ptr<AdditiveTraversalImpl> traverse(const std::vector<PropertyMatcher>& matchers,
                                                     ResultPolicy policy);
+    /// For lists in braces, which may hold one property only.
+    std::shared_ptr<AdditiveTraversalImpl> traverse(std::initializer_list<PropertyMatcher> matchers,
+                                                    ResultPolicy policy) {
+        return traverse(std::vector<PropertyMatcher>(matchers), policy);
+    }
 
   private:
     void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) override;

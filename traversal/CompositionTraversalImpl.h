@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -31,6 +32,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositionTraversalImpl
     std::shared_ptr<CompositionTraversalImpl> prune(
         const PropertyMatcher& matcher, const std::function<bool(const Class&)>& classMatcher);
     std::shared_ptr<CompositionTraversalImpl> prune(const std::vector<PropertyMatcher>& matchers);
+    /// For lists in braces, which may hold one property only.
+    std::shared_ptr<CompositionTraversalImpl> prune(
+        std::initializer_list<PropertyMatcher> matchers) {
+        return prune(std::vector<PropertyMatcher>(matchers));
+    }
 
   private:
     void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) override;

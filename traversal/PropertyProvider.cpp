@@ -12,16 +12,21 @@ PropertyProvider::~PropertyProvider() = default;
 
 std::shared_ptr<std::vector<AssociationSetting>> PropertyProvider::getPropertiesToTraverse(
     const ModelElement& element) {
-    return settingsOf(access::classOf(element));
+    return lookUp(access::classOf(element));
 }
 
-const PropertyProvider::Settings& PropertyProvider::settingsOf(const Class& type) {
-    if (const Settings* known = settingsCache_.find(type)) return *known;
-    // Computed before anything is stored: a predicate that throws leaves nothing behind.
-    auto computed = std::make_shared<std::vector<AssociationSetting>>(computeSettings(type));
-    // A predicate may have asked for the class itself; walks rely on the first answer to stay.
-    if (const Settings* meanwhile = settingsCache_.find(type)) return *meanwhile;
-    return settingsCache_.insert(type, std::move(computed));
+const PropertyProvider::Settings& PropertyProvider::lookUp(const Class& type) {
+    const Settings* settings = settingsCache_.find(type);
+    if (settings == nullptr) {
+        // Computed before anything is stored: a predicate that throws leaves nothing behind.
+        auto computed = std::make_shared<std::vector<AssociationSetting>>(computeSettings(type));
+        // A predicate may have asked for the class itself; walks rely on the first answer to stay.
+        settings = settingsCache_.find(type);
+        if (settings == nullptr) settings = &settingsCache_.insert(type, std::move(computed));
+    }
+    latestType_ = internal::Lent<Class>(type);
+    latest_ = settings->get();
+    return *settings;
 }
 
 ResultPolicy PropertyProvider::policyOf(const Class& type, const Property& property) const {

@@ -7,6 +7,7 @@
 #include "traversal/AssociationSetting.h"
 #include "traversal/CompositeMatcher.h"
 #include "traversal/internal/FlatMap.h"
+#include "traversal/internal/Lent.h"
 
 namespace nuv::zero::traversal {
 
@@ -38,8 +39,12 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     std::shared_ptr<std::vector<AssociationSetting>> getPropertiesToTraverse(
         const ModelElement& element);
 
-    /// The same without a copy of the pointer; the reference lasts until the next call.
-    const Settings& settingsOf(const Class& type);
+    /// The same without a pointer; the reference lasts as long as the provider.
+    const std::vector<AssociationSetting>& settingsOf(const Class& type) {
+        // Elements of one class come in rows.
+        if (latest_ == nullptr || !(latestType_.get() == type)) lookUp(type);
+        return *latest_;
+    }
 
   protected:
     const MatchersMap& matchers() const noexcept { return matchers_; }
@@ -47,8 +52,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     ResultPolicy policyOf(const Class& type, const Property& property) const;
 
   private:
+    MODELING_NUV0_TRAVERSAL_LOCAL const Settings& lookUp(const Class& type);
+
     MatchersMap matchers_;
     internal::FlatMap<Class, Class, Settings> settingsCache_;
+    /// The last answer; the cache keeps both alive.
+    internal::Lent<Class> latestType_;
+    const std::vector<AssociationSetting>* latest_ = nullptr;
 };
 
 }  // namespace nuv::zero::traversal

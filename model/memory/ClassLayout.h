@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/Export.h"
 #include "model/memory/Property.h"
 
 namespace nuv::zero::memory {
@@ -40,7 +41,7 @@ class ClassLayout {
     void giveBackSlot(const PropertyObject& property) noexcept;
 
   private:
-    Slot lookUpSlot(const PropertyObject& property) const noexcept;
+    MODELING_NUV0_MODEL_EXPORT Slot lookUpSlot(const PropertyObject& property) const noexcept;
 
     std::vector<const ClassObject*> lineage_;
     /// The same, sorted by address, to find in.

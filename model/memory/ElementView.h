@@ -57,4 +57,20 @@ class ElementView {
     std::uintptr_t word_ = 0;
 };
 
+// In the header, because a walk asks this for every property of every element.
+inline SlotWord Object::slot(const PropertyObject& property) const noexcept {
+    const std::size_t slot = class_->layout().slotOf(property);
+    if (slot < inlineSlotCount_) return inlineSlots()[slot];
+    // Also where the class lacks the property: its number is above all others then.
+    const std::size_t late = slot - inlineSlotCount_;
+    if (lateSlots_ == nullptr || late >= lateSlots_->size()) return {};
+    return (*lateSlots_)[late];
+}
+
+inline ElementView Object::view(const meta::Property& property, ReflectionPrivateTag) const {
+    if (!property) return {};
+    const SlotWord word = slot(*property.get());
+    return word.isReference() ? ElementView(word.target()) : viewPayload(*property.get(), word);
+}
+
 }  // namespace nuv::zero::memory

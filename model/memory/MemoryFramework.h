@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 /// The in-memory model as a framework for the traversal library.
 #include "model/memory/ElementView.h"
 #include "model/memory/MessageException.h"
@@ -23,8 +25,12 @@ struct WalkSupport<ModelElement> {
     }
     static void forget(ModelElement& lent) noexcept { memory::Lending::forget(lent); }
 
-    static void prefetch(const ModelElement& element) noexcept {
-        __builtin_prefetch(element.get());
+    static constexpr std::size_t cacheLine = 64;
+    [[gnu::always_inline]] static void prefetch(const ModelElement& element) noexcept {
+        // The object, and the slots behind it.
+        const auto* start = reinterpret_cast<const std::byte*>(element.get());
+        __builtin_prefetch(start);
+        __builtin_prefetch(start + cacheLine);
     }
 
     static ElementView view(const ModelElement& element, const meta::Property& property) {

@@ -58,15 +58,6 @@ void Object::becomeUnreferenced() const noexcept {
     storage_->release();
 }
 
-SlotWord Object::slot(const PropertyObject& property) const noexcept {
-    const std::size_t slot = class_->layout().slotOf(property);
-    if (slot < inlineSlotCount_) return inlineSlots()[slot];
-    // Also where the class lacks the property: its number is above all others then.
-    const std::size_t late = slot - inlineSlotCount_;
-    if (lateSlots_ == nullptr || late >= lateSlots_->size()) return {};
-    return (*lateSlots_)[late];
-}
-
 Value Object::get(const meta::Property& property, ReflectionPrivateTag) const {
     if (!property) return {};
     const PropertyObject& declaration = *property.get();
@@ -89,12 +80,7 @@ Value Object::get(const meta::Property& property, ReflectionPrivateTag) const {
     return {ValueMeta(declaration.getType(), many), std::move(payload)};
 }
 
-ElementView Object::view(const meta::Property& property, ReflectionPrivateTag) const {
-    if (!property) return {};
-    const PropertyObject& declaration = *property.get();
-    const SlotWord word = slot(declaration);
-    if (word.isReference()) return ElementView(word.target());
-
+ElementView Object::viewPayload(const PropertyObject& declaration, SlotWord word) const {
     const bool many = !declaration.isSingleValued();
     if (word.isNeverSet()) {
         if (many && !declaration.type().isClass()) failCast(&declaration.type());

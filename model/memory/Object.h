@@ -43,7 +43,7 @@ class MODELING_NUV0_MODEL_EXPORT Object {
     /// The elements that a property designates, viewed in place: what `get` followed by the
     /// conversion to elements gives, and the same `CannotCastIncompatibleTypes` where that fails,
     /// without copying the values. See `ElementView`.
-    ElementView view(const meta::Property& property, ReflectionPrivateTag access) const;
+    inline ElementView view(const meta::Property& property, ReflectionPrivateTag access) const;
 
     Storage* storage() const noexcept { return storage_; }
 
@@ -60,7 +60,8 @@ class MODELING_NUV0_MODEL_EXPORT Object {
     void becomeUnreferenced() const noexcept;
 
     /// What is stored for the property; "never set" too for a property that the class lacks.
-    SlotWord slot(const PropertyObject& property) const noexcept;
+    inline SlotWord slot(const PropertyObject& property) const noexcept;
+    ElementView viewPayload(const PropertyObject& property, SlotWord word) const;
     /// The slots that were allocated together with the element follow it in memory.
     const SlotWord* inlineSlots() const noexcept {
         return reinterpret_cast<const SlotWord*>(this + 1);

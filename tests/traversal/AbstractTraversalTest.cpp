@@ -98,12 +98,15 @@ TYPED_TEST(AbstractTraversalTest, RunsOnVectorsListsArraysAndViews) {
 }
 
 TYPED_TEST(AbstractTraversalTest, RunsOnALazyRangeOfThingsThatConvertToElements) {
-    const std::vector<std::string> names{"A", "E"};
     const auto builder = this->make();
+    // Older clangs do not compile the adaptors of libstdc++.
+#if !defined(__clang__) || __clang_major__ >= 16
+    const std::vector<std::string> names{"A", "E"};
     auto elements =
         names | std::views::transform([this](const std::string& name) { return this->m(name); });
     EXPECT_EQ(linesOf(builder->depthFirst(elements)),
               linesOf(builder->depthFirst({this->m("A"), this->m("E")})));
+#endif
     const std::vector<Property> properties{this->m["Node.x"]};
     EXPECT_EQ(linesOf(builder->depthFirst(properties)).size(), 1U) << "a property is an element";
 }

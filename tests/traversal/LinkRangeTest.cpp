@@ -143,6 +143,8 @@ TEST_F(LinkRangeTest, MovedRangeGoesOnWithTheWalk) {
     EXPECT_EQ(text(*third.begin()), "B.x>E");
 }
 
+// Older clangs do not compile the adaptors of libstdc++.
+#if !defined(__clang__) || __clang_major__ >= 16
 TEST_F(LinkRangeTest, AdaptorsOfTheStandardLibraryTakeIt) {
     Lines lines;
     for (const Link& link : links(run()) | std::views::filter([](const Link& each) {
@@ -152,6 +154,7 @@ TEST_F(LinkRangeTest, AdaptorsOfTheStandardLibraryTakeIt) {
     }
     EXPECT_EQ(lines, (Lines{"A.x>B", "B.x>E", "B.y>F"}));
 }
+#endif
 
 TEST_F(LinkRangeTest, ExceptionPassesThroughAndTheRangeGoesOn) {
     const auto result = run();

@@ -30,15 +30,27 @@ class CursorPath {
     const ElementProgress& operator[](std::size_t index) const noexcept {
         return blocks_[index / blockSize][index % blockSize];
     }
-    ElementProgress& back() noexcept { return (*this)[size_ - 1]; }
+    ElementProgress& back() noexcept { return *back_; }
 
     /// Makes sure that the next `push` allocates nothing.
     void reserveOne() {
         if (size_ == blocks_.size() * blockSize) addBlock();
     }
     /// A used or placeholder cursor at the end, to be restarted. REQUIRES: `reserveOne` was called.
-    ElementProgress& push() noexcept { return (*this)[size_++]; }
-    void pop() noexcept { --size_; }
+    ElementProgress& push() noexcept {
+        // The cursors of a block lie side by side.
+        back_ = size_ % blockSize == 0 ? &(*this)[size_] : back_ + 1;
+        ++size_;
+        return *back_;
+    }
+    void pop() noexcept {
+        --size_;
+        if (size_ % blockSize != 0) {
+            --back_;
+        } else if (size_ != 0) {
+            back_ = &(*this)[size_ - 1];
+        }
+    }
 
   private:
     static constexpr std::size_t blockSize = 64;
@@ -46,6 +58,8 @@ class CursorPath {
 
     std::vector<std::unique_ptr<ElementProgress[]>> blocks_;
     std::size_t size_ = 0;
+    /// The last cursor, which nearly every step asks for.
+    ElementProgress* back_ = nullptr;
 };
 
 }  // namespace nuv::zero::traversal::internal

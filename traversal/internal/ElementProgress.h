@@ -107,7 +107,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
     /// Shows targets that come soon to `visit`, each once per property, so that they can be loaded
     /// while the ones before them are walked.
     template <class Visit>
-    void lookAhead(const Visit& visit) const {
+    [[gnu::always_inline]] void lookAhead(const Visit& visit) const {
         constexpr std::size_t distance = 8;
         if (valueIndex_ + 1 >= valueCount_) return;
         const std::size_t end = std::min(valueIndex_ + distance + 1, valueCount_);

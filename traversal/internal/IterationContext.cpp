@@ -61,8 +61,17 @@ bool TraversalResult::IterationContext::operator==(const IterationContext& other
 /// are as long as the model.
 void TraversalResult::IterationContext::advance() {
     if (!result_) return;
-    while (!store_->empty() || startNextInput()) {
-        if (handleTop()) return;
+    if (store_->empty() && !startNextInput()) return;
+    while (true) {
+        switch (handleTop()) {
+            case Outcome::Reported:
+                return;
+            case Outcome::Descended:
+                break;
+            case Outcome::Finished:
+                if (store_->empty() && !startNextInput()) return;
+                break;
+        }
     }
 }
 
@@ -79,34 +88,34 @@ bool TraversalResult::IterationContext::startNextInput() {
     return true;
 }
 
-/// Handles the link at the top of the frontier up to the next report; false when there was none.
-bool TraversalResult::IterationContext::handleTop() {
+/// Handles the link at the top of the frontier up to the next report.
+TraversalResult::IterationContext::Outcome TraversalResult::IterationContext::handleTop() {
     const Link& top = store_->top();
     if (!top.shouldCascade()) {
         const LentLink link(top);
         // Removed before it is tried: a filter that throws does not get it again.
         store_->pop();
-        return tryReport(link.get());
+        return tryReport(link.get()) ? Outcome::Reported : Outcome::Finished;
     }
 
     ElementProgress* cursor = progress_->cursorOfTop(top, result_->processor_);
     if (cursor == nullptr) {
         store_->pop();
-        return false;
+        return Outcome::Finished;
     }
     if (result_->isReportingSelfFirst() && !cursor->hasReportedSelf()) {
         cursor->setReportedSelf();
-        if (tryReport(top)) return true;
+        if (tryReport(top)) return Outcome::Reported;
     }
     const Outcome outcome = produceChildren(*cursor);
-    if (outcome != Outcome::Exhausted) return outcome == Outcome::Reported;
+    if (outcome != Outcome::Finished) return outcome;
     if (!cursor->hasReportedSelf()) {
         cursor->setReportedSelf();
-        if (tryReport(store_->top())) return true;
+        if (tryReport(store_->top())) return Outcome::Reported;
     }
     store_->pop();
     progress_->finishTop();
-    return false;
+    return Outcome::Finished;
 }
 
 /// Takes the links of the top's target one after another, up to the next report or, depth-first, up
@@ -115,7 +124,8 @@ TraversalResult::IterationContext::Outcome TraversalResult::IterationContext::pr
     ElementProgress& cursor) {
     while (!cursor.processedAll()) {
         if (!cursor.step()) continue;
-        cursor.lookAhead([this](const ModelElement& next) { progress_->prefetch(next); });
+        cursor.lookAhead([this](const ModelElement& next)
+                             __attribute__((always_inline)) { progress_->prefetch(next); });
         const Lent<ModelElement> target = cursor.currentTarget();
         const bool cascade = shouldCascadeInto(target.get());
         const LentLink link(cursor.element(), target.get(), cursor.currentProperty(), cascade);
@@ -131,7 +141,7 @@ TraversalResult::IterationContext::Outcome TraversalResult::IterationContext::pr
         // A link that does not cascade would, depth-first, be the next one to handle anyway.
         if (tryReport(link.get())) return Outcome::Reported;
     }
-    return Outcome::Exhausted;
+    return Outcome::Finished;
 }
 
 bool TraversalResult::IterationContext::tryReport(const Link& link) {

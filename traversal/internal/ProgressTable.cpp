@@ -31,11 +31,7 @@ void ProgressTable::enter(const ModelElement& element, TraversalProcessor* obser
     if (isDepthFirst()) path_.push().restart(element, observer, *prepared_);
 }
 
-ElementProgress* ProgressTable::cursorOfTop(const Link& top, TraversalProcessor* observer) {
-    // Depth-first, links and cursors come and go together; breadth-first there is one cursor, as
-    // long as the turn lasts.
-    if (!path_.empty()) return &path_.back();
-
+ElementProgress* ProgressTable::openTop(const Link& top, TraversalProcessor* observer) {
     const ModelElement& element = top.getTarget();
     const bool isInput = !top.getProperty();
     if (isInput) {
@@ -62,11 +58,6 @@ void ProgressTable::startTurn(const ModelElement& element) {
         path_.push().takeOver(waiting->second);
         parked_.erase(waiting);
     }
-}
-
-void ProgressTable::finishTop() noexcept {
-    path_.pop();
-    indexed_ = std::min(indexed_, path_.size());
 }
 
 ElementProgress* ProgressTable::findUnfinished(const ModelElement& element) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <unordered_map>
 #include <vector>
@@ -37,7 +38,7 @@ class ProgressTable {
     }
 
     /// Announces a question about an element: the answer lies anywhere in memory.
-    void prefetch(const ModelElement& element) const noexcept {
+    [[gnu::always_inline]] void prefetch(const ModelElement& element) const noexcept {
         entered_.prefetch(element);
         WalkSupport::prefetch(element);
     }
@@ -50,9 +51,16 @@ class ProgressTable {
 
     /// The cursor of the target of the link at the top of the frontier, which enters an input when
     /// its turn comes. Null when the input was reached from an earlier one and finished there.
-    ElementProgress* cursorOfTop(const Link& top, TraversalProcessor* observer);
+    ElementProgress* cursorOfTop(const Link& top, TraversalProcessor* observer) {
+        // Depth-first, links and cursors come and go together; breadth-first there is one cursor,
+        // as long as the turn lasts.
+        return path_.empty() ? openTop(top, observer) : &path_.back();
+    }
     /// Ends the cursor that `cursorOfTop` gave.
-    void finishTop() noexcept;
+    void finishTop() noexcept {
+        path_.pop();
+        indexed_ = std::min(indexed_, path_.size());
+    }
 
     /// The cursor of an element that may still produce links, to prune it; null when there is none.
     ElementProgress* findUnfinished(const ModelElement& element);
@@ -63,8 +71,9 @@ class ProgressTable {
 
     bool isDepthFirst() const noexcept { return discipline_ == Discipline::DepthFirst; }
     const Settings& settingsOf(const ModelElement& element) {
-        return *provider_.settingsOf(access::classOf(element));
+        return provider_.settingsOf(access::classOf(element));
     }
+    ElementProgress* openTop(const Link& top, TraversalProcessor* observer);
     /// Breadth-first: puts the cursor of an element on the path. REQUIRES: there is room.
     void startTurn(const ModelElement& element);
     ElementProgress* findOnPath(const ModelElement& element);

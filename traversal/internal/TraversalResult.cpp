@@ -24,10 +24,9 @@ void TraversalResult::addFilter(const std::function<ResultPolicy(Link)>& filter)
     filters_.push_back(filter);
 }
 
-ResultPolicy TraversalResult::runFilters(const Link& link) const {
-    if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
-    for (const auto& filter : filters_) {
-        if (filter(link) == ResultPolicy::WalkOnly) return ResultPolicy::WalkOnly;
+ResultPolicy TraversalResult::askFilters(const Link& link) const {
+    for (std::size_t index = 0; index < filters_.size(); ++index) {
+        if (filters_[index](link) == ResultPolicy::WalkOnly) return ResultPolicy::WalkOnly;
     }
     return ResultPolicy::Report;
 }

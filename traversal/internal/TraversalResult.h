@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -52,7 +53,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     friend class traversal::ResultSetup;
 
     void addFilter(const std::function<ResultPolicy(Link)>& filter);
-    ResultPolicy runFilters(const Link& link) const;
+    ResultPolicy runFilters(const Link& link) const {
+        if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
+        return filters_.empty() ? ResultPolicy::Report : askFilters(link);
+    }
+    MODELING_NUV0_TRAVERSAL_LOCAL ResultPolicy askFilters(const Link& link) const;
     void doAttach(TraversalProcessor* processor);
     std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer() const;
     bool isDepthFirst() const noexcept { return algo_ != Algo::BreadthFirst; }
@@ -63,7 +68,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     std::vector<ModelElement> inputs_;
     /// Asked before all filters. A flag, since handing every link to a function copies it.
     bool dropsPseudoLinks_;
-    std::vector<std::function<ResultPolicy(Link)>> filters_;
+    /// Stay where they are while one of them adds another.
+    std::deque<std::function<ResultPolicy(Link)>> filters_;
     Algo algo_;
     UniquenessMode uniqueness_ = UniquenessMode::NoUniqueness;
 };
@@ -120,12 +126,12 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     void pruneSiblings();
 
   private:
-    /// What came of producing the links of an element: one was reported, one leads on below (and
-    /// is the new top of the frontier), or there are no more.
-    enum class Outcome { Reported, Descended, Exhausted };
+    /// How far the walk got with the top of the frontier: a link was reported, another link is the
+    /// top now, or nothing is left of it.
+    enum class Outcome { Reported, Descended, Finished };
 
     MODELING_NUV0_TRAVERSAL_LOCAL bool startNextInput();
-    MODELING_NUV0_TRAVERSAL_LOCAL bool handleTop();
+    MODELING_NUV0_TRAVERSAL_LOCAL Outcome handleTop();
     MODELING_NUV0_TRAVERSAL_LOCAL Outcome produceChildren(ElementProgress& cursor);
     MODELING_NUV0_TRAVERSAL_LOCAL bool tryReport(const Link& link);
     MODELING_NUV0_TRAVERSAL_LOCAL bool shouldCascadeInto(const ModelElement& target) const;

@@ -73,6 +73,17 @@ TEST_F(WalkPruneTest, PruneChildrenLeavesOutOneProperty) {
               (Lines{"A.x>B", "A.x>C", "A.y>D", "B.y>F", "C.x>G"}));
 }
 
+TEST_F(WalkPruneTest, EveryPruneRequestForAnElementHoldsNotOnlyTheLast) {
+    const auto both = [this](Walk& walk) {
+        walk.pruneChildren(m["Node.y"]);
+        walk.pruneChildren(m["Node.x"]);
+    };
+    EXPECT_EQ(walk(Algo::DepthFirstPreOrder, {{"A.x>B", both}}),
+              (Lines{"A.x>B", "A.x>C", "C.x>G", "A.y>D"}));
+    EXPECT_EQ(walk(Algo::BreadthFirst, {{"A.x>B", both}}),
+              (Lines{"A.x>B", "A.x>C", "A.y>D", "C.x>G"}));
+}
+
 TEST_F(WalkPruneTest, PruneSiblingsLeavesOutTheRestOfTheProperty) {
     EXPECT_EQ(walk(Algo::DepthFirstPreOrder, {{"A.x>B", siblings}}),
               (Lines{"A.x>B", "B.x>E", "B.y>F", "A.y>D"}));
