@@ -24,8 +24,8 @@ class Frame {
     const Object* step() {
         while (index_ == values_.size()) {
             if (next_ == end_) return nullptr;
-            values_ = readRaw(*element, next_->slot);
-            property = next_->property;
+            property = *next_;
+            values_ = readRaw(*element, *property);
             ++next_;
             index_ = 0;
         }
@@ -36,8 +36,8 @@ class Frame {
     const PropertyObject* property = nullptr;
 
   private:
-    const FollowedProperty* next_;
-    const FollowedProperty* end_;
+    const PropertyObject* const* next_;
+    const PropertyObject* const* end_;
     RawValues values_;
     std::size_t index_ = 0;
 };
@@ -96,8 +96,8 @@ void walkBreadthFirst(const std::vector<ModelElement>& roots, ClassLists& lists,
                 report(front.source, front.property, front.target, false);
                 continue;
             }
-            for (const auto& [property, slot] : lists.of(*front.target)) {
-                const RawValues values = readRaw(*front.target, slot);
+            for (const PropertyObject* property : lists.of(*front.target)) {
+                const RawValues values = readRaw(*front.target, *property);
                 for (std::size_t i = 0; i < values.size(); ++i) {
                     const bool isNew = visited.insert(values[i]);
                     if (isNew) report(front.target, property, values[i], true);

@@ -30,8 +30,8 @@ void copyInto(Graph& graph, const Walk& walk) {
     }
     for (Vertex vertex = 0; vertex < elements.size(); ++vertex) {
         const memory::Object& element = *elements[vertex].get();
-        for (const FollowedProperty& followed : lists.of(element)) {
-            const RawValues values = readRaw(element, followed.slot);
+        for (const memory::PropertyObject* property : lists.of(element)) {
+            const RawValues values = readRaw(element, *property);
             for (std::size_t i = 0; i < values.size(); ++i) {
                 boost::add_edge(vertex, vertices.at(values[i]), graph);
             }

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "benchmarks/RawRead.h"
-
 namespace nuv::zero::benchmarks {
 namespace {
 
@@ -49,27 +47,22 @@ std::vector<meta::Property> remainingProperties(const Walk& walk, const meta::Cl
 
 }  // namespace
 
-PropertyList ClassLists::resolve(const memory::ClassObject& type) {
-    const meta::Class handle(&type);
-    const auto properties = walk_->kind == Kind::Additive ? namedProperties(*walk_, handle)
-                                                          : remainingProperties(*walk_, handle);
-    auto& list = lists_.emplace_back();
-    for (const meta::Property& property : properties) {
-        list.push_back({property.get(), slotOf(type, *property.get())});
-    }
-    known_.push_back({&type, list});
-    while (!placeKnown()) places_.resize(places_.size() * 2);
-    return list;
+PropertyList ClassLists::lookUp(const memory::ClassObject& type) {
+    const auto known = lists_.find(&type);
+    if (known != lists_.end()) return known->second;
+    return lists_.emplace(&type, resolve(type)).first->second;
 }
 
-bool ClassLists::placeKnown() {
-    std::fill(places_.begin(), places_.end(), Place());
-    return std::all_of(known_.begin(), known_.end(), [this](const Place& known) {
-        Place& wanted = places_[placeOf(known.type)];
-        const bool isFree = wanted.type == nullptr;
-        wanted = known;
-        return isFree;
-    });
+std::vector<const memory::PropertyObject*> ClassLists::resolve(
+    const memory::ClassObject& type) const {
+    const meta::Class handle(&type);
+    std::vector<const memory::PropertyObject*> list;
+    for (const meta::Property& property : walk_->kind == Kind::Additive
+                                              ? namedProperties(*walk_, handle)
+                                              : remainingProperties(*walk_, handle)) {
+        list.push_back(property.get());
+    }
+    return list;
 }
 
 }  // namespace nuv::zero::benchmarks

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <variant>
 #include <vector>
 
@@ -23,17 +21,13 @@ struct Expose {
     friend constexpr auto memberOf(Tag /*tag*/) { return Member; }
 };
 
-struct InlineSlots {
-    friend constexpr auto memberOf(InlineSlots);
+struct ReadSlot {
+    friend constexpr auto memberOf(ReadSlot);
 };
 struct LateSlots {
     friend constexpr auto memberOf(LateSlots);
 };
-struct SlotOrder {
-    friend constexpr auto memberOf(SlotOrder);
-};
-template struct Expose<SlotOrder, &memory::ClassLayout::slotOrder_>;
-template struct Expose<InlineSlots, &memory::Object::inlineSlots>;
+template struct Expose<ReadSlot, &memory::Object::slot>;
 template struct Expose<LateSlots, &memory::Object::lateSlots_>;
 
 }  // namespace exposed
@@ -42,43 +36,32 @@ template struct Expose<LateSlots, &memory::Object::lateSlots_>;
 class RawValues {
   public:
     RawValues() noexcept = default;
-    RawValues(const void* first, std::size_t count) noexcept : first_(first), count_(count) {}
+    explicit RawValues(const memory::Object* single) noexcept : single_(single), count_(1) {}
+    RawValues(const ModelElement* list, std::size_t count) noexcept : list_(list), count_(count) {}
 
     std::size_t size() const noexcept { return count_; }
     const memory::Object* operator[](std::size_t index) const noexcept {
-        // Both a slot that refers to one element and an entry of a list are one address.
-        const memory::Object* object = nullptr;
-        std::memcpy(&object, static_cast<const std::byte*>(first_) + index * sizeof object,
-                    sizeof object);
-        return object;
+        return list_ != nullptr ? list_[index].get() : single_;
     }
 
   private:
-    const void* first_ = nullptr;
+    const ModelElement* list_ = nullptr;
+    const memory::Object* single_ = nullptr;
     std::size_t count_ = 0;
 };
-static_assert(sizeof(memory::SlotWord) == sizeof(void*) && sizeof(ModelElement) == sizeof(void*));
 
-/// The place of a property among the slots of the elements of a class. REQUIRES: the class has the
-/// property.
-inline std::size_t slotOf(const memory::ClassObject& type, const memory::PropertyObject& property) {
-    const auto& order = type.layout().*memberOf(exposed::SlotOrder());
-    return static_cast<std::size_t>(std::find(order.begin(), order.end(), &property) -
-                                    order.begin());
-}
-
-/// REQUIRES: the element was made after all properties of its class were declared, and the value
-/// was not planted.
-inline RawValues readRaw(const memory::Object& element, std::size_t slot) {
-    const memory::SlotWord* word = (element.*memberOf(exposed::InlineSlots()))() + slot;
-    if (word->isReference()) return {word, 1};
-    if (!word->isPayload() || word->payload() == nullptr) return {};
-    const memory::Payload::Data& data = word->payload()->data;
+/// What the model stores for a property, found as the model itself finds it: where an element keeps
+/// a property is nobody else's knowledge. REQUIRES: the value was not planted.
+inline RawValues readRaw(const memory::Object& element, const memory::PropertyObject& property) {
+    const memory::SlotWord word = (element.*memberOf(exposed::ReadSlot()))(property);
+    if (word.isReference()) return RawValues(word.target());
+    if (!word.isPayload() || word.payload() == nullptr) return {};
+    const memory::Payload::Data& data = word.payload()->data;
     if (const auto* list = std::get_if<std::vector<ModelElement>>(&data)) {
         return {list->data(), list->size()};
     }
     if (const auto* single = std::get_if<ModelElement>(&data)) {
-        return {single, *single ? 1U : 0U};
+        return *single ? RawValues(single->get()) : RawValues();
     }
     return {};
 }

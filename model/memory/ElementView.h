@@ -10,10 +10,10 @@ namespace nuv::zero::memory {
 
 /// The elements that one property of one element designates, viewed where the model keeps them.
 ///
-/// A view of a many-valued property shares the stored list: one counter update, whatever the number
-/// of elements, and an edit of the model does not reach the view. A view of a single-valued
-/// property counts nothing: its element has to be taken before the model can change, or be kept
-/// alive by `Pins`. A copy shares the list.
+/// A view of several elements shares the stored list: one counter update, whatever the number of
+/// elements, and an edit of the model does not reach the view. A view of one element counts
+/// nothing: the element has to be taken before the model can change, or be kept alive by `Pins`.
+/// A copy shares the list.
 class ElementView {
   public:
     ElementView() noexcept = default;
@@ -27,8 +27,11 @@ class ElementView {
         if (isList()) PayloadPointer::share(payload()).detach();
     }
     ElementView(ElementView&& other) noexcept : word_(std::exchange(other.word_, 0)) {}
-    ElementView& operator=(ElementView other) noexcept {
-        std::swap(word_, other.word_);
+    ElementView& operator=(const ElementView& other) noexcept { return *this = ElementView(other); }
+    ElementView& operator=(ElementView&& other) noexcept {
+        const std::uintptr_t word = std::exchange(other.word_, 0);
+        clear();
+        word_ = word;
         return *this;
     }
     ~ElementView() { clear(); }
@@ -69,8 +72,11 @@ inline SlotWord Object::slot(const PropertyObject& property) const noexcept {
 
 inline ElementView Object::view(const meta::Property& property, ReflectionPrivateTag) const {
     if (!property) return {};
-    const SlotWord word = slot(*property.get());
-    return word.isReference() ? ElementView(word.target()) : viewPayload(*property.get(), word);
+    const PropertyObject& declaration = *property.get();
+    const SlotWord word = slot(declaration);
+    if (word.isReference()) return ElementView(word.target());
+    if (word.isNeverSet() && declaration.isEmptyWhenNeverSet()) return {};
+    return viewPayload(declaration, word);
 }
 
 }  // namespace nuv::zero::memory

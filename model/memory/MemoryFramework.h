@@ -31,6 +31,7 @@ struct WalkSupport<ModelElement> {
         const auto* start = reinterpret_cast<const std::byte*>(element.get());
         __builtin_prefetch(start);
         __builtin_prefetch(start + cacheLine);
+        __builtin_prefetch(start + 2 * cacheLine);
     }
 
     static ElementView view(const ModelElement& element, const meta::Property& property) {

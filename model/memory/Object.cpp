@@ -46,6 +46,8 @@ ElementView viewMany(Payload* payload, const TypeObject* type, bool isMany) {
     const bool isList = elements != nullptr && isMany && type != nullptr && type->isClass();
     if (!isList) failCast(type);
     if (elements->empty()) return {};
+    // One element needs no list to keep it in order. Null would read as none.
+    if (elements->size() == 1 && elements->front()) return ElementView(elements->front().get());
     return ElementView(PayloadPointer::share(payload));
 }
 
@@ -82,10 +84,8 @@ Value Object::get(const meta::Property& property, ReflectionPrivateTag) const {
 
 ElementView Object::viewPayload(const PropertyObject& declaration, SlotWord word) const {
     const bool many = !declaration.isSingleValued();
-    if (word.isNeverSet()) {
-        if (many && !declaration.type().isClass()) failCast(&declaration.type());
-        return {};
-    }
+    // Never set, and no collection of elements: an empty collection of texts, say.
+    if (word.isNeverSet()) failCast(&declaration.type());
     Payload* payload = word.payload();
     const bool planted = payload != nullptr && payload->planted;
     const TypeObject* type = planted ? payload->plantedType.get() : &declaration.type();

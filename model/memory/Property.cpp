@@ -13,6 +13,7 @@ PropertyObject::PropertyObject(ClassObject& owner, std::u16string_view name, con
       name_(name),
       upperBound_(upperBound),
       flags_(flags),
+      emptyWhenNeverSet_(upperBound == 1 || type.isClass()),
       slotHint_(slot) {}
 
 PropertyObject::~PropertyObject() {

@@ -64,6 +64,9 @@ class MODELING_NUV0_MODEL_EXPORT PropertyObject final : public Object {
     bool isDerived() const noexcept { return has(flags_, PropertyFlags::Derived); }
     bool isComposite() const noexcept { return has(flags_, PropertyFlags::Composite); }
 
+    /// Whether a never-set value designates no elements, instead of being none that could.
+    bool isEmptyWhenNeverSet() const noexcept { return emptyWhenNeverSet_; }
+
     /// The property at the other end of the association; null where there is none.
     const meta::Property& getOpposite() const noexcept { return opposite_; }
     /// The type that declares the property.
@@ -79,6 +82,7 @@ class MODELING_NUV0_MODEL_EXPORT PropertyObject final : public Object {
     std::u16string name_;
     int upperBound_;
     PropertyFlags flags_;
+    bool emptyWhenNeverSet_;
     /// The property's slot in its declaring class, and in most subclasses.
     std::uint32_t slotHint_;
     /// Not counted: the storage of the metamodel outlives all its properties.

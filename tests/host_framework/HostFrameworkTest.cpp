@@ -92,12 +92,9 @@ TEST_F(HostFramework, WalksACyclicModelInPostOrder) {
 
 TEST_F(HostFramework, WalksACyclicModelBreadthFirst) {
     const Lines expected{
-        "Not an element-[pseudo]-Assembly'root'",
-        "Assembly'root'-[parts]-Part'a'",
-        "Assembly'root'-[parts]-Part'b'",
-        "Part'b'-[next]-Part'c'",
-        "Part'a'-[next]-Part'b' (no cascade)",
-        "Part'c'-[next]-Part'a' (no cascade)",
+        "Not an element-[pseudo]-Assembly'root'", "Assembly'root'-[parts]-Part'a'",
+        "Assembly'root'-[parts]-Part'b'",         "Part'b'-[next]-Part'c'",
+        "Part'a'-[next]-Part'b' (no cascade)",    "Part'c'-[next]-Part'a' (no cascade)",
     };
     EXPECT_EQ(expected, dump(Spec::additiveTraversal()
                                  ->traverse(parts, ResultPolicy::Report)

@@ -39,19 +39,6 @@ ElementProgress& ElementProgress::operator=(const ElementProgress& other) {
 
 ElementProgress::~ElementProgress() = default;
 
-void ElementProgress::restart(const ModelElement& element, TraversalProcessor* processor,
-                              const Settings& settings) noexcept {
-    element_ = Lent<ModelElement>(element);
-    processor_ = processor;
-    settings_ = &settings;
-    extras_.reset();
-    values_.clear();
-    valueIndex_ = beforeFirst;
-    valueCount_ = 0;
-    propertyIndex_ = 0;
-    reportedSelf_ = started_ = finished_ = exitNotified_ = false;
-}
-
 void ElementProgress::takeOver(ElementProgress& other) noexcept {
     element_ = std::move(other.element_);
     processor_ = std::exchange(other.processor_, nullptr);
@@ -98,7 +85,7 @@ Link ElementProgress::peekCurrent() const {
 void ElementProgress::updateCurrentValueForNewProperty() {
     values_.clear();
     valueCount_ = 0;
-    for (; propertyIndex_ < settingsCount(); ++propertyIndex_) {
+    for (const std::size_t count = settingsCount(); propertyIndex_ < count; ++propertyIndex_) {
         const meta::Property& property = currentProperty();
         if (isNotifying()) notify(EventPoint::EnterProperty, property);
         if (isNotPruned(property)) values_ = WalkSupport::view(element(), property);

@@ -86,9 +86,18 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
 
     /// Makes this a fresh cursor over an element that the walk keeps alive, as it does the
     /// settings.
-    MODELING_NUV0_TRAVERSAL_LOCAL void restart(const ModelElement& element,
-                                               TraversalProcessor* processor,
-                                               const Settings& settings) noexcept;
+    void restart(const ModelElement& element, TraversalProcessor* processor,
+                 const Settings& settings) noexcept {
+        element_ = Lent<ModelElement>(element);
+        processor_ = processor;
+        settings_ = &settings;
+        extras_.reset();
+        values_.clear();
+        valueIndex_ = beforeFirst;
+        valueCount_ = 0;
+        propertyIndex_ = 0;
+        reportedSelf_ = started_ = finished_ = exitNotified_ = false;
+    }
     /// Takes another cursor's place in the walk, and leaves a placeholder behind.
     MODELING_NUV0_TRAVERSAL_LOCAL void takeOver(ElementProgress& other) noexcept;
     /// Moves on to the next link; false when there is none left.

@@ -100,7 +100,7 @@ class FlatMap {
     std::size_t placeOf(const Handle& key) const noexcept {
         std::size_t place = homeOf(key);
         while (!isFree(place) && !(handleIn(slots_[place]) == key)) {
-            place = (place + 1) & (slots_.size() - 1);
+            place = (place + 1) & mask_;
         }
         return place;
     }
@@ -118,6 +118,7 @@ class FlatMap {
         larger.values_.resize(count);
         larger.shift_ = 64U;
         for (std::size_t left = count; left > 1; left /= 2) --larger.shift_;
+        larger.mask_ = count - 1;
         for (std::size_t place = 0; place < slots_.size(); ++place) {
             if (isFree(place)) continue;
             const std::size_t moved = larger.placeOf(handleIn(slots_[place]));
@@ -127,11 +128,13 @@ class FlatMap {
         slots_.swap(larger.slots_);
         values_.swap(larger.values_);
         shift_ = larger.shift_;
+        mask_ = larger.mask_;
     }
 
     std::vector<Slot> slots_;
     std::conditional_t<std::is_empty_v<Value>, NoValues, Values> values_;
     std::size_t size_ = 0;
+    std::size_t mask_ = 0;
     unsigned shift_ = 63;
     bool hasNull_ = false;
     Value nullValue_{};

@@ -11,24 +11,14 @@ ProgressTable::ProgressTable(Discipline discipline, PropertyProvider& provider,
 ProgressTable::ProgressTable(const ProgressTable& other) = default;
 ProgressTable::~ProgressTable() = default;
 
-void ProgressTable::prepareToEnter(const ModelElement& element, TraversalProcessor* observer) {
-    // First of all, since the provider may run the caller's code.
-    keeper_.pin(element);
-    prepared_ = &settingsOf(element);
-    entered_.reserveOne();
-    if (isDepthFirst()) {
-        path_.reserveOne();
-    } else if (observer != firstObserver_) {
+/// Breadth-first, an element under the observer that the walk began with needs no cursor yet.
+void ProgressTable::prepareToWait(const ModelElement& element, TraversalProcessor* observer) {
+    if (observer != firstObserver_) {
         park(element, observer, *prepared_);
     } else if (!parked_.empty()) {
         // An earlier attempt to enter it, under another observer, may have failed after this.
         parked_.erase(element);
     }
-}
-
-void ProgressTable::enter(const ModelElement& element, TraversalProcessor* observer) noexcept {
-    entered_.insert(element, {});
-    if (isDepthFirst()) path_.push().restart(element, observer, *prepared_);
 }
 
 ElementProgress* ProgressTable::openTop(const Link& top, TraversalProcessor* observer) {

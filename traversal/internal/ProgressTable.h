@@ -45,9 +45,22 @@ class ProgressTable {
 
     /// Everything about entering an element that can fail: makes room and asks the provider for the
     /// settings of its class. A failure leaves the element as if it had never been met.
-    void prepareToEnter(const ModelElement& element, TraversalProcessor* observer);
+    void prepareToEnter(const ModelElement& element, TraversalProcessor* observer) {
+        // First of all, since the provider may run the caller's code.
+        keeper_.pin(element);
+        prepared_ = &settingsOf(element);
+        entered_.reserveOne();
+        if (isDepthFirst()) {
+            path_.reserveOne();
+        } else {
+            prepareToWait(element, observer);
+        }
+    }
     /// Marks the element entered. REQUIRES: `prepareToEnter` has just succeeded for it.
-    void enter(const ModelElement& element, TraversalProcessor* observer) noexcept;
+    void enter(const ModelElement& element, TraversalProcessor* observer) noexcept {
+        entered_.insert(element, {});
+        if (isDepthFirst()) path_.push().restart(element, observer, *prepared_);
+    }
 
     /// The cursor of the target of the link at the top of the frontier, which enters an input when
     /// its turn comes. Null when the input was reached from an earlier one and finished there.
@@ -73,6 +86,7 @@ class ProgressTable {
     const Settings& settingsOf(const ModelElement& element) {
         return provider_.settingsOf(access::classOf(element));
     }
+    void prepareToWait(const ModelElement& element, TraversalProcessor* observer);
     ElementProgress* openTop(const Link& top, TraversalProcessor* observer);
     /// Breadth-first: puts the cursor of an element on the path. REQUIRES: there is room.
     void startTurn(const ModelElement& element);
