@@ -70,6 +70,8 @@ inline std::size_t mixAddress(const void* address) noexcept {
     auto bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(address));
     bits *= 0x9E3779B97F4A7C15U;
     bits ^= bits >> 32U;
+    bits *= 0xD6E8FEB86659FD93U;
+    bits ^= bits >> 29U;
     return static_cast<std::size_t>(bits);
 }
 
