@@ -45,14 +45,14 @@ class LinkCursor {
   private:
     void settle() {
         while (index_ == values_.size() && next_ != end_) {
-            values_ = readRaw(*element_, next_++->slot);
+            values_ = readRaw(*element_, **next_++);
             index_ = 0;
         }
     }
 
     const memory::Object* element_ = nullptr;
-    const FollowedProperty* next_ = nullptr;
-    const FollowedProperty* end_ = nullptr;
+    const memory::PropertyObject* const* next_ = nullptr;
+    const memory::PropertyObject* const* end_ = nullptr;
     RawValues values_;
     std::size_t index_ = 0;
 };

@@ -10,10 +10,10 @@ namespace nuv::zero::memory {
 
 /// The elements that one property of one element designates, viewed where the model keeps them.
 ///
-/// A view of several elements shares the stored list: one counter update, whatever the number of
-/// elements, and an edit of the model does not reach the view. A view of one element counts
-/// nothing: the element has to be taken before the model can change, or be kept alive by `Pins`.
-/// A copy shares the list.
+/// A view of a many-valued property shares the stored list: one counter update, whatever the number
+/// of elements, and an edit of the model does not reach the view. A view of a single-valued
+/// property counts nothing: its element has to be taken before the model can change, or be kept
+/// alive by `Pins`. A copy shares the list.
 class ElementView {
   public:
     ElementView() noexcept = default;

@@ -46,8 +46,6 @@ ElementView viewMany(Payload* payload, const TypeObject* type, bool isMany) {
     const bool isList = elements != nullptr && isMany && type != nullptr && type->isClass();
     if (!isList) failCast(type);
     if (elements->empty()) return {};
-    // One element needs no list to keep it in order. Null would read as none.
-    if (elements->size() == 1 && elements->front()) return ElementView(elements->front().get());
     return ElementView(PayloadPointer::share(payload));
 }
 

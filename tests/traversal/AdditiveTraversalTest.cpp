@@ -43,6 +43,7 @@ TEST_F(AdditiveTraversalTest, EveryOverloadReturnsTheBuilderItself) {
     EXPECT_EQ(builder->traverse(x, ResultPolicy::Report), builder);
     EXPECT_EQ(builder->traverse(x, isLeaf, ResultPolicy::Report), builder);
     EXPECT_EQ(builder->traverse({x, y}, ResultPolicy::Report), builder);
+    EXPECT_EQ(builder->traverse({x}, ResultPolicy::Report), builder);
     EXPECT_EQ(builder->traverse(std::vector<PropertyMatcher>{}, ResultPolicy::Report), builder);
 }
 

@@ -35,6 +35,7 @@ TEST_F(CompositionTraversalTest, EveryOverloadReturnsTheBuilderItself) {
     EXPECT_EQ(builder->prune(kids), builder);
     EXPECT_EQ(builder->prune(kids, isLeaf), builder);
     EXPECT_EQ(builder->prune({kids, m["Node.alt"]}), builder);
+    EXPECT_EQ(builder->prune({kids}), builder);
     EXPECT_EQ(builder->prune({kids, isLeaf, leaf}), builder);
 }
 

@@ -49,6 +49,8 @@ TEST_F(SubtractiveTraversalTest, EveryOverloadOfPruneReturnsTheBuilderItself) {
     EXPECT_EQ(builder->prune(x), builder);
     EXPECT_EQ(builder->prune(x, isLeaf), builder);
     EXPECT_EQ(builder->prune({x, m["Node.y"]}), builder);
+    EXPECT_EQ(builder->prune({x}), builder);
+    EXPECT_EQ(builder->setResultPolicy({x}, ResultPolicy::Report), builder);
     EXPECT_EQ(builder->prune(std::vector<PropertyMatcher>{}), builder);
 }
 
