@@ -12,6 +12,9 @@ target_compile_options(
               -Wshadow
               -Wnon-virtual-dtor
               -Wold-style-cast>)
+# Interposing single functions is not supported, see below; so exported ones may be inlined as well.
+target_compile_options(
+    modeling_nuv0_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 
 # Sanitizers of clang leave their run-time to the executable.
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -43,6 +44,10 @@ struct WalkSupport {
     template <class Handle>
     static void forget(Handle& /*lent*/) noexcept {}
 
+    /// Hashes a handle for a table that spreads hashes over its places by itself.
+    template <class Handle>
+    using Hash = std::hash<Handle>;
+
     /// Begins to load an element that is looked at soon.
     static void prefetch(const Element& /*element*/) noexcept {}
 
@@ -59,6 +64,17 @@ struct WalkSupport {
 
       private:
         std::vector<Element> elements_;
+    };
+
+    /// Reads one property. What can be known once for all elements of a class is found out when it
+    /// is made for that class; it reads other elements as well.
+    class PropertyReader {
+      public:
+        PropertyReader() noexcept = default;
+        PropertyReader(const meta::Class& /*type*/, const meta::Property& /*property*/) noexcept {}
+        ElementView read(const Element& element, const meta::Property& property) const {
+            return view(element, property);
+        }
     };
 
     /// Reads a property: at most one element for a single-valued one, the list for any other.

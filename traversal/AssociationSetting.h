@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/WalkSupport.h"
 #include "traversal/ClassPredicate.h"
 #include "traversal/Export.h"
 #include "traversal/fwd.h"
@@ -8,6 +9,8 @@ namespace nuv::zero::traversal {
 
 /// A property to follow from the elements of a class, and the policy of the links found there.
 class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
+    using WalkSupport = access::WalkSupport<ModelElement>;
+
   public:
     /// No property, policy `Report`.
     AssociationSetting();
@@ -24,8 +27,17 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
     /// The property without a copy, for the walk's inner loop.
     const Property& property() const noexcept { return property_; }
 
+    /// Prepares to read the property from many elements of one class. Other elements can be read
+    /// all the same.
+    void prepareFor(const Class& type) { reader_ = WalkSupport::PropertyReader(type, property_); }
+    /// What the property of an element designates. Throws what the framework throws.
+    WalkSupport::ElementView read(const ModelElement& element) const {
+        return reader_.read(element, property_);
+    }
+
   private:
     Property property_;
+    WalkSupport::PropertyReader reader_;
     ResultPolicy policy_ = ResultPolicy::Report;
 };
 

@@ -20,12 +20,11 @@ const PropertyProvider::Settings& PropertyProvider::lookUp(const Class& type) {
     if (settings == nullptr) {
         // Computed before anything is stored: a predicate that throws leaves nothing behind.
         auto computed = std::make_shared<std::vector<AssociationSetting>>(computeSettings(type));
+        for (AssociationSetting& setting : *computed) setting.prepareFor(type);
         // A predicate may have asked for the class itself; walks rely on the first answer to stay.
         settings = settingsCache_.find(type);
         if (settings == nullptr) settings = &settingsCache_.insert(type, std::move(computed));
     }
-    latestType_ = internal::Lent<Class>(type);
-    latest_ = settings->get();
     return *settings;
 }
 

@@ -41,9 +41,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
 
     /// The same without a pointer; the reference lasts as long as the provider.
     const std::vector<AssociationSetting>& settingsOf(const Class& type) {
-        // Elements of one class come in rows.
-        if (latest_ == nullptr || !(latestType_.get() == type)) lookUp(type);
-        return *latest_;
+        const Settings* known = settingsCache_.find(type);
+        return known != nullptr ? **known : *lookUp(type);
     }
 
   protected:
@@ -55,10 +54,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     MODELING_NUV0_TRAVERSAL_LOCAL const Settings& lookUp(const Class& type);
 
     MatchersMap matchers_;
-    internal::FlatMap<Class, Class, Settings> settingsCache_;
-    /// The last answer; the cache keeps both alive.
-    internal::Lent<Class> latestType_;
-    const std::vector<AssociationSetting>* latest_ = nullptr;
+    internal::FlatMap<Class, Class, Settings, internal::WalkSupport::Hash<Class>> settingsCache_;
 };
 
 }  // namespace nuv::zero::traversal

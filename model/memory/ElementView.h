@@ -62,10 +62,12 @@ class ElementView {
 
 // In the header, because a walk asks this for every property of every element.
 inline SlotWord Object::slot(const PropertyObject& property) const noexcept {
-    const std::size_t slot = class_->layout().slotOf(property);
-    if (slot < inlineSlotCount_) return inlineSlots()[slot];
+    return slotAt(class_->layout().slotOf(property));
+}
+inline SlotWord Object::slotAt(std::size_t number) const noexcept {
+    if (number < inlineSlotCount_) return inlineSlots()[number];
     // Also where the class lacks the property: its number is above all others then.
-    const std::size_t late = slot - inlineSlotCount_;
+    const std::size_t late = number - inlineSlotCount_;
     if (lateSlots_ == nullptr || late >= lateSlots_->size()) return {};
     return (*lateSlots_)[late];
 }

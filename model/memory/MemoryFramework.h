@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 /// The in-memory model as a framework for the traversal library.
 #include "model/memory/ElementView.h"
 #include "model/memory/MessageException.h"
 #include "model/memory/ModelAccess.h"
 #include "model/memory/Pins.h"
+#include "model/memory/PropertyReader.h"
 
 #include "model/WalkSupport.h"
 
@@ -18,12 +20,22 @@ struct WalkSupport<ModelElement> {
     static constexpr bool lends = true;
     using Keeper = memory::Pins;
     using ElementView = memory::ElementView;
+    using PropertyReader = memory::PropertyReader;
 
     template <class Handle>
     static Handle lend(const Handle& handle) noexcept {
         return memory::Lending::lend<Handle>(handle.get());
     }
     static void forget(ModelElement& lent) noexcept { memory::Lending::forget(lent); }
+
+    /// The address, without the bits that alignment makes zero.
+    template <class Handle>
+    struct Hash {
+        std::size_t operator()(const Handle& handle) const noexcept {
+            return static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(handle.get()) /
+                                            alignof(memory::Object));
+        }
+    };
 
     static constexpr std::size_t cacheLine = 64;
     [[gnu::always_inline]] static void prefetch(const ModelElement& element) noexcept {
@@ -32,10 +44,6 @@ struct WalkSupport<ModelElement> {
         __builtin_prefetch(start);
         __builtin_prefetch(start + cacheLine);
         __builtin_prefetch(start + 2 * cacheLine);
-    }
-
-    static ElementView view(const ModelElement& element, const meta::Property& property) {
-        return element->view(property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
     }
 };
 

@@ -12,10 +12,13 @@
 /// that brings its own framework writes these few for it.
 namespace nuv::zero::access {
 
+/// The class of a null element. Not local to the function, which would look every time whether it
+/// has been made.
+inline constinit const meta::Class nullClass;
+
 /// The class of an element. The class of a null element is a null class.
 inline const meta::Class& classOf(const ModelElement& element) noexcept {
-    static const meta::Class none;
-    return element ? element->getClass() : none;
+    return element ? element->getClass() : nullClass;
 }
 
 /// The value of a property, read with public access. REQUIRES: both handles are not null.

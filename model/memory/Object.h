@@ -56,11 +56,13 @@ class MODELING_NUV0_MODEL_EXPORT Object {
 
   private:
     friend class ModelStorage;
+    friend class PropertyReader;
     void becomeReferenced() const noexcept;
     void becomeUnreferenced() const noexcept;
 
     /// What is stored for the property; "never set" too for a property that the class lacks.
     inline SlotWord slot(const PropertyObject& property) const noexcept;
+    inline SlotWord slotAt(std::size_t number) const noexcept;
     ElementView viewPayload(const PropertyObject& property, SlotWord word) const;
     /// The slots that were allocated together with the element follow it in memory.
     const SlotWord* inlineSlots() const noexcept {

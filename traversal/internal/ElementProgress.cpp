@@ -59,22 +59,41 @@ Link ElementProgress::advanceAndGetCurrent() {
     return peekCurrent();
 }
 
-void ElementProgress::start() {
-    if (finished_) return;
-    if (isNotifying()) notify(EventPoint::EnterElement, meta::Property());
-    // Behind the event: an observer that throws gets the event again.
-    started_ = true;
-    updateCurrentValueForNewProperty();
+/// Comes to the first property, from the current place on, that has values.
+inline bool ElementProgress::updateCurrentValueForNewProperty() {
+    values_.clear();
+    valueCount_ = 0;
+    for (const std::size_t count = settingsCount(); propertyIndex_ < count; ++propertyIndex_) {
+        const AssociationSetting& setting = (*settings_)[propertyIndex_];
+        if (isNotifying()) notify(EventPoint::EnterProperty, setting.property());
+        if (isNotPruned(setting.property())) {
+            values_ = setting.read(element());
+            valueCount_ = values_.size();
+            if (valueCount_ != 0) {
+                valueIndex_ = 0;
+                return true;
+            }
+        }
+        if (isNotifying()) notify(EventPoint::ExitProperty, setting.property());
+    }
+    finished_ = true;
+    return false;
 }
 
-/// Leaves a property whose values have run out for the next one that has values.
-void ElementProgress::advanceProperty() {
-    if (isNotifying() && propertyIndex_ < settingsCount()) {
-        notify(EventPoint::ExitProperty, currentProperty());
+/// Begins, or leaves a property whose values have run out, for the next property that has values.
+bool ElementProgress::advance() {
+    if (finished_) return false;
+    if (!started_) {
+        if (isNotifying()) notify(EventPoint::EnterElement, meta::Property());
+        // Behind the event: an observer that throws gets the event again.
+        started_ = true;
+    } else {
+        if (isNotifying() && propertyIndex_ < settingsCount()) {
+            notify(EventPoint::ExitProperty, currentProperty());
+        }
+        ++propertyIndex_;
     }
-    ++propertyIndex_;
-    updateCurrentValueForNewProperty();
-    ++valueIndex_;
+    return updateCurrentValueForNewProperty();
 }
 
 Link ElementProgress::peekCurrent() const {
@@ -82,33 +101,15 @@ Link ElementProgress::peekCurrent() const {
     return Link(element(), currentTarget().get(), currentProperty());
 }
 
-void ElementProgress::updateCurrentValueForNewProperty() {
-    values_.clear();
-    valueCount_ = 0;
-    for (const std::size_t count = settingsCount(); propertyIndex_ < count; ++propertyIndex_) {
-        const meta::Property& property = currentProperty();
-        if (isNotifying()) notify(EventPoint::EnterProperty, property);
-        if (isNotPruned(property)) values_ = WalkSupport::view(element(), property);
-        valueCount_ = values_.size();
-        if (valueCount_ != 0) {
-            valueIndex_ = beforeFirst;
-            return;
-        }
-        if (isNotifying()) notify(EventPoint::ExitProperty, property);
-    }
-    finished_ = true;
-}
-
-void ElementProgress::exitElement() {
-    // Before the event: an observer that throws does not get it again.
-    exitNotified_ = true;
-    if (isNotifying()) notify(EventPoint::ExitElement, meta::Property());
+bool ElementProgress::isNamedForPruning(const meta::Property& property) const {
+    return extras_->prunedProperties.count(property) != 0;
 }
 
 void ElementProgress::pruneAllChildren() {
     if (finished_) return;
     finished_ = true;
     propertyIndex_ = static_cast<std::uint32_t>(settingsCount());
+    valueCount_ = 0;
 }
 
 void ElementProgress::pruneCurrentProperty() {

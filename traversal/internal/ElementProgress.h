@@ -101,11 +101,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
     /// Takes another cursor's place in the walk, and leaves a placeholder behind.
     MODELING_NUV0_TRAVERSAL_LOCAL void takeOver(ElementProgress& other) noexcept;
     /// Moves on to the next link; false when there is none left.
-    bool step() {
-        if (!started_) start();
-        advance();
-        return !finished_;
-    }
+    bool step() { return ++valueIndex_ < valueCount_ || advance(); }
     const ModelElement& element() const noexcept { return element_.get(); }
     /// The link found by the last step. REQUIRES: the step found one.
     const meta::Property& currentProperty() const noexcept {
@@ -127,17 +123,18 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
         return Lent<ModelElement>::adopt(values_.lend(index));
     }
 
-    MODELING_NUV0_TRAVERSAL_LOCAL void start();
-    void advance() {
-        if (!finished_ && ++valueIndex_ >= valueCount_) advanceProperty();
+    MODELING_NUV0_TRAVERSAL_LOCAL bool advance();
+    [[gnu::always_inline]] inline bool updateCurrentValueForNewProperty();
+    void exitElement() {
+        // Before the event: an observer that throws does not get it again.
+        exitNotified_ = true;
+        if (isNotifying()) notify(EventPoint::ExitElement, meta::Property());
     }
-    MODELING_NUV0_TRAVERSAL_LOCAL void advanceProperty();
-    MODELING_NUV0_TRAVERSAL_LOCAL void exitElement();
     MODELING_NUV0_TRAVERSAL_LOCAL Link peekCurrent() const;
-    MODELING_NUV0_TRAVERSAL_LOCAL void updateCurrentValueForNewProperty();
     bool isNotPruned(const meta::Property& property) const {
-        return extras_ == nullptr || extras_->prunedProperties.count(property) == 0;
+        return extras_ == nullptr || !isNamedForPruning(property);
     }
+    MODELING_NUV0_TRAVERSAL_LOCAL bool isNamedForPruning(const meta::Property& property) const;
     bool isNotifying() const noexcept { return processor_ != nullptr; }
     MODELING_NUV0_TRAVERSAL_LOCAL void notify(EventPoint point, const meta::Property& property);
     std::size_t settingsCount() const noexcept {

@@ -15,11 +15,12 @@ namespace nuv::zero::traversal::internal {
 /// Keys stand apart from values because most questions of a walk are "is it there?", and eight
 /// bytes a key make that one cache line. `Slot` holds a key (a handle, or a lent handle); `Handle`
 /// is what it is compared with. Values of an empty type take no memory, which makes the map a set.
-/// The null handle is a key like any other, kept aside because it marks free places.
+/// The null handle is a key like any other, kept aside because it marks free places. `Hash` may be
+/// weak: what it gives is spread over the table by a multiplication.
 ///
 /// A copy is independent. A failing allocation changes nothing. References to values last until
 /// the next `reserveOne` or `insert`.
-template <class Handle, class Slot, class Value>
+template <class Handle, class Slot, class Value, class Hash = std::hash<Handle>>
 class FlatMap {
   public:
     std::size_t size() const noexcept { return size_ + (hasNull_ ? 1 : 0); }
@@ -41,6 +42,31 @@ class FlatMap {
         if (key && !slots_.empty()) __builtin_prefetch(&slots_[homeOf(key)]);
     }
 
+    /// Where a key is or belongs: asking for it and inserting it take one look-up that way.
+    class Place {
+      public:
+        /// Whether the key was there.
+        bool isTaken() const noexcept { return isTaken_; }
+
+      private:
+        friend class FlatMap;
+        std::size_t index_ = 0;
+        std::size_t mask_ = 0;
+        bool isTaken_ = false;
+    };
+    /// REQUIRES: `reserveOne` was called since the last insert.
+    Place locate(const Handle& key) const noexcept {
+        Place place;
+        if (!key) {
+            place.isTaken_ = hasNull_;
+        } else {
+            place.index_ = placeOf(key);
+            place.mask_ = mask_;
+            place.isTaken_ = !isFree(place.index_);
+        }
+        return place;
+    }
+
     /// Makes sure that the next `insert` allocates nothing.
     void reserveOne() {
         // At most half full: linear probing then ends after a step or two.
@@ -49,17 +75,24 @@ class FlatMap {
 
     /// Adds a key that is not there yet.
     Value& insert(const Handle& key, Value value) {
+        reserveOne();
+        return insert(key, std::move(value), locate(key));
+    }
+    /// The same at the place where the key was missed.
+    Value& insert(const Handle& key, Value value, const Place& place) {
         if (!key) {
             nullValue_ = std::move(value);
             hasNull_ = true;
             return nullValue_;
         }
-        reserveOne();
-        const std::size_t place = placeOf(key);
-        slots_[place] = Slot(key);
-        values_.at(place) = std::move(value);
+        // The place is the first free one on the key's way. While it is free that cannot change,
+        // unless the map has grown.
+        const bool holds = place.mask_ == mask_ && isFree(place.index_);
+        const std::size_t index = holds ? place.index_ : placeOf(key);
+        slots_[index] = Slot(key);
+        values_.at(index) = std::move(value);
         ++size_;
-        return values_.at(place);
+        return values_.at(index);
     }
 
   private:
@@ -105,9 +138,10 @@ class FlatMap {
         return place;
     }
 
-    /// The upper bits of a product, because frameworks may hash an address by itself.
+    /// The upper bits of a product with the golden ratio: it puts the members of any regular
+    /// series, such as the addresses of objects made one after another, far from each other.
     std::size_t homeOf(const Handle& key) const noexcept {
-        const std::uint64_t hash = std::hash<Handle>()(key);
+        const std::uint64_t hash = Hash()(key);
         return static_cast<std::size_t>((hash * 0x9E3779B97F4A7C15U) >> shift_);
     }
 

@@ -61,16 +61,13 @@ bool TraversalResult::IterationContext::operator==(const IterationContext& other
 /// are as long as the model.
 void TraversalResult::IterationContext::advance() {
     if (!result_) return;
-    if (store_->empty() && !startNextInput()) return;
     while (true) {
-        switch (handleTop()) {
-            case Outcome::Reported:
-                return;
-            case Outcome::Descended:
-                break;
-            case Outcome::Finished:
-                if (store_->empty() && !startNextInput()) return;
-                break;
+        if (ElementProgress* cursor = progress_->cursorOfTop()) {
+            if (produceChildren(cursor)) return;
+        } else if (store_->empty() && !startNextInput()) {
+            return;
+        } else if (handleTop()) {
+            return;
         }
     }
 }
@@ -88,60 +85,60 @@ bool TraversalResult::IterationContext::startNextInput() {
     return true;
 }
 
-/// Handles the link at the top of the frontier up to the next report.
-TraversalResult::IterationContext::Outcome TraversalResult::IterationContext::handleTop() {
+/// Handles a link at the top of the frontier for whose target there is no cursor: makes one, or
+/// tries to report a link that does not lead on. True when it was reported.
+bool TraversalResult::IterationContext::handleTop() {
     const Link& top = store_->top();
-    if (!top.shouldCascade()) {
-        const LentLink link(top);
-        // Removed before it is tried: a filter that throws does not get it again.
-        store_->pop();
-        return tryReport(link.get()) ? Outcome::Reported : Outcome::Finished;
+    if (top.shouldCascade()) {
+        if (!progress_->openTop(top, result_->processor_)) store_->pop();
+        return false;
     }
-
-    ElementProgress* cursor = progress_->cursorOfTop(top, result_->processor_);
-    if (cursor == nullptr) {
-        store_->pop();
-        return Outcome::Finished;
-    }
-    if (result_->isReportingSelfFirst() && !cursor->hasReportedSelf()) {
-        cursor->setReportedSelf();
-        if (tryReport(top)) return Outcome::Reported;
-    }
-    const Outcome outcome = produceChildren(*cursor);
-    if (outcome != Outcome::Finished) return outcome;
-    if (!cursor->hasReportedSelf()) {
-        cursor->setReportedSelf();
-        if (tryReport(store_->top())) return Outcome::Reported;
-    }
+    const LentLink link(top);
+    // Removed before it is tried: a filter that throws does not get it again.
     store_->pop();
-    progress_->finishTop();
-    return Outcome::Finished;
+    return tryReport(link.get());
 }
 
-/// Takes the links of the top's target one after another, up to the next report or, depth-first, up
-/// to the first that leads on.
-TraversalResult::IterationContext::Outcome TraversalResult::IterationContext::produceChildren(
-    ElementProgress& cursor) {
-    while (!cursor.processedAll()) {
-        if (!cursor.step()) continue;
-        cursor.lookAhead([this](const ModelElement& next)
-                             __attribute__((always_inline)) { progress_->prefetch(next); });
-        const Lent<ModelElement> target = cursor.currentTarget();
+/// Takes the links of the top's target one after another; depth-first, goes on from each that leads
+/// on. True when a link was reported, false when the cursor at the top was exhausted and removed.
+bool TraversalResult::IterationContext::produceChildren(ElementProgress* cursor) {
+    const bool isDepthFirst = result_->isDepthFirst();
+    const bool isReportingSelfFirst = result_->isReportingSelfFirst();
+    if (isReportingSelfFirst && tryReportSelf(*cursor)) return true;
+    while (!cursor->processedAll()) {
+        if (!cursor->step()) continue;
+        cursor->lookAhead([this](const ModelElement& next)
+                              __attribute__((always_inline)) { progress_->prefetch(next); });
+        const Lent<ModelElement> target = cursor->currentTarget();
         const bool cascade = shouldCascadeInto(target.get());
-        const LentLink link(cursor.element(), target.get(), cursor.currentProperty(), cascade);
+        const LentLink link(cursor->element(), target.get(), cursor->currentProperty(), cascade);
         if (cascade) {
             progress_->prepareToEnter(target.get(), result_->processor_);
             store_->push(link.get());
             progress_->enter(target.get(), result_->processor_);
-            if (result_->isDepthFirst()) return Outcome::Descended;
-        } else if (!result_->isDepthFirst()) {
+            if (isDepthFirst) {
+                cursor = progress_->cursorOfTop();
+                if (!isReportingSelfFirst) continue;
+                cursor->setReportedSelf();
+            }
+        } else if (!isDepthFirst) {
             store_->push(link.get());
             continue;
         }
         // A link that does not cascade would, depth-first, be the next one to handle anyway.
-        if (tryReport(link.get())) return Outcome::Reported;
+        if (tryReport(link.get())) return true;
     }
-    return Outcome::Finished;
+    if (tryReportSelf(*cursor)) return true;
+    store_->pop();
+    progress_->finishTop();
+    return false;
+}
+
+/// The link to the element of the cursor at the top, unless it was tried before.
+bool TraversalResult::IterationContext::tryReportSelf(ElementProgress& cursor) {
+    if (cursor.hasReportedSelf()) return false;
+    cursor.setReportedSelf();
+    return tryReport(store_->top());
 }
 
 bool TraversalResult::IterationContext::tryReport(const Link& link) {
@@ -157,8 +154,8 @@ bool TraversalResult::IterationContext::tryReport(const Link& link) {
     return true;
 }
 
-bool TraversalResult::IterationContext::shouldCascadeInto(const ModelElement& target) const {
-    return !progress_->hasEntered(target);
+bool TraversalResult::IterationContext::shouldCascadeInto(const ModelElement& target) {
+    return !progress_->hasEnteredNext(target);
 }
 
 void TraversalResult::IterationContext::notifyEnterInput() {

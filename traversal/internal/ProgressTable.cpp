@@ -21,22 +21,22 @@ void ProgressTable::prepareToWait(const ModelElement& element, TraversalProcesso
     }
 }
 
-ElementProgress* ProgressTable::openTop(const Link& top, TraversalProcessor* observer) {
+bool ProgressTable::openTop(const Link& top, TraversalProcessor* observer) {
     const ModelElement& element = top.getTarget();
     const bool isInput = !top.getProperty();
     if (isInput) {
-        if (hasEntered(element)) return nullptr;
+        if (hasEnteredNext(element)) return false;
         prepareToEnter(element, observer);
         if (!isDepthFirst()) path_.reserveOne();
         enter(element, observer);
-        if (isDepthFirst()) return &path_.back();
+        if (isDepthFirst()) return true;
     } else {
         path_.reserveOne();
     }
     startTurn(element);
     // A link that led here was handled when it was found; an input's pseudo-link was not.
     if (!isInput) path_.back().setReportedSelf();
-    return &path_.back();
+    return true;
 }
 
 void ProgressTable::startTurn(const ModelElement& element) {

@@ -36,6 +36,12 @@ class ProgressTable {
     bool hasEntered(const ModelElement& element) const noexcept {
         return entered_.contains(element);
     }
+    /// The same for an element that is entered next if it was not; fails when there is no room to.
+    bool hasEnteredNext(const ModelElement& element) {
+        entered_.reserveOne();
+        place_ = entered_.locate(element);
+        return place_.isTaken();
+    }
 
     /// Announces a question about an element: the answer lies anywhere in memory.
     [[gnu::always_inline]] void prefetch(const ModelElement& element) const noexcept {
@@ -43,13 +49,13 @@ class ProgressTable {
         WalkSupport::prefetch(element);
     }
 
-    /// Everything about entering an element that can fail: makes room and asks the provider for the
-    /// settings of its class. A failure leaves the element as if it had never been met.
+    /// Everything else about entering an element that can fail: makes room and asks the provider
+    /// for the settings of its class. A failure leaves the element as if it had never been met.
+    /// REQUIRES: `hasEnteredNext` has just answered false for it.
     void prepareToEnter(const ModelElement& element, TraversalProcessor* observer) {
         // First of all, since the provider may run the caller's code.
         keeper_.pin(element);
         prepared_ = &settingsOf(element);
-        entered_.reserveOne();
         if (isDepthFirst()) {
             path_.reserveOne();
         } else {
@@ -58,18 +64,18 @@ class ProgressTable {
     }
     /// Marks the element entered. REQUIRES: `prepareToEnter` has just succeeded for it.
     void enter(const ModelElement& element, TraversalProcessor* observer) noexcept {
-        entered_.insert(element, {});
+        entered_.insert(element, {}, place_);
         if (isDepthFirst()) path_.push().restart(element, observer, *prepared_);
     }
 
-    /// The cursor of the target of the link at the top of the frontier, which enters an input when
-    /// its turn comes. Null when the input was reached from an earlier one and finished there.
-    ElementProgress* cursorOfTop(const Link& top, TraversalProcessor* observer) {
-        // Depth-first, links and cursors come and go together; breadth-first there is one cursor,
-        // as long as the turn lasts.
-        return path_.empty() ? openTop(top, observer) : &path_.back();
-    }
-    /// Ends the cursor that `cursorOfTop` gave.
+    /// The cursor over the target of the link at the top of the frontier; null before `openTop`.
+    /// Depth-first, links and cursors come and go together; breadth-first there is one cursor, as
+    /// long as the turn lasts.
+    ElementProgress* cursorOfTop() noexcept { return path_.empty() ? nullptr : &path_.back(); }
+    /// Makes that cursor, and enters an input, whose turn has come. False when the input was
+    /// reached from an earlier one and finished there.
+    bool openTop(const Link& top, TraversalProcessor* observer);
+    /// Ends the cursor of the top.
     void finishTop() noexcept {
         path_.pop();
         indexed_ = std::min(indexed_, path_.size());
@@ -81,13 +87,14 @@ class ProgressTable {
   private:
     struct Nothing {};
     using Settings = std::vector<AssociationSetting>;
+    using Entered =
+        FlatMap<ModelElement, Lent<ModelElement>, Nothing, WalkSupport::Hash<ModelElement>>;
 
     bool isDepthFirst() const noexcept { return discipline_ == Discipline::DepthFirst; }
     const Settings& settingsOf(const ModelElement& element) {
         return provider_.settingsOf(access::classOf(element));
     }
     void prepareToWait(const ModelElement& element, TraversalProcessor* observer);
-    ElementProgress* openTop(const Link& top, TraversalProcessor* observer);
     /// Breadth-first: puts the cursor of an element on the path. REQUIRES: there is room.
     void startTurn(const ModelElement& element);
     ElementProgress* findOnPath(const ModelElement& element);
@@ -98,15 +105,16 @@ class ProgressTable {
     PropertyProvider& provider_;
     TraversalProcessor* firstObserver_;
     WalkSupport::Keeper keeper_;
-    FlatMap<ModelElement, Lent<ModelElement>, Nothing> entered_;
+    Entered entered_;
     CursorPath path_;
     /// Where elements are on the path, as far as it was needed: made when somebody prunes far from
     /// the path's end. Covers the first `indexed_` cursors, and holds outdated places besides.
     std::unordered_map<ModelElement, std::size_t> pathIndex_;
     std::size_t indexed_ = 0;
     std::unordered_map<ModelElement, ElementProgress> parked_;
-    /// The settings of the element that is about to be entered.
+    /// The settings of the element that is about to be entered, and its place among the entered.
     const Settings* prepared_ = nullptr;
+    Entered::Place place_;
 };
 
 }  // namespace nuv::zero::traversal::internal

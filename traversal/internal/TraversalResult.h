@@ -126,15 +126,12 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     void pruneSiblings();
 
   private:
-    /// How far the walk got with the top of the frontier: a link was reported, another link is the
-    /// top now, or nothing is left of it.
-    enum class Outcome { Reported, Descended, Finished };
-
     MODELING_NUV0_TRAVERSAL_LOCAL bool startNextInput();
-    MODELING_NUV0_TRAVERSAL_LOCAL Outcome handleTop();
-    MODELING_NUV0_TRAVERSAL_LOCAL Outcome produceChildren(ElementProgress& cursor);
+    MODELING_NUV0_TRAVERSAL_LOCAL bool handleTop();
+    MODELING_NUV0_TRAVERSAL_LOCAL bool produceChildren(ElementProgress* cursor);
+    MODELING_NUV0_TRAVERSAL_LOCAL bool tryReportSelf(ElementProgress& cursor);
     MODELING_NUV0_TRAVERSAL_LOCAL bool tryReport(const Link& link);
-    MODELING_NUV0_TRAVERSAL_LOCAL bool shouldCascadeInto(const ModelElement& target) const;
+    MODELING_NUV0_TRAVERSAL_LOCAL bool shouldCascadeInto(const ModelElement& target);
     MODELING_NUV0_TRAVERSAL_LOCAL void notifyEnterInput();
     MODELING_NUV0_TRAVERSAL_LOCAL void notifyExitInput();
 

@@ -158,6 +158,45 @@ TEST(FlatMapTest, ReservingOneKeepsTheReferencesUntilThatInsert) {
     }
 }
 
+TEST(FlatMapTest, InsertsAtThePlaceWhereTheKeyWasMissed) {
+    FlatMap<Number, Number, int> map;
+    map.reserveOne();
+    const auto place = map.locate(Number{1});
+    EXPECT_FALSE(place.isTaken());
+    map.insert(Number{1}, 10, place);
+    EXPECT_EQ(*map.find(Number{1}), 10);
+    EXPECT_TRUE(map.locate(Number{1}).isTaken());
+}
+
+TEST(FlatMapTest, PlaceThatAnotherKeyTookMeanwhileIsNotUsed) {
+    FlatMap<Colliding, Colliding, int> map;
+    map.reserveOne();
+    const auto place = map.locate(Colliding{1});
+    map.insert(Colliding{2}, 20);
+    map.insert(Colliding{1}, 10, place);
+    EXPECT_EQ(*map.find(Colliding{1}), 10);
+    EXPECT_EQ(*map.find(Colliding{2}), 20);
+}
+
+TEST(FlatMapTest, PlaceFromBeforeTheMapGrewIsNotUsed) {
+    FlatMap<Number, Number, int> map;
+    map.reserveOne();
+    const auto place = map.locate(Number{1});
+    for (int number = 2; number <= 100; ++number) map.insert(Number{number}, number);
+    map.reserveOne();
+    map.insert(Number{1}, 10, place);
+    for (int number = 2; number <= 100; ++number) ASSERT_EQ(*map.find(Number{number}), number);
+    EXPECT_EQ(*map.find(Number{1}), 10);
+}
+
+TEST(FlatMapTest, NullKeyHasAPlaceToo) {
+    FlatMap<Number, Number, int> map;
+    const auto place = map.locate(Number{});
+    EXPECT_FALSE(place.isTaken());
+    map.insert(Number{}, 7, place);
+    EXPECT_TRUE(map.locate(Number{}).isTaken());
+}
+
 TEST(FlatMapTest, SharedValuesAreReleasedWithTheMap) {
     const auto value = std::make_shared<int>(1);
     {

@@ -24,8 +24,14 @@ class ProgressTableTest : public testing::TestWithParam<Discipline> {
     Link inputLinkTo(const char* target) const {
         return {ModelElement(), m(target), meta::Property()};
     }
+    /// The cursor of the top, made where there is none.
+    static ElementProgress* open(ProgressTable& table, const Link& top) {
+        const bool isOpen = table.cursorOfTop() != nullptr || table.openTop(top, nullptr);
+        return isOpen ? table.cursorOfTop() : nullptr;
+    }
     static void enter(ProgressTable& table, const ModelElement& element,
                       TraversalProcessor* observer = nullptr) {
+        ASSERT_FALSE(table.hasEnteredNext(element));
         table.prepareToEnter(element, observer);
         table.enter(element, observer);
     }
@@ -39,7 +45,7 @@ class ProgressTableTest : public testing::TestWithParam<Discipline> {
 TEST_P(ProgressTableTest, ElementStaysEnteredOnceItWasEntered) {
     EXPECT_FALSE(table.hasEntered(m("A")));
     EXPECT_EQ(table.findUnfinished(m("A")), nullptr);
-    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    ElementProgress* cursor = open(table, inputLinkTo("A"));
     ASSERT_NE(cursor, nullptr);
     EXPECT_TRUE(table.hasEntered(m("A")));
     cursor->pruneAllChildren();
@@ -48,20 +54,20 @@ TEST_P(ProgressTableTest, ElementStaysEnteredOnceItWasEntered) {
 }
 
 TEST_P(ProgressTableTest, InputThatWasFinishedBeforeHasNoCursor) {
-    table.cursorOfTop(inputLinkTo("A"), nullptr)->pruneAllChildren();
+    open(table, inputLinkTo("A"))->pruneAllChildren();
     table.finishTop();
-    EXPECT_EQ(table.cursorOfTop(inputLinkTo("A"), nullptr), nullptr);
+    EXPECT_EQ(open(table, inputLinkTo("A")), nullptr);
 }
 
 TEST_P(ProgressTableTest, CursorOfTheTopStaysTheSameUntilItIsFinished) {
-    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    ElementProgress* cursor = open(table, inputLinkTo("A"));
     EXPECT_EQ(text(cursor->advanceAndGetCurrent()), "A.x>B");
-    EXPECT_EQ(table.cursorOfTop(inputLinkTo("A"), nullptr), cursor);
+    EXPECT_EQ(open(table, inputLinkTo("A")), cursor);
     EXPECT_EQ(text(cursor->advanceAndGetCurrent()), "A.x>C");
 }
 
 TEST_P(ProgressTableTest, FindsTheCursorOfAnElementBelowTheTop) {
-    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    ElementProgress* cursor = open(table, inputLinkTo("A"));
     EXPECT_EQ(table.findUnfinished(m("A")), cursor);
     enter(table, m("B"));
     EXPECT_EQ(table.findUnfinished(m("A")), cursor);
@@ -71,17 +77,18 @@ TEST_P(ProgressTableTest, FindsTheCursorOfAnElementBelowTheTop) {
 }
 
 TEST_P(ProgressTableTest, PruningAnElementBeforeItsTurnIsKeptForItsTurn) {
-    ElementProgress* cursor = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    ElementProgress* cursor = open(table, inputLinkTo("A"));
     enter(table, m("B"));
     table.findUnfinished(m("B"))->pruneAllChildren();
     if (GetParam() == Discipline::BreadthFirst) {
         cursor->pruneAllChildren();
         table.finishTop();
     }
-    EXPECT_TRUE(table.cursorOfTop(linkTo("B"), nullptr)->processedAll());
+    EXPECT_TRUE(open(table, linkTo("B"))->processedAll());
 }
 
 TEST_P(ProgressTableTest, PreparingAloneEntersNothing) {
+    EXPECT_FALSE(table.hasEnteredNext(m("A")));
     table.prepareToEnter(m("A"), nullptr);
     EXPECT_FALSE(table.hasEntered(m("A")));
     EXPECT_EQ(table.findUnfinished(m("A")), nullptr);
@@ -100,13 +107,13 @@ TEST_P(ProgressTableTest, FailureOfTheProviderLeavesTheElementAsIfItHadNeverBeen
             ResultPolicy::WalkOnly);
     const auto failing = makeSubtractiveProvider(rules, Candidates::AllLinking);
     ProgressTable failed(GetParam(), *failing, nullptr);
-    EXPECT_THROW(failed.cursorOfTop(inputLinkTo("A"), nullptr), test::PlannedFailure);
+    EXPECT_THROW(open(failed, inputLinkTo("A")), test::PlannedFailure);
     EXPECT_FALSE(failed.hasEntered(m("A")));
-    EXPECT_EQ(text(failed.cursorOfTop(inputLinkTo("A"), nullptr)->advanceAndGetCurrent()), "A.x>B");
+    EXPECT_EQ(text(open(failed, inputLinkTo("A"))->advanceAndGetCurrent()), "A.x>B");
 }
 
 TEST_P(ProgressTableTest, CopyIsIndependent) {
-    table.cursorOfTop(inputLinkTo("A"), nullptr)->advanceAndGetCurrent();
+    open(table, inputLinkTo("A"))->advanceAndGetCurrent();
     ProgressTable copy(table);
     enter(copy, m("B"));
     EXPECT_FALSE(table.hasEntered(m("B")));
@@ -117,26 +124,26 @@ TEST_P(ProgressTableTest, CopyIsIndependent) {
 TEST_P(ProgressTableTest, EachElementKeepsTheObserverItWasEnteredUnder) {
     Lines lines;
     test::EventLog log(lines);
-    ElementProgress* silent = table.cursorOfTop(inputLinkTo("A"), nullptr);
+    ElementProgress* silent = open(table, inputLinkTo("A"));
     silent->advanceAndGetCurrent();
     enter(table, m("B"), &log);
     if (GetParam() == Discipline::BreadthFirst) {
         silent->pruneAllChildren();
         table.finishTop();
     }
-    table.cursorOfTop(linkTo("B"), nullptr)->advanceAndGetCurrent();
+    open(table, linkTo("B"))->advanceAndGetCurrent();
     EXPECT_EQ(lines, (Lines{"enter B", "enter B.x"}));
 }
 
 TEST_P(ProgressTableTest, NullElementIsEnteredLikeAnyOther) {
     EXPECT_FALSE(table.hasEntered(ModelElement()));
     const Link toNull;
-    ElementProgress* cursor = table.cursorOfTop(toNull, nullptr);
+    ElementProgress* cursor = open(table, toNull);
     ASSERT_NE(cursor, nullptr);
     EXPECT_TRUE(!cursor->advanceAndGetCurrent());
     table.finishTop();
     EXPECT_TRUE(table.hasEntered(ModelElement()));
-    EXPECT_EQ(table.cursorOfTop(toNull, nullptr), nullptr);
+    EXPECT_EQ(open(table, toNull), nullptr);
 }
 
 TEST_P(ProgressTableTest, KeepsWhatItWasShownAliveWithoutTheModel) {
@@ -145,9 +152,9 @@ TEST_P(ProgressTableTest, KeepsWhatItWasShownAliveWithoutTheModel) {
     const Link link(ModelElement(), (*other)("A"), meta::Property());
     {
         const LentLink lent(link);
-        keeping.cursorOfTop(lent.get(), nullptr);
+        open(keeping, lent.get());
     }
-    ElementProgress* cursor = keeping.cursorOfTop(link, nullptr);
+    ElementProgress* cursor = open(keeping, link);
     other.reset();
     EXPECT_TRUE(!cursor->advanceAndGetCurrent()) << "the values went with the model";
 }
@@ -169,9 +176,10 @@ TEST(ProgressTablePathTest, FindsCursorsFarUpALongPathWhileItShrinksAndGrows) {
     const auto enterUpTo = [&](std::size_t count) {
         while (cursors.size() < count) {
             const ModelElement& element = chain[cursors.size()];
+            ASSERT_FALSE(table.hasEnteredNext(element));
             table.prepareToEnter(element, nullptr);
             table.enter(element, nullptr);
-            cursors.push_back(table.cursorOfTop(Link(chain[0], element, m["Node.x"]), nullptr));
+            cursors.push_back(table.cursorOfTop());
         }
     };
     enterUpTo(200);
@@ -181,6 +189,7 @@ TEST(ProgressTablePathTest, FindsCursorsFarUpALongPathWhileItShrinksAndGrows) {
     // The places of the finished ones are taken by others.
     cursors.resize(100);
     for (std::size_t i = 200; i < 300; ++i) {
+        ASSERT_FALSE(table.hasEnteredNext(chain[i]));
         table.prepareToEnter(chain[i], nullptr);
         table.enter(chain[i], nullptr);
     }

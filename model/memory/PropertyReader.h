@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/memory/ElementView.h"
+
+namespace nuv::zero::memory {
+
+/// Reads one property from many elements of one class: it has looked up the number of their slot
+/// once. An element of another class is read by way of its own class.
+///
+/// The class and the property have to outlive the reader. A slot's number never changes, so a
+/// reader stays valid while the metamodel grows. Any number of threads may share one.
+class PropertyReader {
+  public:
+    PropertyReader() noexcept = default;
+    PropertyReader(const meta::Class& type, const meta::Property& property) noexcept {
+        if (!type || !property) return;
+        type_ = type.get();
+        slot_ = type_->layout().slotOf(*property.get());
+        isEmptyWhenNeverSet_ = property.get()->isEmptyWhenNeverSet();
+    }
+
+    /// The same as `Object::view` gives for the property that the reader was made for.
+    ElementView read(const ModelElement& element, const meta::Property& property) const {
+        const Object& object = *element.get();
+        if (object.class_ != type_) {
+            return object.view(property, Object::ReflectionPrivateTag::PUBLIC_ACCESS);
+        }
+        const SlotWord word = object.slotAt(slot_);
+        if (word.isReference()) return ElementView(word.target());
+        if (word.isNeverSet() && isEmptyWhenNeverSet_) return {};
+        return object.viewPayload(*property.get(), word);
+    }
+
+  private:
+    const ClassObject* type_ = nullptr;
+    ClassLayout::Slot slot_ = ClassLayout::noSlot;
+    bool isEmptyWhenNeverSet_ = false;
+};
+
+}  // namespace nuv::zero::memory
