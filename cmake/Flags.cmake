@@ -16,6 +16,12 @@ target_compile_options(
 target_compile_options(
     modeling_nuv0_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 
+# With several sources in one file (CMAKE_UNITY_BUILD), their file-local types stand in what GCC takes
+# for headers.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(modeling_nuv0_flags INTERFACE -Wno-subobject-linkage)
+endif()
+
 # Sanitizers of clang leave their run-time to the executable.
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     set(MODELING_NUV0_NO_UNDEFINED "")

@@ -5,10 +5,29 @@
 namespace nuv::zero::traversal {
 
 PropertyProvider::PropertyProvider(std::unordered_map<Property, CompositeMatcher> matchers)
-    : matchers_(std::move(matchers)) {}
-PropertyProvider::PropertyProvider(const PropertyProvider& other) = default;
-PropertyProvider& PropertyProvider::operator=(const PropertyProvider& other) = default;
+    : matchers_(std::move(matchers)), ruleIndex_(indexOf(matchers_)) {}
+PropertyProvider::PropertyProvider(const PropertyProvider& other)
+    : matchers_(other.matchers_),
+      ruleIndex_(indexOf(matchers_)),
+      settingsCache_(other.settingsCache_) {}
+PropertyProvider& PropertyProvider::operator=(const PropertyProvider& other) {
+    if (this == &other) return *this;
+    MatchersMap matchers = other.matchers_;
+    RuleIndex ruleIndex = indexOf(matchers);
+    auto settingsCache = other.settingsCache_;
+    // From here on nothing can fail, and the rules stay where the index has them.
+    matchers_.swap(matchers);
+    ruleIndex_ = std::move(ruleIndex);
+    settingsCache_ = std::move(settingsCache);
+    return *this;
+}
 PropertyProvider::~PropertyProvider() = default;
+
+PropertyProvider::RuleIndex PropertyProvider::indexOf(const MatchersMap& matchers) {
+    RuleIndex index;
+    for (const auto& [property, rules] : matchers) index.insert(property, &rules);
+    return index;
+}
 
 std::shared_ptr<std::vector<AssociationSetting>> PropertyProvider::getPropertiesToTraverse(
     const ModelElement& element) {
@@ -29,9 +48,9 @@ const PropertyProvider::Settings& PropertyProvider::lookUp(const Class& type) {
 }
 
 ResultPolicy PropertyProvider::policyOf(const Class& type, const Property& property) const {
-    if (matchers_.empty() || !property) return ResultPolicy::Report;
-    const auto rules = matchers_.find(property);
-    return rules == matchers_.end() ? ResultPolicy::Report : rules->second.getPolicy(type);
+    if (!property) return ResultPolicy::Report;
+    const CompositeMatcher* const* rules = ruleIndex_.find(property);
+    return rules == nullptr ? ResultPolicy::Report : (*rules)->getPolicy(type);
 }
 
 }  // namespace nuv::zero::traversal

@@ -57,10 +57,6 @@ bool ClassObject::hasProperty(const meta::Property& property) const noexcept {
     return property && layout_.slotOf(*property.get()) != ClassLayout::noSlot;
 }
 
-bool ClassObject::isKindOf(const ClassObject& other) const noexcept {
-    return layout_.hasInLineage(other);
-}
-
 std::vector<meta::Class> ClassObject::getSuperclasses() const {
     std::vector<meta::Class> superclasses;
     superclasses.reserve(superclasses_.size());

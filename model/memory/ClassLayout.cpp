@@ -24,6 +24,8 @@ ClassLayout::ClassLayout(const ClassObject& self, const std::vector<ClassObject*
         }
     }
     lineage_.push_back(&self);
+    isChain_ = superclasses.empty() ||
+               (superclasses.size() == 1 && superclasses.front()->layout().isChain_);
     sortedLineage_ = lineage_;
     std::sort(sortedLineage_.begin(), sortedLineage_.end(), std::less<>());
 
@@ -34,10 +36,7 @@ ClassLayout::ClassLayout(const ClassObject& self, const std::vector<ClassObject*
     }
 }
 
-bool ClassLayout::hasInLineage(const ClassObject& other) const noexcept {
-    // Under single inheritance an ancestor stands at the same place in every lineage.
-    const std::size_t place = other.layout().lineage_.size() - 1;
-    if (place < lineage_.size() && lineage_[place] == &other) return true;
+bool ClassLayout::isAmongAncestors(const ClassObject& other) const noexcept {
     return std::binary_search(sortedLineage_.begin(), sortedLineage_.end(), &other, std::less<>());
 }
 

@@ -26,7 +26,7 @@ class ClassLayout {
 
     /// All ancestors, each after its own ancestors, and the class itself last.
     const std::vector<const ClassObject*>& lineage() const noexcept { return lineage_; }
-    bool hasInLineage(const ClassObject& other) const noexcept;
+    inline bool hasInLineage(const ClassObject& other) const noexcept;
 
     Slot slotOf(const PropertyObject& property) const noexcept {
         const Slot hint = property.slotHint_;
@@ -41,9 +41,12 @@ class ClassLayout {
     void giveBackSlot(const PropertyObject& property) noexcept;
 
   private:
+    MODELING_NUV0_MODEL_EXPORT bool isAmongAncestors(const ClassObject& other) const noexcept;
     MODELING_NUV0_MODEL_EXPORT Slot lookUpSlot(const PropertyObject& property) const noexcept;
 
     std::vector<const ClassObject*> lineage_;
+    /// Whether neither the class nor an ancestor has more than one superclass.
+    bool isChain_ = true;
     /// The same, sorted by address, to find in.
     std::vector<const ClassObject*> sortedLineage_;
     std::vector<const PropertyObject*> slotOrder_;

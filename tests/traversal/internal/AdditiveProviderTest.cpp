@@ -5,31 +5,19 @@
 
 #include "tests/support/Failures.h"
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/Predicates.h"
+#include "tests/support/SettingNames.h"
 #include "traversal/internal/PropertyProviders.h"
 
 namespace nuv::zero::traversal::internal {
 namespace {
 
+using test::always;
 using test::ModelBuilder;
+using test::named;
+using test::never;
 using Names = std::vector<std::string>;
 using Mode = CompositeMatcher::VisitMode;
-
-bool always(const Class& /*type*/) {
-    return true;
-}
-bool never(const Class& /*type*/) {
-    return false;
-}
-
-/// Settings as `kids=1`.
-Names named(const std::shared_ptr<std::vector<AssociationSetting>>& settings) {
-    Names names;
-    for (AssociationSetting& setting : *settings) {
-        names.push_back(access::toUtf8(access::nameOf(setting.getProperty())) + "=" +
-                        std::to_string(static_cast<int>(setting.getPolicy())));
-    }
-    return names;
-}
 
 class AdditiveProviderTest : public testing::Test {
   protected:
@@ -182,7 +170,7 @@ TEST_F(AdditiveProviderTest, PredicateThatAsksForTheSameClassDoesNotReplaceTheAn
     EXPECT_EQ(provided->getPropertiesToTraverse(m("A")), inner);
 }
 
-/// A provider that can be copied as its base allows.
+/// A provider that can be copied as its base allows, and asks the rules for policies.
 class CountingProvider : public PropertyProvider {
   public:
     using PropertyProvider::PropertyProvider;
@@ -190,8 +178,8 @@ class CountingProvider : public PropertyProvider {
         ++computed;
         return {};
     }
-    ResultPolicy getResultPolicy(const Class& /*type*/, const Property& /*property*/) override {
-        return ResultPolicy::Report;
+    ResultPolicy getResultPolicy(const Class& type, const Property& property) override {
+        return policyOf(type, property);
     }
     int computed = 0;
 };
@@ -207,6 +195,20 @@ TEST_F(AdditiveProviderTest, CopyOfAProviderSharesTheAnswersComputedSoFar) {
     CountingProvider assigned(rules);
     assigned = original;
     EXPECT_EQ(assigned.getPropertiesToTraverse(m("A")), settings);
+}
+
+TEST_F(AdditiveProviderTest, CopiesAndAssignedProvidersHaveTheirOwnRules) {
+    follow("Node.zeta", always, ResultPolicy::Extended);
+    auto original = std::make_unique<CountingProvider>(rules);
+    const auto copy = std::make_unique<CountingProvider>(*original);
+    CountingProvider assigned({});
+    assigned = *original;
+    assigned = *&assigned;
+    original.reset();
+    const Class& type = access::classOf(m("A"));
+    EXPECT_EQ(copy->getResultPolicy(type, m["Node.zeta"]), ResultPolicy::Extended);
+    EXPECT_EQ(assigned.getResultPolicy(type, m["Node.zeta"]), ResultPolicy::Extended);
+    EXPECT_EQ(assigned.getResultPolicy(type, m["Node.alpha"]), ResultPolicy::Report);
 }
 
 TEST_F(AdditiveProviderTest, SettingsOutliveTheProvider) {
