@@ -47,10 +47,4 @@ const PropertyProvider::Settings& PropertyProvider::lookUp(const Class& type) {
     return *settings;
 }
 
-ResultPolicy PropertyProvider::policyOf(const Class& type, const Property& property) const {
-    if (!property) return ResultPolicy::Report;
-    const CompositeMatcher* const* rules = ruleIndex_.find(property);
-    return rules == nullptr ? ResultPolicy::Report : (*rules)->getPolicy(type);
-}
-
 }  // namespace nuv::zero::traversal

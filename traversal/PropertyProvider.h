@@ -48,7 +48,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
   protected:
     const MatchersMap& matchers() const noexcept { return matchers_; }
     /// The policy that the rules of a property give a class; `Report` without rules.
-    ResultPolicy policyOf(const Class& type, const Property& property) const;
+    ResultPolicy policyOf(const Class& type, const Property& property) const {
+        const CompositeMatcher* const* rules = property ? ruleIndex_.find(property) : nullptr;
+        return rules == nullptr ? ResultPolicy::Report : (*rules)->getPolicy(type);
+    }
 
   private:
     /// Finds the rules of a property faster than the map that holds them: every link asks.

@@ -13,8 +13,10 @@ bool TypeObject::conformsTo(const meta::Type& other) const noexcept {
     if (!other) return false;
     if (other.get() == this) return true;
     if (!isClass() || !other->isClass()) return false;
+    const auto& declared = static_cast<const ClassObject&>(*other.get());
+    if (static_cast<const ClassObject*>(this)->isKindOf(declared)) return true;
     const StandardMetamodel& standard = StandardMetamodel::instance();
-    return canStandFor(*other.get()) || other.get() == &standard.classOfClasses();
+    return &declared == &standard.classOfElements() || &declared == &standard.classOfClasses();
 }
 
 bool TypeObject::canStandFor(const TypeObject& declared) const noexcept {

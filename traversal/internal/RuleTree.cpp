@@ -57,12 +57,4 @@ void RuleTree::setPolicy(const Class& owner, ResultPolicy policy) {
     if (place.found != none) nodes_[place.found].rule.policy = policy;
 }
 
-const RuleTree::Rule* RuleTree::firstAccepting(const Class& type) const {
-    for (Index index = first_; index != none; index = nodes_[index].next) {
-        const Rule& rule = nodes_[index].rule;
-        if (rule.predicate(type)) return &rule;
-    }
-    return nullptr;
-}
-
 }  // namespace nuv::zero::traversal::internal

@@ -30,7 +30,13 @@ class RuleTree {
     void setPolicy(const Class& owner, ResultPolicy policy);
 
     /// The first rule in order whose predicate accepts the class; null where none does.
-    const Rule* firstAccepting(const Class& type) const;
+    const Rule* firstAccepting(const Class& type) const {
+        for (Index index = first_; index != none; index = nodes_[index].next) {
+            const Rule& rule = nodes_[index].rule;
+            if (rule.predicate(type)) return &rule;
+        }
+        return nullptr;
+    }
 
   private:
     using Index = std::uint32_t;
