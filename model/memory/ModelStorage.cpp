@@ -65,7 +65,8 @@ std::byte* ModelStorage::placeFor(std::size_t bytes) {
     if (chunks_.empty() || chunks_.back().capacity - chunks_.back().used < bytes) {
         const std::size_t grown = chunks_.empty() ? smallestChunk : 2 * chunks_.back().capacity;
         const std::size_t capacity = std::max(bytes, std::min(grown, largestChunk));
-        chunks_.push_back({std::make_unique_for_overwrite<std::byte[]>(capacity), 0, capacity});
+        // Not filled with zeros, as make_unique would do.
+        chunks_.push_back({std::unique_ptr<std::byte[]>(new std::byte[capacity]), 0, capacity});
     }
     Chunk& chunk = chunks_.back();
     std::byte* place = chunk.memory.get() + chunk.used;

@@ -14,8 +14,10 @@ class PropertyReader {
     PropertyReader() noexcept = default;
     PropertyReader(const meta::Class& type, const meta::Property& property) noexcept {
         if (!type || !property) return;
+        slot_ = type.get()->layout().slotOf(*property.get());
+        // A class that lacks the property may still inherit it one day.
+        if (slot_ == ClassLayout::noSlot) return;
         type_ = type.get();
-        slot_ = type_->layout().slotOf(*property.get());
         isEmptyWhenNeverSet_ = property.get()->isEmptyWhenNeverSet();
     }
 

@@ -8,26 +8,37 @@ namespace {
 
 constexpr long withoutLimit = -1;
 thread_local long allocationsLeft = withoutLimit;
+thread_local bool failsOnce = false;
+thread_local long live = 0;
 
 }  // namespace
 
 void* operator new(std::size_t size) {
-    if (allocationsLeft == 0) throw std::bad_alloc();
+    if (allocationsLeft == 0) {
+        if (failsOnce) allocationsLeft = withoutLimit;
+        throw std::bad_alloc();
+    }
     if (allocationsLeft > 0) --allocationsLeft;
-    if (void* memory = std::malloc(size)) return memory;
+    if (void* memory = std::malloc(size)) {
+        ++live;
+        return memory;
+    }
     throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept {
+    if (memory == nullptr) return;
+    --live;
     std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
 
-namespace nuv::zero::test {
+namespace {
 
-bool succeedsWith(long allowed, const std::function<void()>& call) {
+bool succeeds(long allowed, bool once, const std::function<void()>& call) {
     allocationsLeft = allowed;
+    failsOnce = once;
     try {
         call();
     } catch (const std::bad_alloc&) {
@@ -36,6 +47,20 @@ bool succeedsWith(long allowed, const std::function<void()>& call) {
     }
     allocationsLeft = withoutLimit;
     return true;
+}
+
+}  // namespace
+
+namespace nuv::zero::test {
+
+bool succeedsWith(long allowed, const std::function<void()>& call) {
+    return succeeds(allowed, false, call);
+}
+bool succeedsWithout(long allowed, const std::function<void()>& call) {
+    return succeeds(allowed, true, call);
+}
+long liveAllocations() {
+    return live;
 }
 
 }  // namespace nuv::zero::test

@@ -9,4 +9,10 @@ namespace nuv::zero::test {
 /// as the source of this header does.
 bool succeedsWith(long allowed, const std::function<void()>& call);
 
+/// The same where the one allocation after the first `allowed` ones fails and later ones do not.
+bool succeedsWithout(long allowed, const std::function<void()>& call);
+
+/// Allocations of this thread that have not been freed.
+long liveAllocations();
+
 }  // namespace nuv::zero::test

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <variant>
@@ -12,6 +13,7 @@
 #include "model/memory/Pins.h"
 #include "tests/model/Blocks.h"
 #include "tests/model/FailingAllocations.h"
+#include "tests/support/Points.h"
 
 namespace nuv::zero::test {
 namespace {
@@ -128,6 +130,7 @@ const std::vector<Operation>& operations() {
 }
 
 TEST(ModelAllocationFailureTest, EveryOperationChangesNothingThenAndCanBeRepeated) {
+    long points = 0;
     for (const Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
         World untouched;
@@ -135,19 +138,51 @@ TEST(ModelAllocationFailureTest, EveryOperationChangesNothingThenAndCanBeRepeate
         operation.run(untouched);
         const std::string after = untouched.state();
 
-        long allowed = 0;
-        for (bool succeeded = false; !succeeded; ++allowed) {
-            SCOPED_TRACE(allowed);
-            ASSERT_LT(allowed, 1000);
-            World world;
-            succeeded = succeedsWith(allowed, [&] { operation.run(world); });
-            if (!succeeded) {
-                EXPECT_EQ(world.state(), before);
-                operation.run(world);
+        // With no memory left at all, and with too little for one request only.
+        for (const auto& runs : {succeedsWith, succeedsWithout}) {
+            long allowed = 0;
+            for (bool succeeded = false; !succeeded; ++allowed) {
+                SCOPED_TRACE(allowed);
+                ASSERT_LT(allowed, 1000);
+                const long live = liveAllocations();
+                {
+                    World world;
+                    succeeded = runs(allowed, [&] { operation.run(world); });
+                    if (!succeeded) {
+                        ++points;
+                        EXPECT_EQ(world.state(), before);
+                        operation.run(world);
+                    }
+                    EXPECT_EQ(world.state(), after);
+                }
+                EXPECT_EQ(liveAllocations(), live) << "leaked";
             }
-            EXPECT_EQ(world.state(), after);
         }
     }
+    recordPoints(points, "failing allocations in operations on models and metamodels");
+}
+
+TEST(ModelAllocationFailureTest, AWholeModelThatIsNotFinishedLeaksNothing) {
+    const std::string expected = World().state();
+    long points = 0;
+    for (const auto& runs : {succeedsWith, succeedsWithout}) {
+        long allowed = 0;
+        for (bool succeeded = false; !succeeded; ++allowed) {
+            ASSERT_LT(allowed, 10'000);
+            const long live = liveAllocations();
+            {
+                std::unique_ptr<World> world;
+                succeeded = runs(allowed, [&] { world = std::make_unique<World>(); });
+                EXPECT_EQ(world != nullptr, succeeded);
+                if (succeeded) {
+                    EXPECT_EQ(world->state(), expected);
+                }
+            }
+            EXPECT_EQ(liveAllocations(), live) << "leaked at " << allowed;
+        }
+        points += allowed - 1;
+    }
+    recordPoints(points, "failing allocations in building whole models");
 }
 
 TEST(PinsAllocationFailureTest, PinsNothingThen) {
@@ -163,13 +198,25 @@ TEST(PinsAllocationFailureTest, PinsNothingThen) {
 TEST(ReadAllocationFailureTest, ReadingNeverChangesAnything) {
     const World world;
     const std::string before = world.state();
+    long points = 0;
     for (const meta::Property& property : world.m.block->getAllClassProperties()) {
         bool succeeded = false;
         for (long allowed = 0; !succeeded; ++allowed) {
-            succeeded = succeedsWith(allowed, [&] { access::read(world.b1, property); });
+            const long live = liveAllocations();
+            succeeded = succeedsWith(allowed, [&] {
+                const Value value = access::read(world.b1, property);
+                if (value.getMeta().isMany() && property->getType()->isClass()) {
+                    access::toElements(value);
+                } else if (property == world.m.name) {
+                    access::toString(value);
+                }
+            });
+            if (!succeeded) ++points;
+            EXPECT_EQ(liveAllocations(), live) << "leaked";
             EXPECT_EQ(world.state(), before);
         }
     }
+    recordPoints(points, "failing allocations in reading values");
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-#include <pthread.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,26 +8,12 @@
 #include "model/memory/Pins.h"
 #include "model/memory/Storage.h"
 #include "tests/model/Blocks.h"
+#include "tests/support/SmallStack.h"
 
 namespace nuv::zero::test {
 namespace {
 
 using memory::Model;
-
-/// Runs a call on a thread whose stack holds a few hundred frames and no more.
-void onSmallStack(std::function<void()> call) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-    pthread_t thread;
-    const auto run = [](void* argument) -> void* {
-        (*static_cast<std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &call), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-}
 
 /// Destroyed when its last user lets go, which is what the tests below watch.
 class WatchedStorage final : public memory::Storage {
@@ -69,19 +53,18 @@ TEST(ModelLifetimeTest, TwoModelsThatReferToEachOtherLeakNothing) {
     EXPECT_FALSE(elementOf(unreachable, m.boss)) << "its model is gone";
 }
 
-TEST(ModelLifetimeTest, AChainOfFiveMillionElementsIsDestroyedWithoutRecursion) {
-    constexpr int length = 5'000'000;
+TEST(ModelLifetimeTest, AChainOfMillionsOfElementsIsDestroyedWithoutRecursion) {
     const Blocks m;
     onSmallStack([&m] {
         Model model;
         ModelElement top = model.create(m.block);
         ModelElement bottom = top;
-        for (int i = 1; i < length; ++i) {
+        for (int i = 1; i < deepModelSize; ++i) {
             ModelElement next = model.create(m.block);
             model.set(bottom, m.boss, next);
             bottom = std::move(next);
         }
-        EXPECT_EQ(model.size(), static_cast<std::size_t>(length));
+        EXPECT_EQ(model.size(), static_cast<std::size_t>(deepModelSize));
     });
 }
 

@@ -21,8 +21,8 @@ std::string placeName(int place) {
 /// Both sides, driven in step.
 class Comparison {
   public:
-    explicit Comparison(Choices& choices)
-        : choices_(choices), world_(makeWorld(choices)), kind_(static_cast<Kind>(choices.upTo(2))) {
+    Comparison(Choices& world, Choices& script)
+        : choices_(script), world_(makeWorld(world)), kind_(static_cast<Kind>(script.upTo(2))) {
         engine_ = makeEngineSide(world_, kind_);
         oracle_ = makeOracleSide(world_, kind_);
     }
@@ -39,7 +39,12 @@ class Comparison {
         const int steps = isLong ? choices_.between(60, 200) : choices_.between(5, 60);
         pruneChance_ = isLong ? 8 : 30;
         for (int step = 0; step < steps && agrees() && !choices_.exhausted(); ++step) act();
+        if (choices_.percent(50)) {
+            both("builder and results are given up", [](Side& side) { side.releaseResults(); });
+        }
         for (int place = 0; place < places; ++place) finish(place);
+        for (int place = 0; place < places; ++place) drop(place);
+        both("held links", [](Side& side) { side.writeHeld(); });
         return {agrees() ? "" : failure(), log_};
     }
 
@@ -83,12 +88,15 @@ class Comparison {
     }
 
     static void writePosition(Side& side, int place) {
-        if (!side.exists(place)) {
-            side.recorder.write("no walk");
-        } else {
-            side.recorder.write((side.isAtEnd(place) ? "at the end, " : "on ") +
-                                describe(side.current(place)));
+        if (!side.exists(place)) return side.recorder.write("no walk");
+        std::string line =
+            (side.isAtEnd(place) ? "at the end, " : "on ") + describe(side.current(place));
+        for (int other = 0; other < places; ++other) {
+            if (other == place || !side.exists(other)) continue;
+            if (side.equal(place, other)) line += ", equals " + placeName(other);
+            if (side.equal(other, place)) line += ", " + placeName(other) + " equals it";
         }
+        side.recorder.write(line);
     }
 
     void addRule() {
@@ -147,6 +155,11 @@ class Comparison {
         onWalk(place, "advance", [&](Side& side) { side.advance(place); });
     }
 
+    void drop(int place) {
+        if (!exists(place)) return;
+        onWalk(place, "dropped", [&](Side& side) { side.drop(place); });
+    }
+
     bool exists(int place) const { return oracle_->exists(place); }
 
     /// One random step of the script.
@@ -184,16 +197,20 @@ class Comparison {
         }
     }
 
-    /// Compares, copies or assigns between walks.
+    /// Compares, copies or assigns between walks, drops one, or keeps its link.
     void relate(int place) {
         const int other = choices_.index(places);
-        const int relation = choices_.upTo(3);
+        const int relation = choices_.upTo(6);
         if (relation == 0) {
             onWalk(other, "copy of " + placeName(place),
                    [&](Side& side) { side.copy(other, place); });
         } else if (relation == 1 && exists(other)) {
             onWalk(other, "assigned from " + placeName(place),
                    [&](Side& side) { side.assign(other, place); });
+        } else if (relation == 2) {
+            drop(place);
+        } else if (relation == 3 || relation == 4) {
+            onWalk(place, "link held", [&](Side& side) { side.hold(place); });
         } else if (exists(other)) {
             both(placeName(place) + " == " + placeName(other), [&](Side& side) {
                 side.recorder.write(side.equal(place, other) ? "equal" : "unequal");
@@ -261,7 +278,11 @@ class Comparison {
 }  // namespace
 
 Outcome compareOnce(Choices& choices) {
-    return Comparison(choices).run();
+    return compareOnce(choices, choices);
+}
+
+Outcome compareOnce(Choices& world, Choices& script) {
+    return Comparison(world, script).run();
 }
 
 }  // namespace nuv::zero::oracle

@@ -19,5 +19,8 @@ struct Outcome {
 /// the engine and on the oracle, and compares what can be observed after every step: events,
 /// predicate and filter calls, exceptions, links, ends and equality of walks.
 Outcome compareOnce(Choices& choices);
+/// The same with choices of their own for metamodel, model and callbacks, so that a fuzzer can
+/// change one part and keep the other.
+Outcome compareOnce(Choices& world, Choices& script);
 
 }  // namespace nuv::zero::oracle

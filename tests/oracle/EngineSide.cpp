@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <utility>
 #include <variant>
 
@@ -145,6 +146,19 @@ class EngineSide : public Side {
     }
     void pruneSiblings(int place) override { walks_.at(place)->pruneSiblings(); }
 
+    void hold(int place) override { held_.push_back(walks_.at(place)->getCurrent()); }
+    void writeHeld() override {
+        for (const Link& link : held_) {
+            const std::optional<Link> opposite = link.getOpposite();
+            recorder.write(describe(model_.stepOf(link)) + ", opposite " +
+                           (opposite ? describe(model_.stepOf(*opposite)) : "none"));
+        }
+    }
+    void releaseResults() override {
+        std::visit([](auto& builder) { builder.reset(); }, builder_);
+        results_.clear();
+    }
+
     bool exists(int place) const override { return walks_.count(place) != 0; }
     bool isAtEnd(int place) const override { return *walks_.at(place) == IterationContext(); }
     Step current(int place) const override { return model_.stepOf(walks_.at(place)->getCurrent()); }
@@ -202,6 +216,7 @@ class EngineSide : public Side {
     std::deque<Observer> observers_;
     std::vector<std::shared_ptr<TraversalResult>> results_;
     std::map<int, std::unique_ptr<IterationContext>> walks_;
+    std::vector<Link> held_;
 };
 
 }  // namespace

@@ -71,6 +71,21 @@ class OracleSide : public Side {
     }
     void pruneSiblings(int place) override { walks_.at(place).pruneSiblings(); }
 
+    void hold(int place) override { held_.push_back(current(place)); }
+    void writeHeld() override {
+        for (const Step& link : held_) {
+            const int opposite =
+                link.property == none
+                    ? none
+                    : world_.properties[static_cast<std::size_t>(link.property)].opposite;
+            recorder.write(describe(link) + ", opposite " +
+                           (opposite == none
+                                ? "none"
+                                : describe(Step{link.target, opposite, link.source, true})));
+        }
+    }
+    void releaseResults() override { results_.clear(); }
+
     bool exists(int place) const override { return walks_.count(place) != 0; }
     bool isAtEnd(int place) const override { return walks_.at(place).current().isEmpty(); }
     Step current(int place) const override { return walks_.at(place).current(); }
@@ -87,6 +102,7 @@ class OracleSide : public Side {
     Rules rules_;
     std::vector<std::shared_ptr<Result>> results_;
     std::map<int, Walk> walks_;
+    std::vector<Step> held_;
 };
 
 }  // namespace

@@ -60,6 +60,11 @@ TEST(OracleTest, RandomCasesShowEveryKindOfObservationOften) {
         {"prune siblings", 200},
         {"copy of walk", 100},
         {"assigned from", 50},
+        {"dropped", 500},
+        {"link held", 50},
+        {", opposite cascade", 10},
+        {"given up", 100},
+        {", equals walk", 100},
         {"    equal", 20},
         {"unequal", 50},
     };

@@ -15,20 +15,20 @@ void Recorder::called(const std::string& line) {
 }
 
 bool Recorder::predicate(int predicate, int type) {
-    using Kind = PredicateDefinition::Kind;
+    using Wanted = PredicateDefinition::Kind;
     const auto index = static_cast<std::size_t>(predicate);
     const PredicateDefinition& definition = world_->predicates[index];
-    if (definition.kind == Kind::Empty) throw std::bad_function_call();
+    if (definition.kind == Wanted::Empty) throw std::bad_function_call();
     const bool isEvenCall = calls_[index]++ % 2 == 0;
     called("predicate " + std::to_string(predicate) + " asked about " + className(type));
     switch (definition.kind) {
-        case Kind::All:
+        case Wanted::All:
             return true;
-        case Kind::KindOf:
+        case Wanted::KindOf:
             return world_->isKindOf(type, definition.operand);
-        case Kind::Exactly:
+        case Wanted::Exactly:
             return type == definition.operand;
-        case Kind::Alternating:
+        case Wanted::Alternating:
             return isEvenCall;
         default:
             return false;
@@ -36,20 +36,20 @@ bool Recorder::predicate(int predicate, int type) {
 }
 
 int Recorder::filter(int filter, const Step& link) {
-    using Kind = FilterDefinition::Kind;
+    using Wanted = FilterDefinition::Kind;
     const FilterDefinition& definition = world_->filters[static_cast<std::size_t>(filter)];
-    if (definition.kind == Kind::Empty) throw std::bad_function_call();
+    if (definition.kind == Wanted::Empty) throw std::bad_function_call();
     called("filter " + std::to_string(filter) + " asked about " + describe(link));
     switch (definition.kind) {
-        case Kind::Veto:
+        case Wanted::Veto:
             return 0;
-        case Kind::Three:
+        case Wanted::Three:
             return 3;
-        case Kind::NoPseudo:
+        case Wanted::NoPseudo:
             return link.property == none ? 0 : 1;
-        case Kind::OnlyProperty:
+        case Wanted::OnlyProperty:
             return link.property == definition.operand ? 1 : 0;
-        case Kind::NotElement:
+        case Wanted::NotElement:
             return link.target == definition.operand ? 0 : 1;
         default:
             return 1;

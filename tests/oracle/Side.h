@@ -40,6 +40,13 @@ class Side {
     virtual void pruneChildren(int place, int property) = 0;
     virtual void pruneSiblings(int place) = 0;
 
+    /// Keeps a copy of the link that a walk stands on, for `writeHeld`.
+    virtual void hold(int place) = 0;
+    /// What the held links say of themselves; they may outlive everything that they came from.
+    virtual void writeHeld() = 0;
+    /// Gives up builder and results. Walks go on without them.
+    virtual void releaseResults() = 0;
+
     virtual bool exists(int place) const = 0;
     virtual bool isAtEnd(int place) const = 0;
     virtual Step current(int place) const = 0;

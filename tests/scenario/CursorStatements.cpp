@@ -30,7 +30,7 @@ void copyCursor(Workspace& workspace, Arguments& arguments) {
     }
 }
 
-void pruneAll(Workspace& workspace, Arguments& arguments) {
+void pruneAllOfCursor(Workspace& workspace, Arguments& arguments) {
     if (auto* const cursor = nextCursor(workspace, arguments)) cursor->pruneAllChildren();
 }
 
@@ -77,7 +77,7 @@ void showReportedSelf(Workspace& workspace, Arguments& arguments) {
 void addCursorStatements(StatementTable& table) {
     table["cursor"] = {4, 4, declareCursor};
     table["copycursor"] = {2, 2, copyCursor};
-    table["cursorPruneAll"] = {1, 1, pruneAll};
+    table["cursorPruneAll"] = {1, 1, pruneAllOfCursor};
     table["cursorPruneCurrent"] = {1, 1, pruneCurrent};
     table["cursorPruneProperty"] = {2, 2, pruneProperty};
     table["setReportedSelf"] = {1, 1, setReportedSelf};

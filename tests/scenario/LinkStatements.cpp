@@ -62,7 +62,7 @@ void compareLinkHashes(Workspace& workspace, Arguments& arguments) {
     printAnswer(workspace, "eq", LinkHasher()(one) == LinkHasher()(other));
 }
 
-void showEmptiness(Workspace& workspace, Arguments& arguments) {
+void showLinkEmptiness(Workspace& workspace, Arguments& arguments) {
     printAnswer(workspace, "empty", !workspace.nextLink(arguments));
 }
 
@@ -84,7 +84,7 @@ void addLinkStatements(StatementTable& table) {
     table["showLink"] = {1, 1, showLink};
     table["linkEq"] = {2, 2, compareLinks};
     table["linkHashEq"] = {2, 2, compareLinkHashes};
-    table["linkEmpty"] = {1, 1, showEmptiness};
+    table["linkEmpty"] = {1, 1, showLinkEmptiness};
     table["linkOpposite"] = {1, 1, showOpposite};
 }
 

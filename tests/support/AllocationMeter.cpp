@@ -11,9 +11,10 @@ long totalCount = 0;
 long liveCount = 0;
 long untilFailure = 0;
 bool failed = false;
+bool exempt = false;
 
 void* allocate(std::size_t size, std::size_t alignment) noexcept {
-    if (untilFailure > 0 && --untilFailure == 0) {
+    if (!exempt && untilFailure > 0 && --untilFailure == 0) {
         failed = true;
         return nullptr;
     }
@@ -57,6 +58,13 @@ void AllocationMeter::failAt(long allocation) {
 }
 bool AllocationMeter::hasFailed() {
     return failed;
+}
+
+AllocationMeter::Exempt::Exempt() : before_(exempt) {
+    exempt = true;
+}
+AllocationMeter::Exempt::~Exempt() {
+    exempt = before_;
 }
 
 }  // namespace nuv::zero::test

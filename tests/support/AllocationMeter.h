@@ -13,6 +13,19 @@ struct AllocationMeter {
     static void failAt(long allocation);
     /// Whether the failure that was asked for last has happened.
     static bool hasFailed();
+
+    /// Allocations of its scope neither fail nor count towards the one that does: those of a test's
+    /// own callbacks and notes.
+    class Exempt {
+      public:
+        Exempt();
+        Exempt(const Exempt&) = delete;
+        Exempt& operator=(const Exempt&) = delete;
+        ~Exempt();
+
+      private:
+        bool before_;
+    };
 };
 
 }  // namespace nuv::zero::test

@@ -4,6 +4,9 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <set>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -20,15 +23,21 @@ class PlainWalk {
   public:
     using Link = traversal::Link;
     using Filter = std::function<traversal::ResultPolicy(Link)>;
+    using Mode = traversal::UniquenessMode;
 
-    /// REQUIRES: provider and observer outlive the walk.
-    PlainWalk(traversal::PropertyProvider& provider, traversal::TraversalProcessor* observer,
-              std::vector<ModelElement> inputs, std::vector<Filter> filters, traversal::Algo order)
+    /// `mayFail` is called wherever a walk has to remember something, which is where memory may
+    /// run out. REQUIRES: provider and observer outlive the walk.
+    PlainWalk(
+        traversal::PropertyProvider& provider, traversal::TraversalProcessor* observer,
+        std::vector<ModelElement> inputs, std::vector<Filter> filters, traversal::Algo order,
+        Mode uniqueness = Mode::NoUniqueness, std::function<void()> mayFail = [] {})
         : provider_(provider),
           observer_(observer),
           inputs_(std::move(inputs)),
           filters_(std::move(filters)),
-          order_(order) {}
+          order_(order),
+          uniqueness_(uniqueness),
+          mayFail_(std::move(mayFail)) {}
 
     const Link& getCurrent() const { return current_; }
     bool atEnd() const { return ended_; }
@@ -40,6 +49,28 @@ class PlainWalk {
         }
     }
 
+    void pruneAllChildren() {
+        mayFail_();
+        if (Cursor* cursor = unfinished(current_.getTarget())) {
+            cursor->finished = true;
+            cursor->propertyIndex = cursor->settings->size();
+        }
+    }
+    void pruneChildren(const meta::Property& property) {
+        mayFail_();
+        Cursor* cursor = unfinished(current_.getTarget());
+        if (cursor == nullptr) return;
+        if (cursor->propertyIndex < cursor->settings->size() && propertyOf(*cursor) == property) {
+            pruneCurrentProperty(*cursor);
+        } else {
+            cursor->pruned.insert(property.get());
+        }
+    }
+    void pruneSiblings() {
+        mayFail_();
+        if (Cursor* cursor = unfinished(current_.getSource())) pruneCurrentProperty(*cursor);
+    }
+
   private:
     struct Cursor {
         ModelElement element;
@@ -48,7 +79,9 @@ class PlainWalk {
         std::size_t propertyIndex = 0;
         std::vector<ModelElement> values;
         std::size_t valueIndex = beforeFirst;
+        std::set<const void*> pruned;
     };
+    using LinkKey = std::tuple<const void*, const void*, const void*>;
     static constexpr std::size_t beforeFirst = static_cast<std::size_t>(-1);
 
     bool isBreadthFirst() const { return order_ == traversal::Algo::BreadthFirst; }
@@ -57,7 +90,20 @@ class PlainWalk {
     void pop() { isBreadthFirst() ? frontier_.pop_front() : frontier_.pop_back(); }
     bool isEntered(const ModelElement& element) const { return cursors_.count(element.get()) != 0; }
 
+    Cursor* unfinished(const ModelElement& element) {
+        const auto found = cursors_.find(element.get());
+        return found == cursors_.end() || found->second.finished ? nullptr : &found->second;
+    }
+    static void pruneCurrentProperty(Cursor& cursor) {
+        if (cursor.started) {
+            cursor.valueIndex = cursor.values.size();
+        } else if (cursor.propertyIndex < cursor.settings->size()) {
+            ++cursor.propertyIndex;
+        }
+    }
+
     Cursor& enter(const Link& link) {
+        mayFail_();
         Cursor cursor;
         cursor.element = link.getTarget();
         cursor.settings = provider_.getPropertiesToTraverse(link.getTarget());
@@ -74,6 +120,7 @@ class PlainWalk {
         currentInput_ = inputs_[nextInput_];
         ++nextInput_;
         if (observer_ != nullptr) observer_->onEnterInputElement(currentInput_);
+        mayFail_();
         frontier_.emplace_back(ModelElement(), currentInput_, meta::Property());
         return true;
     }
@@ -87,6 +134,7 @@ class PlainWalk {
         }
         if (!isEntered(link.getTarget())) enter(link);
         Cursor& cursor = cursors_.at(link.getTarget().get());
+        if (!cursor.started) mayFail_();
         if (selfComesFirst() && !cursor.reportedSelf) {
             cursor.reportedSelf = true;
             if (tryReport(link)) return true;
@@ -96,6 +144,7 @@ class PlainWalk {
             if (!child) continue;
             if (isEntered(child.getTarget())) {
                 child.setNoCascade();
+                mayFail_();
                 frontier_.push_back(child);
                 if (!isBreadthFirst()) return false;
                 continue;
@@ -122,11 +171,35 @@ class PlainWalk {
                 ResultPolicy::WalkOnly) {
             return false;
         }
+        if (isRepeat(link)) return false;
         for (const Filter& filter : filters_) {
             if (filter(link) == ResultPolicy::WalkOnly) return false;
         }
         current_ = link;
         return true;
+    }
+
+    /// Remembers the link by the way.
+    bool isRepeat(const Link& link) {
+        switch (uniqueness_) {
+            case Mode::UniqueElements:
+                mayFail_();
+                return !seenElements_.insert(link.getTarget().get()).second;
+            case Mode::UniqueLinks: {
+                mayFail_();
+                if (!seenLinks_.insert(keyOf(link)).second) return true;
+                const std::optional<Link> opposite = link.getOpposite();
+                if (!opposite) return false;
+                mayFail_();
+                return !seenLinks_.insert(keyOf(*opposite)).second;
+            }
+            case Mode::NoUniqueness:
+                break;
+        }
+        return false;
+    }
+    static LinkKey keyOf(const Link& link) {
+        return {link.getSource().get(), link.getTarget().get(), link.getProperty().get()};
     }
 
     static meta::Property propertyOf(Cursor& cursor) {
@@ -158,7 +231,10 @@ class PlainWalk {
             }
             const meta::Property property = propertyOf(cursor);
             if (observer_ != nullptr) observer_->onEnterProperty(cursor.element, property);
-            cursor.values = elementsIn(cursor.element, property);
+            if (cursor.pruned.count(property.get()) == 0) {
+                mayFail_();
+                cursor.values = elementsIn(cursor.element, property);
+            }
             if (!cursor.values.empty()) {
                 cursor.valueIndex = beforeFirst;
                 return;
@@ -181,8 +257,12 @@ class PlainWalk {
     std::vector<ModelElement> inputs_;
     std::vector<Filter> filters_;
     traversal::Algo order_;
+    Mode uniqueness_;
+    std::function<void()> mayFail_;
     std::deque<Link> frontier_;
     std::map<const void*, Cursor> cursors_;
+    std::set<const void*> seenElements_;
+    std::set<LinkKey> seenLinks_;
     std::size_t nextInput_ = 0;
     Link current_;
     ModelElement currentInput_;

@@ -6,19 +6,15 @@
 #include <utility>
 
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/Predicates.h"
 
 namespace nuv::zero::traversal {
 namespace {
 
+using test::always;
+using test::never;
 using Mode = CompositeMatcher::VisitMode;
 using Answer = std::pair<bool, ResultPolicy>;
-
-bool always(const Class& /*type*/) {
-    return true;
-}
-bool never(const Class& /*type*/) {
-    return false;
-}
 
 class CompositeMatcherTest : public testing::Test {
   protected:

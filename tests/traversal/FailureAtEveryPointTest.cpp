@@ -1,51 +1,32 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include "tests/support/CyclicModel.h"
 #include "tests/support/Failures.h"
-#include "tests/support/ModelBuilder.h"
 #include "tests/support/PlainWalk.h"
+#include "tests/support/Points.h"
 #include "tests/support/WalkLog.h"
-#include "traversal/internal/PropertyProviders.h"
 
 /// A predicate, a filter or an observer fails at one of its calls, or a value cannot be read; for
 /// each call and value of a small walk with cycles, in each kind and order. The rest of the walk,
-/// events included, has to be that of the plainly written walk that fails at the same point.
+/// events included, has to be that of the plainly written walk that fails at the same point, and so
+/// has the rest of a copy that is made after the failure and takes the walk's place.
 namespace nuv::zero::traversal {
 namespace {
 
-using internal::Candidates;
 using test::elementsIn;
 using test::FailurePlan;
+using test::Kind;
 using test::Lines;
 using test::ModelBuilder;
 using test::PlainWalk;
 using test::PlannedFailure;
 using test::text;
-using Rules = std::unordered_map<Property, CompositeMatcher>;
-using Mode = CompositeMatcher::VisitMode;
-
-enum class Kind { Additive, Composition, Subtractive };
-std::string nameOf(Kind kind) {
-    switch (kind) {
-        case Kind::Additive:
-            return "Additive";
-        case Kind::Composition:
-            return "Composition";
-        case Kind::Subtractive:
-            break;
-    }
-    return "Subtractive";
-}
-
-constexpr auto metamodelText =
-    "Node; Leaf < Node; Node.x => Node *; Node.y -> Node *; Node.boss -> Node; Leaf.z => Leaf *";
-constexpr auto modelText =
-    "L : Leaf; M : Leaf; A.x = B C L; A.y = D B; A.boss = A; B.x = C D; B.boss = A; C.y = A E; "
-    "E.x = F; L.z = M L; L.y = A; M.boss = G; G.x = A; H.x = I; H.y = B";
 
 /// One side by side run: the same rules, filters and observer, each side with a plan of its own.
 class Side {
@@ -57,10 +38,12 @@ class Side {
     Lines lines;
 
   protected:
-    std::function<bool(const Class&)> failing(bool answer) {
-        return [this, answer](const Class&) {
-            plan_.call("predicate");
-            return answer;
+    test::Predicates failing() {
+        return [this](bool answer) {
+            return [this, answer](const Class&) {
+                plan_.call("predicate");
+                return answer;
+            };
         };
     }
     std::function<ResultPolicy(Link)> filter() {
@@ -94,9 +77,10 @@ class Side {
     Observer observer_{*this};
 };
 
-/// Steps to the end; every failure is a line, and leaves the current link as it was.
-template <class Walk>
-void stepToTheEnd(Walk& walk, Lines& lines) {
+/// Steps to the end; every failure is a line, and leaves the current link as it was. What `onward`
+/// does after a failure must not show.
+template <class Walk, class Onward>
+void stepToTheEnd(Walk& walk, Lines& lines, Onward&& onward) {
     for (int steps = 0; steps < 1000; ++steps) {
         const Link before = walk.getCurrent();
         try {
@@ -104,10 +88,12 @@ void stepToTheEnd(Walk& walk, Lines& lines) {
         } catch (const PlannedFailure& failure) {
             lines.push_back(std::string("failed ") + failure.what());
             EXPECT_TRUE(walk.getCurrent() == before) << "a failed step moved the walk";
+            onward();
             continue;
         } catch (const CannotCastIncompatibleTypes&) {
             lines.emplace_back("unreadable");
             EXPECT_TRUE(walk.getCurrent() == before) << "a failed step moved the walk";
+            onward();
             continue;
         }
         lines.push_back(text(walk.getCurrent()));
@@ -118,81 +104,44 @@ void stepToTheEnd(Walk& walk, Lines& lines) {
 
 class EngineSide : public Side {
   public:
-    using Side::Side;
+    EngineSide(const ModelBuilder& m, Kind kind, Algo order, const FailurePlan& plan,
+               bool copied = false)
+        : Side(m, kind, order, plan), copied_(copied) {}
     void run() {
-        auto result = traversal();
+        auto result = test::cyclicResult(m_, kind_, order_, inputs(), failing());
         ResultSetup(result).observe(&observer_).filter(filter());
         TraversalResult::IterationContext walk(result);
         lines.push_back(text(walk.getCurrent()));
-        stepToTheEnd(walk, lines);
+        stepToTheEnd(walk, lines, [&walk, this] {
+            if (!copied_) return;
+            const TraversalResult::IterationContext copy(walk);
+            EXPECT_TRUE(copy == walk);
+            walk = TraversalResult::IterationContext();
+            walk = copy;
+        });
         ResultSetup(result).observe(nullptr);
     }
 
   private:
-    std::shared_ptr<TraversalResult> traversal() {
-        std::vector<ModelElement> all = inputs();
-        switch (kind_) {
-            case Kind::Additive:
-                return Spec::additiveTraversal()
-                    ->traverse(m_["Node.y"], failing(true), ResultPolicy::Report)
-                    ->traverse(m_["Node.x"], failing(true), ResultPolicy::Report)
-                    ->traverse(m_["Leaf.z"], failing(true), ResultPolicy::Extended)
-                    ->traverse(m_["Node.boss"], failing(true), ResultPolicy::WalkOnly)
-                    ->run(all, order_);
-            case Kind::Composition:
-                return Spec::compositionTraversal()
-                    ->prune(m_["Node.x"], failing(false))
-                    ->prune(m_["Leaf.z"], failing(false))
-                    ->run(all, order_);
-            case Kind::Subtractive:
-                break;
-        }
-        return Spec::subtractiveTraversal()
-            ->prune(m_["Node.x"], failing(false))
-            ->prune(m_["Node.boss"], failing(false))
-            ->setResultPolicy({m_["Node.y"], failing(true), m_.type("Node")}, ResultPolicy::Report)
-            ->run(all, order_);
-    }
+    bool copied_;
+};
+
+/// Goes on with a copy after each failure.
+class CopyingEngineSide : public EngineSide {
+  public:
+    CopyingEngineSide(const ModelBuilder& m, Kind kind, Algo order, const FailurePlan& plan)
+        : EngineSide(m, kind, order, plan, true) {}
 };
 
 class PlainSide : public Side {
   public:
     using Side::Side;
     void run() {
-        const auto provided = provider();
+        const auto provided = test::cyclicProvider(m_, kind_, failing());
         PlainWalk walk(*provided, &observer_, inputs(), {filter()}, order_);
         walk.advance();
         lines.push_back(text(walk.getCurrent()));
-        stepToTheEnd(walk, lines);
-    }
-
-  private:
-    void addRule(Rules& rules, const char* property, Mode mode, bool answer, ResultPolicy policy) {
-        const Property key = m_[property];
-        rules.try_emplace(key, mode).first->second.composeMatcher(access::owningClass(key),
-                                                                  failing(answer), policy);
-    }
-    std::shared_ptr<PropertyProvider> provider() {
-        Rules rules;
-        switch (kind_) {
-            case Kind::Additive:
-                addRule(rules, "Node.y", Mode::Visit, true, ResultPolicy::Report);
-                addRule(rules, "Node.x", Mode::Visit, true, ResultPolicy::Report);
-                addRule(rules, "Leaf.z", Mode::Visit, true, ResultPolicy::Extended);
-                addRule(rules, "Node.boss", Mode::Visit, true, ResultPolicy::WalkOnly);
-                return internal::makeAdditiveProvider(
-                    rules, {m_["Node.y"], m_["Node.x"], m_["Leaf.z"], m_["Node.boss"]});
-            case Kind::Composition:
-                addRule(rules, "Node.x", Mode::Prune, false, ResultPolicy::WalkOnly);
-                addRule(rules, "Leaf.z", Mode::Prune, false, ResultPolicy::WalkOnly);
-                return internal::makeSubtractiveProvider(rules, Candidates::CompositeOnly);
-            case Kind::Subtractive:
-                addRule(rules, "Node.x", Mode::Prune, false, ResultPolicy::WalkOnly);
-                addRule(rules, "Node.boss", Mode::Prune, false, ResultPolicy::WalkOnly);
-                addRule(rules, "Node.y", Mode::Visit, true, ResultPolicy::Report);
-                return internal::makeSubtractiveProvider(rules, Candidates::AllLinking);
-        }
-        return nullptr;
+        stepToTheEnd(walk, lines, [] {});
     }
 };
 
@@ -236,7 +185,7 @@ class FailureAtEveryPointTest : public testing::TestWithParam<std::tuple<Kind, A
         return side.lines;
     }
 
-    ModelBuilder m{metamodelText, modelText};
+    ModelBuilder m{test::cyclicMetamodel, test::cyclicModel};
 };
 
 TEST_P(FailureAtEveryPointTest, UndisturbedTheEngineWalksAsThePlainWalk) {
@@ -250,6 +199,8 @@ TEST_P(FailureAtEveryPointTest, AfterEachFailingPredicateFilterAndEventTheWalkGo
     for (int call = 1;; ++call) {
         const Lines expected = run<PlainSide>(FailurePlan(call));
         ASSERT_EQ(run<EngineSide>(FailurePlan(call)), expected) << "failing at call " << call;
+        ASSERT_EQ(run<CopyingEngineSide>(FailurePlan(call)), expected)
+            << "failing at call " << call << ", going on with a copy";
         bool failed = false;
         for (const std::string& line : expected) {
             failed = failed || line.starts_with("failed") || line.starts_with("no walk");
@@ -258,6 +209,7 @@ TEST_P(FailureAtEveryPointTest, AfterEachFailingPredicateFilterAndEventTheWalkGo
         ++failures;
     }
     EXPECT_GT(failures, 30);
+    test::recordPoints(failures, "failing predicates, filters and events");
 }
 
 TEST_P(FailureAtEveryPointTest, AfterEachUnreadableValueTheWalkGoesOnAsWritten) {
@@ -278,25 +230,31 @@ TEST_P(FailureAtEveryPointTest, AfterEachUnreadableValueTheWalkGoesOnAsWritten) 
                 m.model.plant(m(element), property, {m.type("Node"), false, m("A")});
         }
     };
-    for (const char* element : {"A", "B", "C", "E", "H", "L", "M", "G"}) {
-        for (const char* property : {"Node.x", "Node.y", "Node.boss"}) {
+    long points = 0;
+    for (const char* element : {"A", "B", "C", "D", "E", "F", "G", "H", "I", "L", "M"}) {
+        for (const char* property : {"Node.x", "Node.y", "Node.boss", "Leaf.z"}) {
+            const Property spoilt = m[property];
+            if (!access::hasProperty(access::classOf(m(element)), spoilt)) continue;
             for (int how = 0; how < 4; ++how) {
-                const Property spoilt = m[property];
                 const Kept kept(m, m(element), spoilt);
                 spoil(element, spoilt, how);
-                ASSERT_EQ(run<EngineSide>(FailurePlan()), run<PlainSide>(FailurePlan()))
+                const Lines expected = run<PlainSide>(FailurePlan());
+                ASSERT_EQ(run<EngineSide>(FailurePlan()), expected)
                     << element << " " << property << " " << how;
+                ASSERT_EQ(run<CopyingEngineSide>(FailurePlan()), expected)
+                    << element << " " << property << " " << how << ", going on with a copy";
+                for (const std::string& line : expected) points += line == "unreadable" ? 1 : 0;
             }
         }
     }
+    test::recordPoints(points, "unreadable values");
 }
 
 INSTANTIATE_TEST_SUITE_P(KindsAndOrders, FailureAtEveryPointTest,
-                         testing::Combine(testing::Values(Kind::Additive, Kind::Composition,
-                                                          Kind::Subtractive),
+                         testing::Combine(testing::ValuesIn(test::everyKind()),
                                           testing::ValuesIn(test::everyOrder())),
                          [](const auto& each) {
-                             return nameOf(std::get<Kind>(each.param)) +
+                             return std::string(test::nameOf(std::get<Kind>(each.param))) +
                                     test::nameOf(std::get<Algo>(each.param));
                          });
 

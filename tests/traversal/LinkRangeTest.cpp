@@ -143,7 +143,7 @@ TEST_F(LinkRangeTest, MovedRangeGoesOnWithTheWalk) {
     EXPECT_EQ(text(*third.begin()), "B.x>E");
 }
 
-// Older clangs do not compile the adaptors of libstdc++.
+// Older clangs do not compile the adaptors of libstdc++, and their own library has none.
 #if !defined(__clang__) || __clang_major__ >= 16
 TEST_F(LinkRangeTest, AdaptorsOfTheStandardLibraryTakeIt) {
     Lines lines;

@@ -6,13 +6,12 @@
 #include <utility>
 
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/Predicates.h"
 
 namespace nuv::zero::traversal {
 namespace {
 
-bool never(const Class& /*type*/) {
-    return false;
-}
+using test::never;
 
 class PropertyMatcherTest : public testing::Test {
   protected:

@@ -27,7 +27,7 @@ concept MadeFromTwoBraces = requires {
 template <class Impl>
 class SpecTest : public testing::Test {};
 
-struct Names {
+struct BuilderNames {
     template <class Impl>
     static std::string GetName(int /*index*/) {
         if (std::is_same_v<Impl, AdditiveTraversalImpl>) return "Additive";
@@ -35,9 +35,9 @@ struct Names {
         return "Subtractive";
     }
 };
-using Kinds =
+using Builders =
     testing::Types<AdditiveTraversalImpl, CompositionTraversalImpl, SubtractiveTraversalImpl>;
-TYPED_TEST_SUITE(SpecTest, Kinds, Names);
+TYPED_TEST_SUITE(SpecTest, Builders, BuilderNames);
 
 template <class Impl>
 std::shared_ptr<Impl> make() {

@@ -8,6 +8,7 @@
 #include "tests/support/BuilderRules.h"
 #include "tests/support/Failures.h"
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/Predicates.h"
 #include "tests/support/WalkLog.h"
 #include "traversal/PruneRules.h"
 
@@ -15,14 +16,11 @@
 namespace nuv::zero::traversal {
 namespace {
 
+using test::always;
 using test::Lines;
 using test::linesOf;
 using test::rulesOf;
 using Answer = std::pair<bool, ResultPolicy>;
-
-bool always(const Class& /*type*/) {
-    return true;
-}
 
 class SubtractiveTraversalTest : public testing::Test {
   protected:

@@ -19,8 +19,8 @@ using test::ModelBuilder;
 using test::text;
 using Walk = TraversalResult::IterationContext;
 
-constexpr auto metamodelText = "Node; Node.x => Node *; Node.y -> Node *; Node.boss -> Node";
-constexpr auto modelText =
+constexpr auto nodeMetamodel = "Node; Node.x => Node *; Node.y -> Node *; Node.boss -> Node";
+constexpr auto nodeModel =
     "A.x = B C D; A.y = D B; A.boss = C; B.x = E F; B.boss = A; C.x = G; C.y = A B; D.boss = D; "
     "E.x = H; G.boss = B";
 
@@ -30,7 +30,7 @@ class WalkOverEditedModelTest : public testing::TestWithParam<Algo> {
 
     /// Walks, editing the model once, at the given step; false when the walk was over before.
     bool walkEditingAt(std::size_t step, const Edit& edit) {
-        auto m = std::make_unique<ModelBuilder>(metamodelText, modelText);
+        auto m = std::make_unique<ModelBuilder>(nodeMetamodel, nodeModel);
         Walk walk = Spec::subtractiveTraversal()->run({(*m)("A"), (*m)("G")}, GetParam())->begin();
         for (std::size_t i = 0; i < step; ++i) {
             if (!walk.getCurrent()) return false;
@@ -129,7 +129,7 @@ TEST_P(WalkOverEditedModelTest, SurvivesPruningAfterAnEditAtEveryStep) {
 
 TEST_P(WalkOverEditedModelTest, SurvivesTheEndOfTheModelAtEveryStep) {
     for (std::size_t step = 0;; ++step) {
-        auto m = std::make_unique<ModelBuilder>(metamodelText, modelText);
+        auto m = std::make_unique<ModelBuilder>(nodeMetamodel, nodeModel);
         Walk walk = Spec::subtractiveTraversal()->run({(*m)("A")}, GetParam())->begin();
         for (std::size_t i = 0; i < step && !!walk.getCurrent(); ++i) walk.advance();
         if (!walk.getCurrent()) break;
@@ -141,7 +141,7 @@ TEST_P(WalkOverEditedModelTest, SurvivesTheEndOfTheModelAtEveryStep) {
 }
 
 TEST_P(WalkOverEditedModelTest, SurvivesAnElementThatIsHeldByTheWalkAlone) {
-    ModelBuilder m(metamodelText, "A");
+    ModelBuilder m(nodeMetamodel, "A");
     {
         // An element of another model, known to nobody but the walked one.
         ModelBuilder other("Node; Node.x => Node *", "S.x = T");
@@ -174,7 +174,7 @@ class ValuesOfAWalkTest : public testing::Test {
         return lines;
     }
 
-    ModelBuilder m{metamodelText, "A.x = B C; A.y = D; B.x = E; N"};
+    ModelBuilder m{nodeMetamodel, "A.x = B C; A.y = D; B.x = E; N"};
 };
 
 TEST_F(ValuesOfAWalkTest, PropertyBeingWalkedKeepsTheValuesThatStoodThereWhenItWasReached) {
@@ -204,6 +204,18 @@ TEST_F(ValuesOfAWalkTest, BreadthFirstQueuedLinksStayAndTheirTargetsAreReadLater
                             m.extend("C.boss = N");
                         }),
               (Lines{"A.y>D", "A.x>B", "A.x>C", "C.boss>N"}));
+}
+
+// Symptom: under the undefined-behaviour sanitizer a walk stopped at a list with a null entry; the
+// look ahead computed the addresses of what lies behind it.
+TEST_F(ValuesOfAWalkTest, NullEntriesOfAListAreWalkedAsElementsWithoutLinks) {
+    m.model.plant(m("A"), m["Node.x"],
+                  {m.type("Node"), true,
+                   std::vector<ModelElement>{m("B"), ModelElement(), m("C"), ModelElement()}});
+    const Lines depthFirst{"A.y>D", "A.x>B", "B.x>E", "A.x>null", "A.x>C", "A.x>null!"};
+    EXPECT_EQ(restAfter("", Algo::DepthFirstPreOrder, [] {}), depthFirst);
+    const Lines breadthFirst{"A.y>D", "A.x>B", "A.x>null", "A.x>C", "B.x>E", "A.x>null!"};
+    EXPECT_EQ(restAfter("", Algo::BreadthFirst, [] {}), breadthFirst);
 }
 
 }  // namespace

@@ -201,7 +201,7 @@ TEST_F(AdditiveProviderTest, CopiesAndAssignedProvidersHaveTheirOwnRules) {
     follow("Node.zeta", always, ResultPolicy::Extended);
     auto original = std::make_unique<CountingProvider>(rules);
     const auto copy = std::make_unique<CountingProvider>(*original);
-    CountingProvider assigned({});
+    CountingProvider assigned{decltype(rules)()};
     assigned = *original;
     assigned = *&assigned;
     original.reset();

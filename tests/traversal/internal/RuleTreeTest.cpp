@@ -7,12 +7,15 @@
 
 #include "tests/support/Failures.h"
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/Predicates.h"
 
 namespace nuv::zero::traversal::internal {
 namespace {
 
+using test::always;
 using test::FailurePlan;
 using test::ModelBuilder;
+using test::never;
 using Names = std::vector<std::string>;
 
 /// Files a rule under a class that writes the class's name down when it is asked, and rejects.
@@ -33,13 +36,6 @@ Names orderAfterFiling(const ModelBuilder& m, const Names& filed) {
     for (const std::string& name : filed) fileAsking(rules, m, asked, name);
     EXPECT_EQ(rules.firstAccepting(Class()), nullptr);
     return asked;
-}
-
-bool always(const Class& /*type*/) {
-    return true;
-}
-bool never(const Class& /*type*/) {
-    return false;
 }
 
 TEST(RuleTreeTest, EmptyTreeAcceptsNothing) {

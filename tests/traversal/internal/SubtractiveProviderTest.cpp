@@ -5,31 +5,20 @@
 
 #include "tests/support/Failures.h"
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/Predicates.h"
+#include "tests/support/SettingNames.h"
 #include "traversal/internal/PropertyProviders.h"
 
 namespace nuv::zero::traversal::internal {
 namespace {
 
+using test::always;
 using test::ModelBuilder;
+using test::named;
+using test::never;
 using Names = std::vector<std::string>;
 using Mode = CompositeMatcher::VisitMode;
 using Rules = std::unordered_map<Property, CompositeMatcher>;
-
-bool always(const Class& /*type*/) {
-    return true;
-}
-bool never(const Class& /*type*/) {
-    return false;
-}
-
-Names named(const std::shared_ptr<std::vector<AssociationSetting>>& settings) {
-    Names names;
-    for (AssociationSetting& setting : *settings) {
-        names.push_back(access::toUtf8(access::nameOf(setting.getProperty())) + "=" +
-                        std::to_string(static_cast<int>(setting.getPolicy())));
-    }
-    return names;
-}
 
 /// One rule for one property, filed under its declaring class.
 Rules rule(const Property& property, Mode mode, const ClassPredicate& predicate,

@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <pthread.h>
-
-#include <cstddef>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -149,78 +145,6 @@ TEST_P(EveryOrderTest, LinksThatAreNotReportedAreStillWalked) {
                           ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
                           ->run({m("A")}, GetParam())),
               Lines{"B.y>C"});
-}
-
-/// Runs on a stack of 256 KiB.
-template <class Body>
-void onSmallStack(Body& body) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256U * 1024U), 0);
-    pthread_t thread{};
-    const auto start = [](void* argument) -> void* {
-        (*static_cast<Body*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, start, &body), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-}
-
-TEST_P(EveryOrderTest, ChainOfAMillionElementsThatReportsNothingFitsASmallStack) {
-    ModelBuilder m("Node; Node.y -> Node");
-    constexpr std::size_t length = 1'000'000;
-    const Class node = m.type("Node");
-    const Property next = m["Node.y"];
-    const ModelElement first = m.model.create(node);
-    ModelElement last = first;
-    for (std::size_t i = 1; i < length; ++i) {
-        const ModelElement element = m.model.create(node);
-        m.model.set(last, next, element);
-        last = element;
-    }
-    std::size_t asked = 0;
-    bool ended = false;
-    auto body = [&] {
-        const auto result = Spec::additiveTraversal()
-                                ->traverse(
-                                    next,
-                                    [&asked](const Class&) {
-                                        ++asked;
-                                        return true;
-                                    },
-                                    ResultPolicy::WalkOnly)
-                                ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
-                                ->run({first}, GetParam());
-        const auto walk = result->begin();
-        ended = walk == TraversalResult::IterationContext();
-    };
-    onSmallStack(body);
-    EXPECT_TRUE(ended);
-    // Once for the class, once for each link.
-    EXPECT_EQ(asked, length);
-}
-
-TEST_P(EveryOrderTest, DeepWalkCanBeCopiedPrunedAndAbandonedOnASmallStack) {
-    ModelBuilder m("Node; Node.y -> Node");
-    const ModelElement first = m.model.create(m.type("Node"));
-    ModelElement last = first;
-    for (int i = 0; i < 100'000; ++i) {
-        const ModelElement element = m.model.create(m.type("Node"));
-        m.model.set(last, m["Node.y"], element);
-        last = element;
-    }
-    m.model.set(last, m["Node.y"], first);
-    std::size_t links = 0;
-    auto body = [&] {
-        auto walk = Spec::subtractiveTraversal()->run({first}, GetParam())->begin();
-        for (int i = 0; i < 90'000; ++i) walk.advance();
-        auto copy = walk;
-        walk = TraversalResult::IterationContext();
-        for (; !!copy.getCurrent(); copy.advance()) ++links;
-    };
-    onSmallStack(body);
-    EXPECT_EQ(links, 100'002U - 90'000U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Orders, EveryOrderTest, testing::ValuesIn(test::everyOrder()),
