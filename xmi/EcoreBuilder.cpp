@@ -38,6 +38,7 @@ LoadedMetamodel EcoreBuilder::build() {
     addClasses();
     addWrittenNames();
     addProperties();
+    checkFeatureCounts();
     addOpposites();
     return std::move(loaded_);
 }
@@ -196,6 +197,15 @@ void EcoreBuilder::addProperties() {
             countParts({place.source, child}, heirs_[classes_[i].get()]);
             addProperty(classes_[i], {place.source, child});
         }
+    }
+}
+
+void EcoreBuilder::checkFeatureCounts() const {
+    for (std::size_t i = 0; i < classes_.size(); ++i) {
+        if (!classes_[i] || classes_[i]->layout().slotCount() <= options_.limits.features) continue;
+        const Classifier& declared = sources_.classifiers()[i];
+        sources_.fail(declared.place, "the class " + inQuotes(declared.name) + " has more than " +
+                                          std::to_string(options_.limits.features) + " features");
     }
 }
 

@@ -30,6 +30,7 @@ class EcoreBuilder {
     void addClasses();
     void addWrittenNames();
     void addProperties();
+    void checkFeatureCounts() const;
     void addOpposites();
 
     /// The numbers of the superclasses of a class, among the classifiers; those that stand for

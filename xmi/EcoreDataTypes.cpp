@@ -10,7 +10,7 @@ namespace {
 
 template <std::size_t count>
 bool isOneOf(std::string_view name, const std::array<std::string_view, count>& names) {
-    return std::ranges::find(names, name) != names.end();
+    return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 bool isFileNamed(std::string_view path, std::string_view name) {

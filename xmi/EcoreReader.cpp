@@ -10,11 +10,12 @@
 namespace nuv::zero::xmi {
 
 struct EcoreReader::Sources {
+    explicit Sources(const ReadLimits& limits) : files(limits) {}
     EcoreSources files;
 };
 
 EcoreReader::EcoreReader(ReadOptions options)
-    : options_(options), sources_(std::make_unique<Sources>()) {}
+    : options_(options), sources_(std::make_unique<Sources>(options_.limits)) {}
 
 EcoreReader::~EcoreReader() = default;
 

@@ -33,7 +33,7 @@ class EcoreReader {
     EcoreReader& operator=(const EcoreReader&) = delete;
     ~EcoreReader();
 
-    /// Reads and parses one file. Throws `ReadError`.
+    /// Reads and parses one file. Throws `ReadError`, and then the reader is as it was.
     EcoreReader& addFile(const std::string& path);
     /// The same for bytes that are at hand; `name` stands for the path.
     EcoreReader& addText(const std::string& name, std::string_view bytes);

@@ -35,8 +35,22 @@ EcoreSources::File::File(XmlDocument parsed)
 }
 
 void EcoreSources::add(XmlDocument document) {
+    const std::size_t source = files_.size();
+    const auto packages = static_cast<std::ptrdiff_t>(packages_.size());
+    const auto classifiers = static_cast<std::ptrdiff_t>(classifiers_.size());
+    const std::size_t qualifiedNames = qualifiedNames_;
     files_.emplace_back(std::move(document));
-    collect(files_.size() - 1);
+    try {
+        collect(source);
+    } catch (...) {
+        // Whoever goes on without this file must not find half of it.
+        std::erase_if(byNsUri_, [&](const auto& each) { return each.second.source == source; });
+        classifiers_.erase(classifiers_.begin() + classifiers, classifiers_.end());
+        packages_.erase(packages_.begin() + packages, packages_.end());
+        files_.pop_back();
+        qualifiedNames_ = qualifiedNames;
+        throw;
+    }
 }
 
 void EcoreSources::collect(std::size_t source) {
@@ -49,6 +63,7 @@ void EcoreSources::collect(std::size_t source) {
         const SourceNode place{source, node};
         const std::string name(attribute(place, "name"));
         if (name.empty()) fail(place, "the package has no name");
+        countQualifiedName(place, prefix, name);
         packageOf[node] = packages_.size();
         packages_.push_back({place, prefix + name, std::string(attribute(place, "nsURI"))});
         const std::string& nsUri = packages_.back().nsUri;
@@ -79,9 +94,18 @@ void EcoreSources::collect(std::size_t source) {
             const SourceNode place{source, node};
             const std::string name(attribute(place, "name"));
             if (name.empty()) fail(place, "the classifier has no name");
+            countQualifiedName(place, packages_[package].qualifiedName, name);
             classifiers_.push_back({place, package, name});
         }
     }
+}
+
+void EcoreSources::countQualifiedName(SourceNode place, std::string_view package,
+                                      std::string_view name) {
+    qualifiedNames_ += package.size() + name.size();
+    if (qualifiedNames_ <= limits_.qualifiedNames) return;
+    fail(place, "the qualified names of the metamodel have more than " +
+                    std::to_string(limits_.qualifiedNames) + " bytes in total");
 }
 
 std::string_view EcoreSources::attribute(SourceNode place, std::string_view name) const {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "xmi/Fragment.h"
+#include "xmi/ReadOptions.h"
 #include "xmi/XmlDocument.h"
 
 namespace nuv::zero::xmi {
@@ -49,6 +50,9 @@ class EcoreSources {
         std::string name;
     };
 
+    /// REQUIRES: the limits outlive the sources.
+    explicit EcoreSources(const ReadLimits& limits) : limits_(limits) {}
+
     /// Takes a parsed file. Throws `ReadError` when it holds no Ecore package.
     void add(XmlDocument document);
 
@@ -86,11 +90,15 @@ class EcoreSources {
     };
 
     void collect(std::size_t source);
+    void countQualifiedName(SourceNode place, std::string_view package, std::string_view name);
     EcoreTarget resolve(SourceNode from, std::string_view reference) const;
     /// The given file that a path in another one means; `noFile` where there is none.
     std::size_t fileNamed(std::size_t from, std::string_view path) const;
     static constexpr std::size_t noFile = static_cast<std::size_t>(-1);
 
+    const ReadLimits& limits_;
+    /// Bytes, so far.
+    std::size_t qualifiedNames_ = 0;
     /// Resolvers refer to their documents, so files must not move.
     std::deque<File> files_;
     std::vector<Package> packages_;

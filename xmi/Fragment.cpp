@@ -45,19 +45,17 @@ FragmentStep parseStep(std::string_view raw) {
     return step;
 }
 
-/// Where the name of an element stands, for paths by name.
-const std::string_view* nameOf(const XmlDocument& document, Node node) {
-    return document.attribute(node, "name");
-}
-
-/// The N-th of the nodes that have a key, in a list sorted by it; `noNode` when they are fewer.
-template <class Key, class KeyOf>
-Node memberOf(const std::vector<Node>& sorted, const Key& key, std::size_t index, KeyOf keyOf) {
-    const auto begin = std::ranges::lower_bound(sorted, key, {}, keyOf);
+/// The N-th of the members that have a key, in a list sorted by it; null when they are fewer.
+template <class Member, class Key, class KeyOf>
+const Member* nthOf(const std::vector<Member>& sorted, const Key& key, std::size_t index,
+                    KeyOf keyOf) {
+    const auto begin = std::lower_bound(
+        sorted.begin(), sorted.end(), key,
+        [&](const Member& member, const Key& wanted) { return keyOf(member) < wanted; });
     const auto left = static_cast<std::size_t>(sorted.end() - begin);
-    if (index >= left) return noNode;
-    const Node node = begin[static_cast<std::ptrdiff_t>(index)];
-    return keyOf(node) == key ? node : noNode;
+    if (index >= left) return nullptr;
+    const Member& member = begin[static_cast<std::ptrdiff_t>(index)];
+    return keyOf(member) == key ? &member : nullptr;
 }
 
 }  // namespace
@@ -138,18 +136,20 @@ std::vector<ListedReference> splitReferences(std::string_view text) {
 }
 
 FragmentResolver::FragmentResolver(const XmlDocument& document)
-    : document_(document), ordinals_(document.size()) {
+    : document_(document),
+      ordinals_(document.size()),
+      byName_(sortedBy(document, "name")),
+      bySource_(sortedBy(document, "source")) {
     for (NameId id = 0; id < document.nameCount(); ++id) {
         const auto known = tagNumbers_.emplace(document.name(id).local, id).first;
         tags_.push_back(known->second);
     }
-    for (Node node = 1; node < document.size(); ++node) {
-        byTag_.push_back(node);
-        if (nameOf(document, node) != nullptr) byName_.push_back(node);
-    }
-    std::ranges::sort(byTag_, {}, [&](Node node) {
+    for (Node node = 1; node < document.size(); ++node) byTag_.push_back(node);
+    const auto place = [&](Node node) {
         return std::tuple(document[node].parent, tagOf(node), node);
-    });
+    };
+    std::sort(byTag_.begin(), byTag_.end(),
+              [&](Node one, Node other) { return place(one) < place(other); });
     for (std::size_t i = 1; i < byTag_.size(); ++i) {
         const Node before = byTag_[i - 1];
         const Node node = byTag_[i];
@@ -157,9 +157,28 @@ FragmentResolver::FragmentResolver(const XmlDocument& document)
             ordinals_[node] = ordinals_[before] + 1;
         }
     }
-    std::ranges::sort(byName_, {}, [&](Node node) {
-        return std::tuple(document[node].parent, *nameOf(document, node), node);
+}
+
+std::vector<FragmentResolver::Keyed> FragmentResolver::sortedBy(const XmlDocument& document,
+                                                                std::string_view attribute) {
+    std::vector<Keyed> sorted;
+    for (Node node = 1; node < document.size(); ++node) {
+        const std::string_view* key = document.attribute(node, attribute);
+        if (key != nullptr) sorted.push_back({document[node].parent, *key, node});
+    }
+    std::sort(sorted.begin(), sorted.end(), [](const Keyed& one, const Keyed& other) {
+        return std::tie(one.parent, one.key, one.node) <
+               std::tie(other.parent, other.key, other.node);
     });
+    return sorted;
+}
+
+Node FragmentResolver::memberOf(const std::vector<Keyed>& sorted, Node parent, std::string_view key,
+                                std::size_t index) {
+    const Keyed* const found = nthOf(sorted, std::pair(parent, key), index, [](const Keyed& each) {
+        return std::pair(each.parent, each.key);
+    });
+    return found == nullptr ? noNode : found->node;
 }
 
 Node FragmentResolver::resolve(const FragmentPath& path, const std::vector<Node>& roots) const {
@@ -177,7 +196,7 @@ Node FragmentResolver::step(Node node, const FragmentStep& step) const {
         case FragmentStep::Kind::Feature:
             return childOfFeature(node, step.text, step.index);
         case FragmentStep::Kind::Source:
-            return childOfSource(node, step.text, step.index);
+            return memberOf(bySource_, node, step.text, step.index);
         case FragmentStep::Kind::Name:
             break;
     }
@@ -193,24 +212,14 @@ Node FragmentResolver::childOfFeature(Node parent, std::string_view feature,
                                       std::size_t index) const {
     const auto tag = tagNumbers_.find(feature);
     if (tag == tagNumbers_.end()) return noNode;
-    return memberOf(byTag_, std::pair(parent, tag->second), index,
-                    [&](Node node) { return std::pair(document_[node].parent, tagOf(node)); });
+    const Node* const found = nthOf(byTag_, std::pair(parent, tag->second), index, [&](Node node) {
+        return std::pair(document_[node].parent, tagOf(node));
+    });
+    return found == nullptr ? noNode : *found;
 }
 
 Node FragmentResolver::childNamed(Node parent, std::string_view name, std::size_t index) const {
-    return memberOf(byName_, std::pair(parent, name), index, [&](Node node) {
-        return std::pair(document_[node].parent, *nameOf(document_, node));
-    });
-}
-
-Node FragmentResolver::childOfSource(Node parent, std::string_view source,
-                                     std::size_t index) const {
-    for (Node child = document_.firstChild(parent); child != noNode;
-         child = document_.nextSibling(child)) {
-        const std::string_view* value = document_.attribute(child, "source");
-        if (value != nullptr && *value == source && index-- == 0) return child;
-    }
-    return noNode;
+    return memberOf(byName_, parent, name, index);
 }
 
 }  // namespace nuv::zero::xmi

@@ -67,9 +67,20 @@ class FragmentResolver {
     Node step(Node node, const FragmentStep& step) const;
     Node childOfFeature(Node parent, std::string_view feature, std::size_t index) const;
     Node childNamed(Node parent, std::string_view name, std::size_t index) const;
-    Node childOfSource(Node parent, std::string_view source, std::size_t index) const;
 
     std::uint32_t tagOf(Node node) const noexcept { return tags_[document_[node].name]; }
+
+    /// An element and the attribute that paths know it by. Kept beside each other: looking the
+    /// attribute up costs the number of attributes, which a hostile file makes large.
+    struct Keyed {
+        Node parent;
+        std::string_view key;
+        Node node;
+    };
+    /// The elements that have the attribute, sorted by parent, key and place.
+    static std::vector<Keyed> sortedBy(const XmlDocument& document, std::string_view attribute);
+    static Node memberOf(const std::vector<Keyed>& sorted, Node parent, std::string_view key,
+                         std::size_t index);
 
     const XmlDocument& document_;
     /// A number for each tag without its namespace.
@@ -79,8 +90,8 @@ class FragmentResolver {
     std::vector<std::uint32_t> ordinals_;
     /// All elements but the root, sorted by parent, tag and place.
     std::vector<Node> byTag_;
-    /// Those that have a name, sorted by parent, name and place.
-    std::vector<Node> byName_;
+    std::vector<Keyed> byName_;
+    std::vector<Keyed> bySource_;
 };
 
 }  // namespace nuv::zero::xmi

@@ -5,6 +5,18 @@
 namespace nuv::zero::xmi {
 namespace {
 
+/// Continuation bytes of UTF-8 must not be cut off from their first byte.
+std::size_t cutBefore(std::string_view text, std::size_t end) {
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+    return end;
+}
+
+/// A text of no more than so many bytes; dots stand for what is cut off.
+std::string shortened(std::string_view text, std::size_t shown) {
+    if (text.size() <= shown) return std::string(text);
+    return std::string(text.substr(0, cutBefore(text, shown))) + "...";
+}
+
 std::string compose(std::string_view file, Position position, std::string_view reason) {
     std::string text(file);
     if (position.line != 0) {
@@ -13,31 +25,25 @@ std::string compose(std::string_view file, Position position, std::string_view r
     return onOneLine(text.append(": ").append(reason));
 }
 
-/// Continuation bytes of UTF-8 must not be cut off from their first byte.
-std::size_t cutBefore(std::string_view text, std::size_t end) {
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-    return end;
+/// Reasons name classes and features, whose names may be of any length.
+std::string shownReason(std::string_view reason) {
+    constexpr std::size_t shown = 1000;
+    return onOneLine(shortened(reason, shown));
 }
 
 }  // namespace
 
 ReadError::ReadError(std::string_view file, Position position, std::string_view reason)
-    : std::runtime_error(compose(file, position, reason)),
+    : std::runtime_error(compose(file, position, shownReason(reason))),
       file_(file),
       position_(position),
-      reason_(onOneLine(reason)) {}
+      reason_(shownReason(reason)) {}
 
 ReadError::~ReadError() = default;
 
 std::string inQuotes(std::string_view text) {
     constexpr std::size_t shown = 100;
-    std::string result = "'";
-    if (text.size() <= shown) {
-        result += text;
-    } else {
-        result.append(text.substr(0, cutBefore(text, shown))).append("...");
-    }
-    return result += "'";
+    return "'" + shortened(text, shown) + "'";
 }
 
 std::string onOneLine(std::string_view text) {

@@ -1,10 +1,10 @@
 #include "xmi/SourceFile.h"
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #include "xmi/ReadError.h"
 
@@ -27,7 +27,8 @@ std::string readFile(const std::string& path, std::size_t limit) {
     if (!file) throw ReadError(path, {}, "cannot be opened: " + systemReason(errno));
 
     std::string bytes;
-    std::array<char, 1U << 16U> chunk;
+    // On the heap: readers may run on threads whose whole stack is no larger.
+    std::vector<char> chunk(std::size_t{1} << 16U);
     while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file.get())) {
         if (count > limit - bytes.size()) {
             throw ReadError(path, {}, "is longer than " + std::to_string(limit) + " bytes");

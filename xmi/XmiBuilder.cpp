@@ -12,6 +12,11 @@
 namespace nuv::zero::xmi {
 namespace {
 
+/// Whether a text can identify an element: a path could not be told from one.
+bool isId(std::string_view text) {
+    return !text.empty() && !text.starts_with('/');
+}
+
 constexpr std::string_view blanks = " \t\r\n";
 
 std::string_view trimmed(std::string_view text) {
@@ -54,6 +59,10 @@ XmiBuilder::XmiBuilder(const LoadedMetamodel& metamodel, const XmlDocument& docu
 LoadedModel XmiBuilder::build() {
     if (rootNodes_.empty()) document_.fail(0, "the file holds no element of a model");
     isMetamodel_ = document_.nameOf(rootNodes_.front()).uri == ecoreNamespace;
+    for (const Node root : rootNodes_) {
+        const std::string_view* nsUri = document_.attribute(root, "nsURI");
+        if (isMetamodel_ && nsUri != nullptr) ownNamespaces_.insert(*nsUri);
+    }
     std::size_t nextRoot = 0;
     for (Node node = 0; node < document_.size();) {
         bool descend = true;
@@ -66,7 +75,8 @@ LoadedModel XmiBuilder::build() {
         node = descend ? node + 1 : document_[node].end;
     }
     for (Index i = 0; i < nodeOf_.size(); ++i) {
-        const auto end = std::ranges::lower_bound(nodeOf_, document_[nodeOf_[i]].end);
+        const auto end =
+            std::lower_bound(nodeOf_.begin(), nodeOf_.end(), document_[nodeOf_[i]].end);
         loaded_.places_[i].end = static_cast<Index>(end - nodeOf_.begin());
     }
     addIds();
@@ -101,7 +111,7 @@ bool XmiBuilder::addChild(Node node, Index parent) {
 bool XmiBuilder::addContent(Node node, Index parent, const meta::Property& property) {
     const auto& target = static_cast<const memory::ClassObject&>(property->type());
     const std::string_view* href = document_.attribute(node, "href");
-    if (href != nullptr && !target.getProperty(u"href")) {
+    if (href != nullptr && !hasHref(target)) {
         pending_.push_back({node, parent, property, *href, true});
         return false;
     }
@@ -207,6 +217,7 @@ void XmiBuilder::refuseSecond(Node node, Index element, const meta::Property& pr
 }
 
 void XmiBuilder::addXmiId(Node node, Index element, std::string_view id) {
+    if (!isId(id)) return;
     const auto [place, isNew] = loaded_.ids_.emplace(id, element);
     if (!isNew) {
         const Position first = document_[nodeOf_[place->second]].position;
@@ -223,9 +234,7 @@ void XmiBuilder::addIds() {
         if (!isNew && known->second != each.element) ambiguousIds_.insert(each.text);
     }
     for (const IdValue& each : idValues_) {
-        // A value that reads as a path could not be told from one.
-        if (each.text.empty() || each.text.starts_with('/')) continue;
-        if (ambiguousIds_.contains(each.text)) continue;
+        if (!isId(each.text) || ambiguousIds_.contains(each.text)) continue;
         const auto [place, isNew] = loaded_.ids_.emplace(each.text, each.element);
         // The `xmi:id` of another element has precedence.
         if (isNew) loaded_.idOf_.emplace(each.element, place->first);
@@ -308,12 +317,7 @@ bool XmiBuilder::meansThisFile(std::string_view file) const {
     if (file == document_.file()) return true;
     const std::filesystem::path own(document_.file());
     if (percentDecoded(file) == own.filename().string()) return true;
-    if (!isMetamodel_) return false;
-    // A metamodel goes by its namespace, too.
-    return std::ranges::any_of(rootNodes_, [&](Node root) {
-        const std::string_view* nsUri = document_.attribute(root, "nsURI");
-        return nsUri != nullptr && *nsUri == file;
-    });
+    return ownNamespaces_.contains(file);
 }
 
 void XmiBuilder::link(Node node, Index element, const meta::Property& property,
@@ -360,8 +364,15 @@ meta::Property XmiBuilder::propertyOf(Node node, Index element, NameId name) {
                              inQuotes(document_.name(name).local));
 }
 
+bool XmiBuilder::hasHref(const memory::ClassObject& type) {
+    const auto [known, isNew] = hasHref_.emplace(&type, false);
+    if (isNew) known->second = static_cast<bool>(type.getProperty(u"href"));
+    return known->second;
+}
+
 bool XmiBuilder::isNil(Node node) const {
-    return std::ranges::any_of(document_.attributes(node), [&](const XmlAttribute& each) {
+    const auto attributes = document_.attributes(node);
+    return std::any_of(attributes.begin(), attributes.end(), [&](const XmlAttribute& each) {
         const XmlName& name = document_.name(each.name);
         return name.isXsi && name.local == "nil" && each.value == "true";
     });

@@ -70,6 +70,8 @@ class XmiBuilder {
     meta::Class classOfContent(Node node, const meta::Property& property) const;
     meta::Property propertyOf(Node node, Index element, NameId name);
     bool isNil(Node node) const;
+    /// Whether `href` is a feature of the class like any other.
+    bool hasHref(const memory::ClassObject& type);
 
     const LoadedMetamodel& metamodel_;
     const XmlDocument& document_;
@@ -77,6 +79,8 @@ class XmiBuilder {
     FragmentResolver fragments_;
     std::vector<Node> rootNodes_;
     bool isMetamodel_ = false;
+    /// The namespaces of a metamodel's roots, by which it goes, too.
+    std::unordered_set<std::string_view> ownNamespaces_;
 
     LoadedModel loaded_;
     /// The element that an XML element stands for; `none` where it stands for something else.
@@ -104,6 +108,7 @@ class XmiBuilder {
         }
     };
     std::unordered_map<PropertyKey, meta::Property, PropertyKeyHash> properties_;
+    std::unordered_map<const memory::ClassObject*, bool> hasHref_;
 };
 
 }  // namespace nuv::zero::xmi

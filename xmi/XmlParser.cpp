@@ -3,9 +3,12 @@
 #include <expat.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdlib>
 #include <exception>
 #include <limits>
 #include <memory>
+#include <new>
 #include <optional>
 #include <unordered_map>
 #include <utility>
@@ -17,6 +20,23 @@ namespace {
 
 /// Stands between a namespace and a name; no XML file can hold it.
 constexpr char separator = '\x01';
+constexpr XML_Char separatorText[] = {separator, '\0'};
+
+/// Whether the parser of this thread has run out of memory. What it says itself then is not always
+/// that: a name that it could not keep may count as a prefix that nobody declared.
+thread_local bool outOfMemory = false;
+
+void* noticingFailure(void* memory) noexcept {
+    if (memory == nullptr) outOfMemory = true;
+    return memory;
+}
+void* allocate(std::size_t size) noexcept {
+    return noticingFailure(std::malloc(size));
+}
+void* reallocate(void* memory, std::size_t size) noexcept {
+    return noticingFailure(std::realloc(memory, size));
+}
+constexpr XML_Memory_Handling_Suite noticingSuite{&allocate, &reallocate, &std::free};
 
 struct Freeing {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
@@ -52,7 +72,7 @@ class XmlParser {
     XmlParser(std::string file, const ReadLimits& limits)
         : document_(std::move(file)),
           limits_(limits),
-          parser_(XML_ParserCreateNS(nullptr, separator)) {
+          parser_(XML_ParserCreate_MM(nullptr, &noticingSuite, separatorText)) {
         if (!parser_) throw std::bad_alloc();
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), &XmlParser::startElement, &XmlParser::endElement);
@@ -63,14 +83,19 @@ class XmlParser {
     }
 
     XmlDocument parse(std::string_view bytes) {
-        if (bytes.size() > limits_.fileBytes ||
-            bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-            throw ReadError(document_.file(), {}, "is too long");
+        // The parser counts in `int`.
+        const std::size_t most =
+            std::min(limits_.fileBytes, static_cast<std::size_t>(std::numeric_limits<int>::max()));
+        if (bytes.size() > most) {
+            throw ReadError(document_.file(), {},
+                            "is longer than " + std::to_string(most) + " bytes");
         }
         // In one piece: fed in small ones, the parser would start long tokens over and over.
+        outOfMemory = false;
         const XML_Status status =
             XML_Parse(parser_.get(), bytes.data(), static_cast<int>(bytes.size()), XML_TRUE);
         if (failure_) std::rethrow_exception(failure_);
+        if (outOfMemory) throw std::bad_alloc();
         if (status != XML_STATUS_OK) fail(reason(XML_GetErrorCode(parser_.get())));
         return std::move(document_);
     }
@@ -82,7 +107,6 @@ class XmlParser {
     };
 
     static std::string reason(XML_Error code) {
-        if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
         if (code == XML_ERROR_UNKNOWN_ENCODING) return "the encoding is not supported";
         if (code == XML_ERROR_NO_ELEMENTS) return "no XML element found";
         return XML_ErrorString(code);
@@ -129,6 +153,7 @@ class XmlParser {
         guarded(self, [&](XmlParser& parser) {
             parser.prefixes_[prefix == nullptr ? "" : prefix].emplace_back(uri == nullptr ? ""
                                                                                           : uri);
+            parser.checkNames();
         });
     }
     static void XMLCALL endPrefix(void* self, const XML_Char* prefix) {
@@ -153,13 +178,13 @@ class XmlParser {
         }
         XmlDocument::Element element;
         const auto [uri, local] = split(name);
-        element.name = document_.intern(uri, local);
+        element.name = nameOf(uri, local);
         element.parent = open_.empty() ? noNode : open_.back().node;
         element.position = position();
         element.firstAttribute = static_cast<std::uint32_t>(document_.attributes_.size());
         for (; *pairs != nullptr; pairs += 2) {
             const auto [attributeUri, attributeLocal] = split(pairs[0]);
-            const NameId id = document_.intern(attributeUri, attributeLocal);
+            const NameId id = nameOf(attributeUri, attributeLocal);
             const XmlName& attributeName = document_.name(id);
             if (attributeLocal == "type" && (attributeName.isXmi || attributeName.isXsi)) {
                 element.type = typeName(pairs[1]);
@@ -192,12 +217,23 @@ class XmlParser {
         const std::string_view local = hasPrefix ? value.substr(colon + 1) : value;
         const auto known = prefixes_.find(prefix);
         if (known != prefixes_.end() && !known->second.empty()) {
-            return document_.intern(known->second.back(), local);
+            return nameOf(known->second.back(), local);
         }
         if (hasPrefix) {
             fail("the prefix of the type " + inQuotes(value) + " is not declared");
         }
-        return document_.intern({}, local);
+        return nameOf({}, local);
+    }
+
+    NameId nameOf(std::string_view uri, std::string_view local) {
+        const NameId id = document_.intern(uri, local);
+        checkNames();
+        return id;
+    }
+
+    void checkNames() const {
+        if (document_.nameCount() + prefixes_.size() <= limits_.names) return;
+        fail("the file has more than " + std::to_string(limits_.names) + " different names");
     }
 
     XmlDocument document_;

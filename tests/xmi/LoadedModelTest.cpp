@@ -7,7 +7,7 @@
 namespace nuv::zero::xmi::test {
 namespace {
 
-LoadedMetamodel nodes() {
+LoadedMetamodel nodesWithKeys() {
     return metamodelOf(eClass(
         "Node", attribute("name") + attribute("key", "EString", R"(iD="true")") +
                     reference("nodes", "Node", contents) + reference("one", "Node", containment)));
@@ -20,30 +20,40 @@ Lines identities(const LoadedModel& model) {
 }
 
 TEST(LoadedModel, XmiIdComesBeforeIdAttributeAndPath) {
-    const LoadedModel model = modelOf(
-        nodes(), root("Node", "",
-                      R"(<nodes xmi:id="x" key="k"/><nodes key="l"/><nodes/><one xmi:id="y"/>)"));
+    const LoadedModel model =
+        modelOf(nodesWithKeys(),
+                root("Node", "",
+                     R"(<nodes xmi:id="x" key="k"/><nodes key="l"/><nodes/><one xmi:id="y"/>)"));
     EXPECT_EQ(identities(model), (Lines{"/", "x", "l", "//@nodes.2", "y"}));
     EXPECT_EQ(model.path(model.find("x")), "//@nodes.0");
 }
 
 TEST(LoadedModel, SharedIdValuesIdentifyNobody) {
-    const LoadedModel model =
-        modelOf(nodes(), root("Node", "", R"(<nodes key="k"/><nodes key="k"/><nodes key="/"/>)"));
+    const LoadedModel model = modelOf(
+        nodesWithKeys(), root("Node", "", R"(<nodes key="k"/><nodes key="k"/><nodes key="/"/>)"));
     EXPECT_EQ(identities(model), (Lines{"/", "//@nodes.0", "//@nodes.1", "//@nodes.2"}));
     EXPECT_FALSE(model.find("k"));
 }
 
 TEST(LoadedModel, XmiIdTakesTheNameFromAnIdAttribute) {
     const LoadedModel model =
-        modelOf(nodes(), root("Node", "", R"(<nodes key="a"/><nodes xmi:id="a"/>)"));
+        modelOf(nodesWithKeys(), root("Node", "", R"(<nodes key="a"/><nodes xmi:id="a"/>)"));
     EXPECT_EQ(identities(model), (Lines{"/", "//@nodes.0", "a"}));
     EXPECT_EQ(model.path(model.find("a")), "//@nodes.1");
 }
 
+/// Symptom: two elements had the same identity, because an `xmi:id` read as the path of another.
+TEST(LoadedModel, XmiIdThatReadsAsAPathIdentifiesNobody) {
+    const LoadedModel model = modelOf(
+        nodesWithKeys(), root("Node", "", R"(<nodes xmi:id="/"/><nodes xmi:id="//@nodes.0"/>)"));
+    EXPECT_EQ(identities(model), (Lines{"/", "//@nodes.0", "//@nodes.1"}));
+    EXPECT_EQ(model.find("/"), model.roots().front());
+    EXPECT_EQ(model.find("//@nodes.0"), model.elements()[1]);
+}
+
 TEST(LoadedModel, EveryIdentityFindsItsElement) {
     const LoadedModel model =
-        modelOf(nodes(),
+        modelOf(nodesWithKeys(),
                 roots(R"(<p:Node><one><nodes key="k"/><nodes/></one></p:Node><p:Node name="n"/>)"));
     for (const ModelElement& each : model.elements()) {
         EXPECT_EQ(model.find(model.identity(each)), each) << model.identity(each);
@@ -53,14 +63,15 @@ TEST(LoadedModel, EveryIdentityFindsItsElement) {
 }
 
 TEST(LoadedModel, PathsMayLeadByNames) {
-    const LoadedModel model = modelOf(
-        nodes(), root("Node", "", R"(<nodes name="a"><one name="b"/></nodes><nodes name="a"/>)"));
+    const LoadedModel model =
+        modelOf(nodesWithKeys(),
+                root("Node", "", R"(<nodes name="a"><one name="b"/></nodes><nodes name="a"/>)"));
     EXPECT_EQ(model.identity(model.find("//a/b")), "//@nodes.0/@one");
     EXPECT_EQ(model.identity(model.find("//a.1")), "//@nodes.1");
 }
 
 TEST(LoadedModel, NothingIsFoundWhereNothingIs) {
-    const LoadedModel model = modelOf(nodes(), root("Node", "", "<nodes/>"));
+    const LoadedModel model = modelOf(nodesWithKeys(), root("Node", "", "<nodes/>"));
     for (const char* path : {"", "x", "/1", "//", "//@nodes.1", "//@nodes.0/@one", "//@other",
                              "//a", "/x", "//@nodes.99999999999999999999"}) {
         EXPECT_FALSE(model.find(path)) << path;
@@ -70,7 +81,7 @@ TEST(LoadedModel, NothingIsFoundWhereNothingIs) {
 
 TEST(LoadedModel, ContentsStandInTheOrderOfTheFile) {
     const LoadedModel model =
-        modelOf(nodes(), root("Node", "", "<nodes><nodes/></nodes><one/><nodes/>"));
+        modelOf(nodesWithKeys(), root("Node", "", "<nodes><nodes/></nodes><one/><nodes/>"));
     Lines lines;
     for (const ModelElement& each : model.contents(model.roots().front())) {
         lines.push_back(model.identity(each));
@@ -79,7 +90,7 @@ TEST(LoadedModel, ContentsStandInTheOrderOfTheFile) {
 }
 
 TEST(LoadedModel, StaysUsableAfterItWasMoved) {
-    LoadedModel model = modelOf(nodes(), root("Node", "", "<nodes xmi:id='x'/>"));
+    LoadedModel model = modelOf(nodesWithKeys(), root("Node", "", "<nodes xmi:id='x'/>"));
     const LoadedModel moved = std::move(model);
     EXPECT_EQ(identities(moved), (Lines{"/", "x"}));
     EXPECT_EQ(moved.identity(moved.find("x")), "x");

@@ -36,7 +36,7 @@ void PrintTo(const SharedModel& model, std::ostream* out) {
     *out << model.model;
 }
 
-const std::string ecore = "emf/org.eclipse.emf.ecore/model/Ecore.ecore";
+const std::string ecoreMetamodel = "emf/org.eclipse.emf.ecore/model/Ecore.ecore";
 const std::string javaMetamodel = "modisco-java-kdm/org.eclipse.modisco.java/model/java.ecore";
 const std::string kdmMetamodel = "modisco-java-kdm/org.eclipse.modisco.omg.kdm/model/kdm.ecore";
 
@@ -159,8 +159,8 @@ INSTANTIATE_TEST_SUITE_P(
         SharedModel{"Kdm", {kdmMetamodel}, "modisco-java-kdm/test001_kdm.xmi", 1059},
         SharedModel{"KdmOfManyRoots", {kdmMetamodel}, "modisco-java-kdm/Bug_318638.kdm", 955},
         SharedModel{"BigJava", {javaMetamodel}, "modisco-java-kdm/infra.browser.javaxmi", 69965},
-        SharedModel{"Ecore", {ecore}, ecore},
-        SharedModel{"Uml", {ecore}, "uml2/org.eclipse.uml2.uml/model/UML.ecore"},
+        SharedModel{"Ecore", {ecoreMetamodel}, ecoreMetamodel},
+        SharedModel{"Uml", {ecoreMetamodel}, "uml2/org.eclipse.uml2.uml/model/UML.ecore"},
         SharedModel{"Social",
                     {"ttc2018-social/social_network.ecore"},
                     "ttc2018-social/models/16/initial.xmi",

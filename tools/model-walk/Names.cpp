@@ -43,7 +43,7 @@ std::string nearest(std::string_view word, std::vector<std::string> candidates) 
         const std::size_t distance = editDistance(word.substr(0, comparedLength), candidate);
         ranked.emplace_back(distance, std::move(candidate));
     }
-    std::ranges::sort(ranked);
+    std::sort(ranked.begin(), ranked.end());
     ranked.erase(std::unique(ranked.begin(), ranked.end()), ranked.end());
     if (ranked.size() > shown) ranked.resize(shown);
     std::string text;

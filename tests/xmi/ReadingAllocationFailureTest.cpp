@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+#include <ostream>
+#include <string>
+
+#include "tests/support/AllocationMeter.h"
+#include "tests/support/Points.h"
+#include "tests/xmi/FailingMalloc.h"
+#include "tests/xmi/ReaderFixture.h"
+
+/// Every single allocation of reading a file fails in turn: those of the readers, and those of the
+/// XML parser and the C library beneath them.
+namespace nuv::zero::xmi::test {
+namespace {
+
+using zero::test::AllocationMeter;
+using zero::test::FailingMalloc;
+using zero::test::recordPoints;
+
+const std::string metamodelText = package(
+    eClass("Named", attribute("name", "EString", R"(iD="true")"), R"(abstract="true")") +
+    eClass("Node",
+           reference("nodes", "Node", std::string(contents) + R"( eOpposite="#//Node/above")") +
+               reference("above", "Node", R"(eOpposite="#//Node/nodes")") +
+               reference("to", "Node", many) + attribute("size", "EInt") +
+               attribute("kind", "#//Kind") + attribute("tags", "EString", many),
+           R"(eSuperTypes="#//Named")") +
+    R"(<eClassifiers xsi:type="ecore:EEnum" name="Kind"><eLiterals name="k"/></eClassifiers>)"
+    R"(<eSubpackages name="q" nsURI="urn:q" nsPrefix="q">)" +
+    eClass("Leaf", reference("node", "#//Node"), R"(eSuperTypes="#//Node")") + "</eSubpackages>");
+
+const std::string modelText =
+    root("Node", R"(to="//@nodes.0 b" name="top" size="7" kind="k")",
+         R"(<nodes name="a" to="#//a b"/><nodes name="b"><nodes xsi:type="p:Node"/></nodes>
+            <to href="#b"/><to>a</to><tags>one</tags><tags>two &amp; three</tags>)");
+
+/// One way of running out of memory.
+struct Shortage {
+    const char* name;
+    void (*failAt)(long);
+    bool (*hasFailed)();
+    long (*live)();
+};
+
+void PrintTo(const Shortage& shortage, std::ostream* out) {
+    *out << shortage.name;
+}
+
+class ReadingAllocationFailureTest : public testing::TestWithParam<Shortage> {
+  protected:
+    void SetUp() override {
+        if (GetParam().failAt == &FailingMalloc::failAt && !FailingMalloc::isInstalled()) {
+            GTEST_SKIP() << "malloc cannot be replaced here";
+        }
+    }
+
+    /// Fails each allocation of an action in turn; after each failure nothing is left of it, and
+    /// what it could not do it does when it is called again.
+    void failEverywhere(const std::function<Lines()>& read, const char* what) {
+        const Shortage& shortage = GetParam();
+        const Lines expected = read();
+        long points = 0;
+        for (bool failed = true; failed; ++points) {
+            const long before = shortage.live();
+            bool threw = false;
+            {
+                Lines lines;
+                shortage.failAt(points + 1);
+                try {
+                    lines = read();
+                } catch (const std::bad_alloc&) {
+                    threw = true;
+                } catch (const ReadError& error) {
+                    // The C library says so where it cannot open the file for want of memory.
+                    shortage.failAt(0);
+                    threw = std::string_view(error.what()).ends_with("Cannot allocate memory");
+                    EXPECT_TRUE(threw) << error.what();
+                }
+                shortage.failAt(0);
+                failed = shortage.hasFailed();
+                if (!threw) {
+                    ASSERT_EQ(lines, expected) << "at allocation " << points + 1;
+                }
+            }
+            ASSERT_EQ(shortage.live(), before) << "leaked at allocation " << points + 1;
+            ASSERT_EQ(read(), expected) << "again after allocation " << points + 1;
+        }
+        recordPoints(points - 1,
+                     std::string("failing allocations of ") + shortage.name + " in " + what);
+    }
+};
+
+TEST_P(ReadingAllocationFailureTest, AMetamodelIsReadOrTheFailurePassesThrough) {
+    failEverywhere([] { return describe(EcoreReader().addText("p.ecore", metamodelText).read()); },
+                   "reading a metamodel");
+}
+
+TEST_P(ReadingAllocationFailureTest, AMetamodelReaderIsUsableAfterEachFailure) {
+    EcoreReader reader;
+    bool added = false;
+    failEverywhere(
+        [&] {
+            if (!added) {
+                reader.addText("p.ecore", metamodelText);
+                added = true;
+            }
+            return describe(reader.read());
+        },
+        "reading a metamodel again by one reader");
+}
+
+TEST_P(ReadingAllocationFailureTest, AFileThatCouldNotBeAddedIsAddedByALaterAttempt) {
+    const Lines expected = describe(EcoreReader().addText("p.ecore", metamodelText).read());
+    long points = 0;
+    for (bool failed = true; failed; ++points) {
+        EcoreReader reader;
+        GetParam().failAt(points + 1);
+        try {
+            reader.addText("p.ecore", metamodelText);
+            failed = false;
+        } catch (const std::bad_alloc&) {
+        }
+        GetParam().failAt(0);
+        if (failed) reader.addText("p.ecore", metamodelText);
+        ASSERT_EQ(describe(reader.read()), expected) << "allocation " << points + 1;
+    }
+    recordPoints(points - 1, std::string("failing allocations of ") + GetParam().name +
+                                 " in adding a file to a reader");
+}
+
+TEST_P(ReadingAllocationFailureTest, AModelIsReadOrTheFailurePassesThrough) {
+    const LoadedMetamodel metamodel = EcoreReader().addText("p.ecore", metamodelText).read();
+    const XmiReader reader(metamodel);
+    failEverywhere([&] { return describe(reader.readText("m.xmi", modelText)); },
+                   "reading a model");
+}
+
+TEST_P(ReadingAllocationFailureTest, FilesAreReadOrTheFailurePassesThrough) {
+    failEverywhere(
+        [] {
+            const LoadedMetamodel metamodel =
+                EcoreReader().addFile(EXAMPLE_MODELS "/system.ecore").read();
+            Lines lines = describe(metamodel);
+            for (std::string& line :
+                 describe(XmiReader(metamodel).readFile(EXAMPLE_MODELS "/drone.xmi"))) {
+                lines.push_back(std::move(line));
+            }
+            return lines;
+        },
+        "reading the example files");
+}
+
+INSTANTIATE_TEST_SUITE_P(Shortages, ReadingAllocationFailureTest,
+                         testing::Values(Shortage{"New", &AllocationMeter::failAt,
+                                                  &AllocationMeter::hasFailed,
+                                                  &AllocationMeter::live},
+                                         Shortage{"Malloc", &FailingMalloc::failAt,
+                                                  &FailingMalloc::hasFailed, &FailingMalloc::live}),
+                         [](const auto& each) { return each.param.name; });
+
+}  // namespace
+}  // namespace nuv::zero::xmi::test
