@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -9,23 +10,40 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-/// Runs a fuzz target over the files of some folders, for compilers without a fuzzer.
+namespace {
+
+std::vector<std::filesystem::path> filesOf(const std::filesystem::path& place) {
+    if (!std::filesystem::is_directory(place)) return {place};
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(place)) {
+        files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+}  // namespace
+
+/// Runs a fuzz target over files, and over all files of folders, for compilers without a fuzzer.
 int main(int argc, char** argv) {
-    int files = 0;
+    int count = 0;
     for (int index = 1; index < argc; ++index) {
-        for (const auto& entry : std::filesystem::directory_iterator(argv[index])) {
-            std::ifstream file(entry.path(), std::ios::binary);
+        for (const std::filesystem::path& path : filesOf(argv[index])) {
+            // Said before it is run: a target that finds something ends the program.
+            std::printf("%s\n", path.c_str());
+            std::fflush(stdout);
+            std::ifstream file(path, std::ios::binary);
             const std::vector<char> bytes((std::istreambuf_iterator<char>(file)), {});
             try {
                 LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()),
                                        bytes.size());
             } catch (const std::exception& failure) {
-                std::fprintf(stderr, "%s: %s\n", entry.path().c_str(), failure.what());
+                std::fprintf(stderr, "throws: %s\n", failure.what());
                 return 1;
             }
-            ++files;
+            ++count;
         }
     }
-    std::printf("%d files\n", files);
-    return files > 0 ? 0 : 1;
+    std::printf("%d files\n", count);
+    return count > 0 ? 0 : 1;
 }
