@@ -30,9 +30,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
     /// Prepares to read the property from many elements of one class. Other elements can be read
     /// all the same.
     void prepareFor(const Class& type) { reader_ = WalkSupport::PropertyReader(type, property_); }
-    /// What the property of an element designates. Throws what the framework throws.
+    /// What the property of an element designates; nothing for a null element. Throws what the
+    /// framework throws.
     WalkSupport::ElementView read(const ModelElement& element) const {
-        return reader_.read(element, property_);
+        return element ? reader_.read(element, property_) : WalkSupport::ElementView();
     }
 
   private:

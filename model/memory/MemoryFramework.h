@@ -39,11 +39,11 @@ struct WalkSupport<ModelElement> {
 
     static constexpr std::size_t cacheLine = 64;
     [[gnu::always_inline]] static void prefetch(const ModelElement& element) noexcept {
-        // The object, and the slots behind it.
-        const auto* start = reinterpret_cast<const std::byte*>(element.get());
-        __builtin_prefetch(start);
-        __builtin_prefetch(start + cacheLine);
-        __builtin_prefetch(start + 2 * cacheLine);
+        // The object, and the slots behind it. Numbers, because null has nothing behind it.
+        const auto start = reinterpret_cast<std::uintptr_t>(element.get());
+        __builtin_prefetch(reinterpret_cast<const void*>(start));
+        __builtin_prefetch(reinterpret_cast<const void*>(start + cacheLine));
+        __builtin_prefetch(reinterpret_cast<const void*>(start + 2 * cacheLine));
     }
 };
 

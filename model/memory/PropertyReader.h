@@ -7,8 +7,8 @@ namespace nuv::zero::memory {
 /// Reads one property from many elements of one class: it has looked up the number of their slot
 /// once. An element of another class is read by way of its own class.
 ///
-/// The class and the property have to outlive the reader. A slot's number never changes, so a
-/// reader stays valid while the metamodel grows. Any number of threads may share one.
+/// A reader keeps its class. A slot's number never changes, so a reader stays valid while the
+/// metamodel grows. Any number of threads may share one.
 class PropertyReader {
   public:
     PropertyReader() noexcept = default;
@@ -17,14 +17,14 @@ class PropertyReader {
         slot_ = type.get()->layout().slotOf(*property.get());
         // A class that lacks the property may still inherit it one day.
         if (slot_ == ClassLayout::noSlot) return;
-        type_ = type.get();
+        type_ = type;
         isEmptyWhenNeverSet_ = property.get()->isEmptyWhenNeverSet();
     }
 
     /// The same as `Object::view` gives for the property that the reader was made for.
     ElementView read(const ModelElement& element, const meta::Property& property) const {
         const Object& object = *element.get();
-        if (object.class_ != type_) {
+        if (object.class_ != type_.get()) {
             return object.view(property, Object::ReflectionPrivateTag::PUBLIC_ACCESS);
         }
         const SlotWord word = object.slotAt(slot_);
@@ -34,7 +34,7 @@ class PropertyReader {
     }
 
   private:
-    const ClassObject* type_ = nullptr;
+    meta::Class type_;
     ClassLayout::Slot slot_ = ClassLayout::noSlot;
     bool isEmptyWhenNeverSet_ = false;
 };

@@ -51,7 +51,7 @@ CONFIGURATION = [
 SUITE_ORDER = ["model_tests", "traversal_tests", "scenarios", "oracle_tests"]
 ORACLE_CASES = "400"
 # Depth and the distribution of random cases take long and say nothing about a mutant.
-TESTS_LEFT_OUT = "*Million*:*SmallStack*:*RandomCasesShow*"
+TESTS_LEFT_OUT = "*DepthAndWidth*:*Million*:*SmallStack*:*RandomCasesShow*"
 
 LEAST_CPU_SECONDS = 20
 WALL_SECONDS = 600

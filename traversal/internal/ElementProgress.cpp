@@ -71,7 +71,8 @@ inline bool ElementProgress::updateCurrentValueForNewProperty() {
             valueCount_ = values_.size();
             if (valueCount_ != 0) {
                 valueIndex_ = 0;
-                return true;
+                // The observer may have pruned what it was told of.
+                return !finished_;
             }
         }
         if (isNotifying()) notify(EventPoint::ExitProperty, setting.property());

@@ -25,15 +25,16 @@ enum class EventPoint : std::int32_t {
 /// The cursor over the links that leave one element: property by property in the order of the
 /// settings, value by value in the order of the model.
 ///
-///     ElementProgress cursor(link, &observer,
-///     provider->getPropertiesToTraverse(link.getTarget())); while (!cursor.processedAll()) {
+///     const auto settings = provider->getPropertiesToTraverse(link.getTarget());
+///     ElementProgress cursor(link, &observer, settings);
+///     while (!cursor.processedAll()) {
 ///         if (const Link next = cursor.advanceAndGetCurrent(); !!next) use(next);
 ///     }
 ///
 /// The values of a property are those that stood there when the cursor came to it. Reading a
-/// property that holds no elements throws `CannotCastIncompatibleTypes`; the next step then goes on
-/// behind that property. A property is never read when it was pruned before its turn, but its enter
-/// and exit events are sent all the same.
+/// property whose value is not made of elements throws `CannotCastIncompatibleTypes`; the next step
+/// then goes on behind that property. A property is never read when it was pruned before its turn,
+/// but its enter and exit events are sent all the same.
 ///
 /// A cursor keeps its element and its settings alive; the observer has to outlive it. A copy is an
 /// independent cursor at the same place. One thread at a time.

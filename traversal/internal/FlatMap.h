@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -69,7 +68,7 @@ class FlatMap {
 
     /// Makes sure that the next `insert` allocates nothing.
     void reserveOne() {
-        // At most half full: linear probing then ends after a step or two.
+        // At most half full: linear probing then ends after a few steps.
         if ((size_ + 1) * 2 > slots_.size()) grow();
     }
 

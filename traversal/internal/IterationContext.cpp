@@ -1,3 +1,4 @@
+#include <stdexcept>
 #include <utility>
 
 #include "traversal/PropertyProvider.h"
@@ -9,10 +10,39 @@
 
 namespace nuv::zero::traversal::internal {
 
+namespace {
+
+const std::shared_ptr<TraversalResult>& required(const std::shared_ptr<TraversalResult>& result) {
+    if (result == nullptr) throw std::invalid_argument("A walk needs a result to start from.");
+    return result;
+}
+
+/// Marks a walk as under way. A step that was begun from one of its own callbacks would pull the
+/// cursors out from under the outer step.
+class Step {
+  public:
+    explicit Step(bool& isUnderWay) : isUnderWay_(isUnderWay) {
+        if (isUnderWay) refuse();
+        isUnderWay = true;
+    }
+    Step(const Step&) = delete;
+    Step& operator=(const Step&) = delete;
+    ~Step() { isUnderWay_ = false; }
+
+    [[noreturn]] static void refuse() {
+        throw std::logic_error("A walk cannot be advanced or assigned from its own callbacks.");
+    }
+
+  private:
+    bool& isUnderWay_;
+};
+
+}  // namespace
+
 TraversalResult::IterationContext::IterationContext() = default;
 
 TraversalResult::IterationContext::IterationContext(const std::shared_ptr<TraversalResult>& result)
-    : result_(result),
+    : result_(required(result)),
       store_(result->isDepthFirst() ? makeDfsStore() : makeBfsStore()),
       maintainer_(result->createUniquenessMaintainer()),
       progress_(std::make_unique<ProgressTable>(result->isDepthFirst()
@@ -33,6 +63,7 @@ TraversalResult::IterationContext::IterationContext(const IterationContext& othe
 
 void TraversalResult::IterationContext::operator=(const IterationContext& other) {
     if (this == &other) return;
+    if (isUnderWay_) Step::refuse();
     IterationContext copy(other);
     // From here on nothing can fail. What the lent handles rely on goes last.
     current_ = copy.current_;
@@ -61,6 +92,7 @@ bool TraversalResult::IterationContext::operator==(const IterationContext& other
 /// are as long as the model.
 void TraversalResult::IterationContext::advance() {
     if (!result_) return;
+    const Step step(isUnderWay_);
     while (true) {
         if (ElementProgress* cursor = progress_->cursorOfTop()) {
             if (produceChildren(cursor)) return;
@@ -110,12 +142,13 @@ bool TraversalResult::IterationContext::produceChildren(ElementProgress* cursor)
         cursor->lookAhead([this](const ModelElement& next)
                               __attribute__((always_inline)) { progress_->prefetch(next); });
         const Lent<ModelElement> target = cursor->currentTarget();
-        const bool cascade = shouldCascadeInto(target.get());
+        ProgressTable::Meeting meeting = progress_->meet(target.get());
+        const bool cascade = !meeting.hasEntered();
         const LentLink link(cursor->element(), target.get(), cursor->currentProperty(), cascade);
         if (cascade) {
-            progress_->prepareToEnter(target.get(), result_->processor_);
+            progress_->prepareToEnter(meeting, target.get(), result_->processor_);
             store_->push(link.get());
-            progress_->enter(target.get(), result_->processor_);
+            progress_->enter(meeting, target.get(), result_->processor_);
             if (isDepthFirst) {
                 cursor = progress_->cursorOfTop();
                 if (!isReportingSelfFirst) continue;
@@ -152,10 +185,6 @@ bool TraversalResult::IterationContext::tryReport(const Link& link) {
     if (result_->runFilters(link) == ResultPolicy::WalkOnly) return false;
     current_ = LentLink(link);
     return true;
-}
-
-bool TraversalResult::IterationContext::shouldCascadeInto(const ModelElement& target) {
-    return !progress_->hasEnteredNext(target);
 }
 
 void TraversalResult::IterationContext::notifyEnterInput() {

@@ -31,7 +31,6 @@ class LentLink {
     ~LentLink() { end(); }
 
     const Link& get() const noexcept { return link_; }
-    void setNoCascade() noexcept { link_.setNoCascade(); }
 
   private:
     void end() noexcept {

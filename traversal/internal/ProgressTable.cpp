@@ -12,23 +12,25 @@ ProgressTable::ProgressTable(const ProgressTable& other) = default;
 ProgressTable::~ProgressTable() = default;
 
 /// Breadth-first, an element under the observer that the walk began with needs no cursor yet.
-void ProgressTable::prepareToWait(const ModelElement& element, TraversalProcessor* observer) {
+void ProgressTable::prepareToWait(const ModelElement& element, TraversalProcessor* observer,
+                                  const Settings& settings) {
     if (observer != firstObserver_) {
-        park(element, observer, *prepared_);
+        park(element, observer, settings);
     } else if (!parked_.empty()) {
         // An earlier attempt to enter it, under another observer, may have failed after this.
         parked_.erase(element);
     }
 }
 
-bool ProgressTable::openTop(const Link& top, TraversalProcessor* observer) {
+bool ProgressTable::openTop(const Link& top, TraversalProcessor* const& observer) {
     const ModelElement& element = top.getTarget();
     const bool isInput = !top.getProperty();
     if (isInput) {
-        if (hasEnteredNext(element)) return false;
-        prepareToEnter(element, observer);
+        Meeting meeting = meet(element);
+        if (meeting.hasEntered()) return false;
+        prepareToEnter(meeting, element, observer);
         if (!isDepthFirst()) path_.reserveOne();
-        enter(element, observer);
+        enter(meeting, element, observer);
         if (isDepthFirst()) return true;
     } else {
         path_.reserveOne();

@@ -22,8 +22,26 @@ namespace nuv::zero::traversal::internal {
 ///
 /// Everything that the table is shown stays alive as long as the table.
 class ProgressTable {
+    struct Nothing {};
+    using Settings = std::vector<AssociationSetting>;
+    using Entered =
+        FlatMap<ModelElement, Lent<ModelElement>, Nothing, WalkSupport::Hash<ModelElement>>;
+
   public:
     enum class Discipline : bool { BreadthFirst, DepthFirst };
+
+    /// What the walk knows of an element when it meets it: from looking it up to entering it.
+    class Meeting {
+      public:
+        bool hasEntered() const noexcept { return place_.isTaken(); }
+
+      private:
+        friend class ProgressTable;
+        explicit Meeting(const Entered::Place& place) noexcept : place_(place) {}
+
+        Entered::Place place_;
+        const Settings* settings_ = nullptr;
+    };
 
     /// REQUIRES: the provider outlives the table.
     ProgressTable(Discipline discipline, PropertyProvider& provider, TraversalProcessor* observer);
@@ -36,11 +54,10 @@ class ProgressTable {
     bool hasEntered(const ModelElement& element) const noexcept {
         return entered_.contains(element);
     }
-    /// The same for an element that is entered next if it was not; fails when there is no room to.
-    bool hasEnteredNext(const ModelElement& element) {
+    /// Looks an element up that is to be entered if it was not; fails when there is no room for it.
+    Meeting meet(const ModelElement& element) {
         entered_.reserveOne();
-        place_ = entered_.locate(element);
-        return place_.isTaken();
+        return Meeting(entered_.locate(element));
     }
 
     /// Announces a question about an element: the answer lies anywhere in memory.
@@ -51,21 +68,24 @@ class ProgressTable {
 
     /// Everything else about entering an element that can fail: makes room and asks the provider
     /// for the settings of its class. A failure leaves the element as if it had never been met.
-    /// REQUIRES: `hasEnteredNext` has just answered false for it.
-    void prepareToEnter(const ModelElement& element, TraversalProcessor* observer) {
-        // First of all, since the provider may run the caller's code.
+    ///
+    /// The observer by reference, because the provider may run the caller's code, which may attach
+    /// another one. REQUIRES: the element was met and not entered.
+    void prepareToEnter(Meeting& meeting, const ModelElement& element,
+                        TraversalProcessor* const& observer) {
         keeper_.pin(element);
-        prepared_ = &settingsOf(element);
+        meeting.settings_ = &settingsOf(element);
         if (isDepthFirst()) {
             path_.reserveOne();
         } else {
-            prepareToWait(element, observer);
+            prepareToWait(element, observer, *meeting.settings_);
         }
     }
     /// Marks the element entered. REQUIRES: `prepareToEnter` has just succeeded for it.
-    void enter(const ModelElement& element, TraversalProcessor* observer) noexcept {
-        entered_.insert(element, {}, place_);
-        if (isDepthFirst()) path_.push().restart(element, observer, *prepared_);
+    void enter(const Meeting& meeting, const ModelElement& element,
+               TraversalProcessor* observer) noexcept {
+        entered_.insert(element, {}, meeting.place_);
+        if (isDepthFirst()) path_.push().restart(element, observer, *meeting.settings_);
     }
 
     /// The cursor over the target of the link at the top of the frontier; null before `openTop`.
@@ -74,7 +94,7 @@ class ProgressTable {
     ElementProgress* cursorOfTop() noexcept { return path_.empty() ? nullptr : &path_.back(); }
     /// Makes that cursor, and enters an input, whose turn has come. False when the input was
     /// reached from an earlier one and finished there.
-    bool openTop(const Link& top, TraversalProcessor* observer);
+    bool openTop(const Link& top, TraversalProcessor* const& observer);
     /// Ends the cursor of the top.
     void finishTop() noexcept {
         path_.pop();
@@ -85,16 +105,12 @@ class ProgressTable {
     ElementProgress* findUnfinished(const ModelElement& element);
 
   private:
-    struct Nothing {};
-    using Settings = std::vector<AssociationSetting>;
-    using Entered =
-        FlatMap<ModelElement, Lent<ModelElement>, Nothing, WalkSupport::Hash<ModelElement>>;
-
     bool isDepthFirst() const noexcept { return discipline_ == Discipline::DepthFirst; }
     const Settings& settingsOf(const ModelElement& element) {
         return provider_.settingsOf(access::classOf(element));
     }
-    void prepareToWait(const ModelElement& element, TraversalProcessor* observer);
+    void prepareToWait(const ModelElement& element, TraversalProcessor* observer,
+                       const Settings& settings);
     /// Breadth-first: puts the cursor of an element on the path. REQUIRES: there is room.
     void startTurn(const ModelElement& element);
     ElementProgress* findOnPath(const ModelElement& element);
@@ -112,9 +128,6 @@ class ProgressTable {
     std::unordered_map<ModelElement, std::size_t> pathIndex_;
     std::size_t indexed_ = 0;
     std::unordered_map<ModelElement, ElementProgress> parked_;
-    /// The settings of the element that is about to be entered, and its place among the entered.
-    const Settings* prepared_ = nullptr;
-    Entered::Place place_;
 };
 
 }  // namespace nuv::zero::traversal::internal

@@ -7,13 +7,22 @@
 
 namespace nuv::zero::traversal::internal {
 
+RuleTree::RuleTree(const RuleTree& other) : first_(other.first_) {
+    nodes_.reserve(other.nodes_.size());
+    for (const auto& node : other.nodes_) nodes_.push_back(std::make_unique<Node>(*node));
+}
+
+RuleTree& RuleTree::operator=(const RuleTree& other) {
+    return *this = RuleTree(other);
+}
+
 RuleTree::Place RuleTree::descend(const Class& owner) const {
     const ClassHierarchyComparator less;
     Place place;
     // The entry that would follow the class in order: the last one passed on its left side.
     Index after = none;
     for (Index index = nodes_.empty() ? none : 0; index != none;) {
-        const Node& node = nodes_[index];
+        const Node& node = *nodes_[index];
         if (node.rule.owner == owner) {
             place.found = index;
             return place;
@@ -28,33 +37,34 @@ RuleTree::Place RuleTree::descend(const Class& owner) const {
             index = node.left;
         }
     }
-    if (after != none && !less(owner, nodes_[after].rule.owner)) place.found = after;
+    if (after != none && !less(owner, nodes_[after]->rule.owner)) place.found = after;
     return place;
 }
 
 void RuleTree::file(const Class& owner, ClassPredicate predicate, ResultPolicy policy) {
     const Place place = descend(owner);
     if (place.found != none) {
-        Rule& rule = nodes_[place.found].rule;
+        Rule& rule = nodes_[place.found]->rule;
         rule.predicate = std::move(predicate);
         rule.policy = policy;
         return;
     }
     if (nodes_.size() >= none) throw std::length_error("Too many rules for one property.");
     const auto index = static_cast<Index>(nodes_.size());
-    nodes_.push_back({{owner, std::move(predicate), policy}, none, none, none});
+    nodes_.push_back(
+        std::make_unique<Node>(Node{{owner, std::move(predicate), policy}, none, none, none}));
     if (place.parent != none) {
-        Node& parent = nodes_[place.parent];
+        Node& parent = *nodes_[place.parent];
         (place.toTheRight ? parent.right : parent.left) = index;
     }
-    Index& link = place.before == none ? first_ : nodes_[place.before].next;
-    nodes_[index].next = link;
+    Index& link = place.before == none ? first_ : nodes_[place.before]->next;
+    nodes_[index]->next = link;
     link = index;
 }
 
 void RuleTree::setPolicy(const Class& owner, ResultPolicy policy) {
     const Place place = descend(owner);
-    if (place.found != none) nodes_[place.found].rule.policy = policy;
+    if (place.found != none) nodes_[place.found]->rule.policy = policy;
 }
 
 }  // namespace nuv::zero::traversal::internal

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "traversal/ClassPredicate.h"
@@ -23,6 +24,13 @@ class RuleTree {
         ResultPolicy policy;
     };
 
+    RuleTree() = default;
+    RuleTree(const RuleTree& other);
+    RuleTree(RuleTree&&) noexcept = default;
+    RuleTree& operator=(const RuleTree& other);
+    RuleTree& operator=(RuleTree&&) noexcept = default;
+    ~RuleTree() = default;
+
     /// Files a rule, or replaces predicate and policy of the one filed under the same class before.
     /// A failure changes nothing.
     void file(const Class& owner, ClassPredicate predicate, ResultPolicy policy);
@@ -31,9 +39,10 @@ class RuleTree {
 
     /// The first rule in order whose predicate accepts the class; null where none does.
     const Rule* firstAccepting(const Class& type) const {
-        for (Index index = first_; index != none; index = nodes_[index].next) {
-            const Rule& rule = nodes_[index].rule;
-            if (rule.predicate(type)) return &rule;
+        for (Index index = first_; index != none;) {
+            const Node& node = *nodes_[index];
+            if (node.rule.predicate(type)) return &node.rule;
+            index = node.next;
         }
         return nullptr;
     }
@@ -57,7 +66,8 @@ class RuleTree {
     };
     Place descend(const Class& owner) const;
 
-    std::vector<Node> nodes_;
+    /// Behind pointers, because a predicate that is being asked may file further rules.
+    std::vector<std::unique_ptr<Node>> nodes_;
     Index first_ = none;
 };
 

@@ -97,12 +97,16 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 /// link. When the walk ends, the observer hears `onExitInputElement` for the last input, and again
 /// for each further `advance`.
 ///
+/// Callbacks may prune and copy the walk that calls them. Advancing or assigning it from there
+/// throws `std::logic_error` and changes nothing; destroying it from there is not allowed.
+///
 /// A model that changes under a walk is outside the contract, but does no harm: what the walk has
 /// met stays alive, and the values of a property are those that stood there when it was reached.
 class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
   public:
     /// The end of every walk.
     IterationContext();
+    /// As `TraversalResult::begin`. Throws `std::invalid_argument` for a null result.
     explicit IterationContext(const std::shared_ptr<TraversalResult>& result);
     IterationContext(const IterationContext& other);
     void operator=(const IterationContext& other);
@@ -131,7 +135,6 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     MODELING_NUV0_TRAVERSAL_LOCAL bool produceChildren(ElementProgress* cursor);
     MODELING_NUV0_TRAVERSAL_LOCAL bool tryReportSelf(ElementProgress& cursor);
     MODELING_NUV0_TRAVERSAL_LOCAL bool tryReport(const Link& link);
-    MODELING_NUV0_TRAVERSAL_LOCAL bool shouldCascadeInto(const ModelElement& target);
     MODELING_NUV0_TRAVERSAL_LOCAL void notifyEnterInput();
     MODELING_NUV0_TRAVERSAL_LOCAL void notifyExitInput();
 
@@ -142,6 +145,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     std::size_t nextInput_ = 0;
     LentLink current_;
     ModelElement currentInput_;
+    bool isUnderWay_ = false;
 };
 
 }  // namespace nuv::zero::traversal::internal

@@ -29,8 +29,8 @@ TEST_F(LentLinkTest, ReadsAsTheLinkItWasMadeOf) {
 }
 
 TEST_F(LentLinkTest, CopiesAndAssignmentsCarryAllFields) {
-    LentLink original(link);
-    original.setNoCascade();
+    link.setNoCascade();
+    const LentLink original(link);
     const LentLink copy(original);
     LentLink assigned;
     assigned = copy;

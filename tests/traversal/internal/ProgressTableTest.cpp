@@ -31,9 +31,10 @@ class ProgressTableTest : public testing::TestWithParam<Discipline> {
     }
     static void enter(ProgressTable& table, const ModelElement& element,
                       TraversalProcessor* observer = nullptr) {
-        ASSERT_FALSE(table.hasEnteredNext(element));
-        table.prepareToEnter(element, observer);
-        table.enter(element, observer);
+        auto meeting = table.meet(element);
+        ASSERT_FALSE(meeting.hasEntered());
+        table.prepareToEnter(meeting, element, observer);
+        table.enter(meeting, element, observer);
     }
 
     test::ModelBuilder m{"Node; Node.x -> Node *", "A.x = B C; B.x = A; C.x = B"};
@@ -88,8 +89,9 @@ TEST_P(ProgressTableTest, PruningAnElementBeforeItsTurnIsKeptForItsTurn) {
 }
 
 TEST_P(ProgressTableTest, PreparingAloneEntersNothing) {
-    EXPECT_FALSE(table.hasEnteredNext(m("A")));
-    table.prepareToEnter(m("A"), nullptr);
+    auto meeting = table.meet(m("A"));
+    EXPECT_FALSE(meeting.hasEntered());
+    table.prepareToEnter(meeting, m("A"), nullptr);
     EXPECT_FALSE(table.hasEntered(m("A")));
     EXPECT_EQ(table.findUnfinished(m("A")), nullptr);
 }
@@ -176,9 +178,9 @@ TEST(ProgressTablePathTest, FindsCursorsFarUpALongPathWhileItShrinksAndGrows) {
     const auto enterUpTo = [&](std::size_t count) {
         while (cursors.size() < count) {
             const ModelElement& element = chain[cursors.size()];
-            ASSERT_FALSE(table.hasEnteredNext(element));
-            table.prepareToEnter(element, nullptr);
-            table.enter(element, nullptr);
+            auto meeting = table.meet(element);
+            table.prepareToEnter(meeting, element, nullptr);
+            table.enter(meeting, element, nullptr);
             cursors.push_back(table.cursorOfTop());
         }
     };
@@ -189,9 +191,9 @@ TEST(ProgressTablePathTest, FindsCursorsFarUpALongPathWhileItShrinksAndGrows) {
     // The places of the finished ones are taken by others.
     cursors.resize(100);
     for (std::size_t i = 200; i < 300; ++i) {
-        ASSERT_FALSE(table.hasEnteredNext(chain[i]));
-        table.prepareToEnter(chain[i], nullptr);
-        table.enter(chain[i], nullptr);
+        auto meeting = table.meet(chain[i]);
+        table.prepareToEnter(meeting, chain[i], nullptr);
+        table.enter(meeting, chain[i], nullptr);
     }
     for (std::size_t i = 0; i < 100; i += 3) EXPECT_EQ(table.findUnfinished(chain[i]), cursors[i]);
     for (std::size_t i = 100; i < 200; ++i) EXPECT_EQ(table.findUnfinished(chain[i]), nullptr);
