@@ -22,7 +22,8 @@ namespace limits {
 inline constexpr std::size_t fileBytes = std::size_t{1} << 30U;
 /// XML elements nested in each other.
 inline constexpr std::size_t depth = 10'000;
-/// XML elements of a file, and therefore objects of a model.
+/// XML elements of a file, and therefore objects of a model. While it is read, each takes about 250
+/// bytes besides its slots.
 inline constexpr std::size_t elements = 20'000'000;
 /// Different names of a file: those of elements, attributes and types, and prefixes.
 inline constexpr std::size_t names = 1'000'000;
@@ -43,9 +44,9 @@ inline constexpr std::size_t slots = 250'000'000;
 /// How much one file may demand. A file that demands more is refused with a `ReadError` that names
 /// the limit, and the place in the file where it is passed.
 ///
-/// No limit is needed for entities: what declares them, a document type declaration, is refused as
-/// such, so no text of a file is longer than the file. Nothing that a file holds is read by
-/// recursion either: the stack that reading takes does not grow with the file.
+/// No limit is needed for the expansion of entities: what declares them, a document type
+/// declaration, is refused as such. Nor is one for the stack: nothing is read by recursion, so what
+/// reading takes of it does not grow with the file.
 struct ReadLimits {
     std::size_t fileBytes = limits::fileBytes;
     std::size_t depth = limits::depth;

@@ -37,6 +37,7 @@ extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* memory);
 
 void* malloc(std::size_t size) noexcept {
@@ -57,6 +58,14 @@ void* realloc(void* old, std::size_t size) noexcept {
     if (old == nullptr && memory != nullptr) ++liveBlocks;
     if (old != nullptr && size == 0) --liveBlocks;
     return memory;
+}
+// Some C++ libraries place exceptions so. Counted, as these are given back by free; never refused,
+// because then there would be nothing to throw.
+int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexcept {
+    *memory = __libc_memalign(alignment, size);
+    if (*memory == nullptr) return ENOMEM;
+    ++liveBlocks;
+    return 0;
 }
 void free(void* memory) noexcept {
     if (memory != nullptr) --liveBlocks;
