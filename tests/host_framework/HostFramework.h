@@ -54,6 +54,25 @@ struct PropertyNode final : Node {
     bool isMany = false;
 };
 
+/// What the library has asked so far, by name: `a.next` was read, the properties of `Part` listed.
+struct Calls {
+    std::map<std::string, int> reads;
+    std::map<std::string, int> listings;
+
+    static Calls& all() {
+        static Calls calls;
+        return calls;
+    }
+    static void forget() { all() = Calls(); }
+};
+
+/// Names are in ASCII here.
+inline std::string toUtf8(std::u16string_view text) {
+    std::string narrow;
+    for (const char16_t unit : text) narrow.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
+    return narrow;
+}
+
 }  // namespace host
 
 namespace nuv::zero {
@@ -150,10 +169,13 @@ class Value {
 
 namespace nuv::zero::access {
 
+using host::toUtf8;
+
 inline meta::Class classOf(const ModelElement& element) {
     return element ? meta::Class(element->type.lock()) : meta::Class();
 }
 inline Value read(const ModelElement& element, const meta::Property& property) {
+    ++host::Calls::all().reads[toUtf8(element->name) + "." + toUtf8(property->name)];
     Value value;
     if (property->isReference) {
         const auto links = element->links.find(property->name);
@@ -176,21 +198,25 @@ inline std::u16string qualifiedNameOf(const meta::Class& type) {
     return type->getQualifiedName();
 }
 
-inline std::vector<meta::Property> allProperties(const meta::Class& type) {
+inline std::vector<meta::Property> listProperties(const meta::Class& type) {
     std::vector<meta::Property> properties;
     if (!type) return properties;
-    if (type->superclass) properties = allProperties(meta::Class(type->superclass));
+    if (type->superclass) properties = listProperties(meta::Class(type->superclass));
     for (const auto& property : type->properties) properties.emplace_back(property);
     return properties;
 }
+inline std::vector<meta::Property> allProperties(const meta::Class& type) {
+    if (type) ++host::Calls::all().listings[toUtf8(type->name)];
+    return listProperties(type);
+}
 inline meta::Property propertyNamed(const meta::Class& type, std::u16string_view name) {
-    for (const meta::Property& property : allProperties(type)) {
+    for (const meta::Property& property : listProperties(type)) {
         if (property->name == name) return property;
     }
     return {};
 }
 inline bool hasProperty(const meta::Class& type, const meta::Property& property) {
-    for (const meta::Property& other : allProperties(type)) {
+    for (const meta::Property& other : listProperties(type)) {
         if (other == property) return true;
     }
     return false;
@@ -238,13 +264,6 @@ inline std::vector<ModelElement> toElements(const Value& value) {
 }
 inline std::u16string toString(const Value& value) {
     return value.text;
-}
-
-/// Names are in ASCII here.
-inline std::string toUtf8(std::u16string_view text) {
-    std::string narrow;
-    for (const char16_t unit : text) narrow.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
-    return narrow;
 }
 
 }  // namespace nuv::zero::access

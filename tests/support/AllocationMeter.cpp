@@ -1,5 +1,7 @@
 #include "tests/support/AllocationMeter.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -9,9 +11,16 @@ namespace {
 
 long totalCount = 0;
 long liveCount = 0;
+long liveBytes = 0;
+long mostBytes = 0;
 long untilFailure = 0;
 bool failed = false;
 bool exempt = false;
+
+/// What the block takes, whatever was asked for.
+long bytesOf(void* memory) noexcept {
+    return static_cast<long>(malloc_usable_size(memory));
+}
 
 void* allocate(std::size_t size, std::size_t alignment) noexcept {
     if (!exempt && untilFailure > 0 && --untilFailure == 0) {
@@ -26,6 +35,8 @@ void* allocate(std::size_t size, std::size_t alignment) noexcept {
     if (memory != nullptr) {
         ++totalCount;
         ++liveCount;
+        liveBytes += bytesOf(memory);
+        mostBytes = std::max(mostBytes, liveBytes);
     }
     return memory;
 }
@@ -39,6 +50,7 @@ void* allocateOrThrow(std::size_t size, std::size_t alignment) {
 void release(void* memory) noexcept {
     if (memory == nullptr) return;
     --liveCount;
+    liveBytes -= bytesOf(memory);
     std::free(memory);
 }
 
@@ -51,6 +63,15 @@ long AllocationMeter::total() {
 }
 long AllocationMeter::live() {
     return liveCount;
+}
+long AllocationMeter::bytes() {
+    return liveBytes;
+}
+long AllocationMeter::peakBytes() {
+    return mostBytes;
+}
+void AllocationMeter::restartPeak() {
+    mostBytes = liveBytes;
 }
 void AllocationMeter::failAt(long allocation) {
     untilFailure = allocation;

@@ -9,6 +9,11 @@ struct AllocationMeter {
     static long total();
     /// Allocations that have not been freed.
     static long live();
+    /// Bytes in these allocations, with what the allocator rounds them up to.
+    static long bytes();
+    /// The most of these bytes at any time since `restartPeak`.
+    static long peakBytes();
+    static void restartPeak();
     /// Makes one allocation fail: the next one for 1, the one after it for 2. Zero calls it off.
     static void failAt(long allocation);
     /// Whether the failure that was asked for last has happened.

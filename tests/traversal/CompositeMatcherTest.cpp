@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "tests/support/ModelBuilder.h"
 #include "tests/support/Predicates.h"
@@ -18,6 +20,16 @@ using Answer = std::pair<bool, ResultPolicy>;
 
 class CompositeMatcherTest : public testing::Test {
   protected:
+    /// Unrelated classes whose names come behind `0`, in the order of their names.
+    std::vector<Class> manyClasses(int count) {
+        std::vector<Class> classes;
+        for (int i = 0; i < count; ++i) {
+            const std::string name = std::to_string(1000 + i);
+            classes.push_back(m.metamodel.addClass(std::u16string(name.begin(), name.end())));
+        }
+        return classes;
+    }
+
     test::ModelBuilder m{"B; A < B; D < B; E < B; Other"};
     Class a = m.type("A");
     Class b = m.type("B");
@@ -123,6 +135,40 @@ TEST_F(CompositeMatcherTest, EmptyPredicateFailsOnceItIsReached) {
     visit.composeMatcher(b, nullptr, ResultPolicy::Report);
     EXPECT_THROW(visit.anyMatches(b), std::bad_function_call);
     EXPECT_THROW(visit.getPolicy(b), std::bad_function_call);
+}
+
+TEST_F(CompositeMatcherTest, PredicateMayFileFurtherRulesIntoTheMatcherThatAsksIt) {
+    // Filed behind the rule that is being asked, so they are asked next, by name.
+    const std::vector<Class> behind = manyClasses(100);
+    const Class first = m.metamodel.addClass(u"0");
+    const auto file = [&](const Class& owner) {
+        const bool isLast = owner == behind.back();
+        visit.composeMatcher(owner, isLast ? always : never, ResultPolicy::Extended);
+    };
+    // What a predicate captures has to stay where it is: here, what it goes on with.
+    const auto fileAll = [&behind, &file] {
+        for (const Class& owner : behind) file(owner);
+        return false;
+    };
+    visit.composeMatcher(
+        first, [&fileAll](const Class&) { return fileAll() || fileAll(); }, ResultPolicy::Report);
+    EXPECT_EQ(visit.anyMatches(b), Answer(true, ResultPolicy::Extended));
+    EXPECT_EQ(visit.getPolicy(a), ResultPolicy::Extended);
+}
+
+TEST_F(CompositeMatcherTest, AnswerOfARuleThatFiledFurtherOnesIsItsOwn) {
+    const std::vector<Class> behind = manyClasses(100);
+    const Class first = m.metamodel.addClass(u"0");
+    prune.composeMatcher(
+        first,
+        [this, &behind](const Class&) {
+            for (const Class& owner : behind) {
+                prune.composeMatcher(owner, nullptr, ResultPolicy::WalkOnly);
+            }
+            return true;
+        },
+        ResultPolicy::Extended);
+    EXPECT_EQ(prune.anyMatches(b), Answer(true, ResultPolicy::Extended));
 }
 
 TEST_F(CompositeMatcherTest, IsPruningExactlyForTheValueZero) {
