@@ -3,9 +3,7 @@
 namespace nuv::zero::traversal {
 
 PropertyMatcher::PropertyMatcher(const Property& property)
-    : property_(property),
-      matcher_([](const Class&) { return true; }),
-      owner_(access::owningClass(property)) {}
+    : property_(property), matcher_(EveryClass()), owner_(access::owningClass(property)) {}
 
 PropertyMatcher::PropertyMatcher(const Property& property,
                                  const std::function<bool(const Class&)>& matcher,

@@ -42,17 +42,16 @@ RuleTree::Place RuleTree::descend(const Class& owner) const {
 }
 
 void RuleTree::file(const Class& owner, ClassPredicate predicate, ResultPolicy policy) {
+    const bool acceptsAll = predicate.target<EveryClass>() != nullptr;
     const Place place = descend(owner);
     if (place.found != none) {
-        Rule& rule = nodes_[place.found]->rule;
-        rule.predicate = std::move(predicate);
-        rule.policy = policy;
+        nodes_[place.found]->rule = {owner, std::move(predicate), policy, acceptsAll};
         return;
     }
     if (nodes_.size() >= none) throw std::length_error("Too many rules for one property.");
     const auto index = static_cast<Index>(nodes_.size());
-    nodes_.push_back(
-        std::make_unique<Node>(Node{{owner, std::move(predicate), policy}, none, none, none}));
+    nodes_.push_back(std::make_unique<Node>(
+        Node{{owner, std::move(predicate), policy, acceptsAll}, none, none, none}));
     if (place.parent != none) {
         Node& parent = *nodes_[place.parent];
         (place.toTheRight ? parent.right : parent.left) = index;

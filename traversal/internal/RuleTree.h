@@ -22,6 +22,10 @@ class RuleTree {
         Class owner;
         ClassPredicate predicate;
         ResultPolicy policy;
+        /// Whether the predicate accepts every class, so that it need not be asked.
+        bool acceptsAll;
+
+        bool accepts(const Class& type) const { return acceptsAll || predicate(type); }
     };
 
     RuleTree() = default;
@@ -41,7 +45,7 @@ class RuleTree {
     const Rule* firstAccepting(const Class& type) const {
         for (Index index = first_; index != none;) {
             const Node& node = *nodes_[index];
-            if (node.rule.predicate(type)) return &node.rule;
+            if (node.rule.accepts(type)) return &node.rule;
             index = node.next;
         }
         return nullptr;
