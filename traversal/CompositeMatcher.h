@@ -38,7 +38,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
     CompositeMatcher& operator=(CompositeMatcher&& other) noexcept;
     ~CompositeMatcher();
 
-    /// Files a rule under a class; the last rule composed under a class replaces the earlier one.
+    /// Files a rule under a class; the last rule composed under a class replaces the earlier one. A
+    /// predicate that is being asked may file rules, but not replace its own.
     void composeMatcher(const Class& owner, const std::function<bool(const Class&)>& matcher,
                         ResultPolicy policy);
     /// Changes the policy of the rule filed under a class; without such a rule nothing happens.

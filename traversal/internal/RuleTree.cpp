@@ -45,7 +45,10 @@ void RuleTree::file(const Class& owner, ClassPredicate predicate, ResultPolicy p
     const bool acceptsAll = predicate.target<EveryClass>() != nullptr;
     const Place place = descend(owner);
     if (place.found != none) {
-        nodes_[place.found]->rule = {owner, std::move(predicate), policy, acceptsAll};
+        Rule& rule = nodes_[place.found]->rule;
+        rule.predicate = std::move(predicate);
+        rule.policy = policy;
+        rule.acceptsAll = acceptsAll;
         return;
     }
     if (nodes_.size() >= none) throw std::length_error("Too many rules for one property.");

@@ -92,6 +92,18 @@ TEST(RuleTreeTest, FilingAClassAgainReplacesItsRuleInPlace) {
     }
 }
 
+TEST(RuleTreeTest, RuleForAllClassesAcceptsAllUntilItIsReplaced) {
+    const ModelBuilder m("Base; C < Base");
+    RuleTree rules;
+    rules.file(m.type("Base"), EveryClass(), ResultPolicy::Report);
+    EXPECT_NE(rules.firstAccepting(m.type("C")), nullptr);
+    EXPECT_NE(rules.firstAccepting(Class()), nullptr);
+    rules.file(m.type("Base"), never, ResultPolicy::Report);
+    EXPECT_EQ(rules.firstAccepting(m.type("C")), nullptr);
+    rules.file(m.type("Base"), EveryClass(), ResultPolicy::Extended);
+    EXPECT_NE(rules.firstAccepting(m.type("C")), nullptr);
+}
+
 TEST(RuleTreeTest, EveryClassFindsItsEntryAgainAmongHundredsOfBasesAndSubclasses) {
     memory::Metamodel metamodel(u"m");
     std::vector<Class> classes;
