@@ -34,7 +34,7 @@ configure_package_config_file(
     INSTALL_DESTINATION "${package_dir}")
 write_basic_package_version_file(
     "${PROJECT_BINARY_DIR}/package/modeling_nuv0_traversal-config-version.cmake"
-    COMPATIBILITY SameMajorVersion)
+    COMPATIBILITY ${MODELING_NUV0_COMPATIBILITY})
 install(FILES "${PROJECT_BINARY_DIR}/package/modeling_nuv0_traversal-config.cmake"
               "${PROJECT_BINARY_DIR}/package/modeling_nuv0_traversal-config-version.cmake"
         DESTINATION "${package_dir}")
