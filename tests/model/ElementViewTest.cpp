@@ -7,60 +7,25 @@
 #include <variant>
 #include <vector>
 
-#include "model/memory/MessageException.h"
-#include "tests/model/Blocks.h"
+#include "tests/model/Readings.h"
 
 namespace nuv::zero::test {
 namespace {
 
 using memory::ElementView;
 
-/// What a reading of a property gives: the elements, or the type that the failure names.
-using Reading = std::variant<Elements, std::u16string>;
-
-ElementView view(const ModelElement& element, const meta::Property& property) {
-    return element->view(property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
-}
-
-Elements taken(const ElementView& view) {
-    Elements elements;
-    for (std::size_t i = 0; i < view.size(); ++i) {
-        ModelElement lent = view.lend(i);
-        elements.push_back(lent);
-        memory::Lending::forget(lent);
-    }
-    return elements;
-}
-
-Reading viewed(const ModelElement& element, const meta::Property& property) {
-    try {
-        return taken(view(element, property));
-    } catch (const CannotCastIncompatibleTypes& failure) {
-        return failure.arguments().at(0);
-    }
-}
-
 /// The long way: read the value and convert it as the property's multiplicity asks for.
 Reading converted(const ModelElement& element, const meta::Property& property) {
-    try {
+    return readingOf([&]() -> Elements {
         const Value value = access::read(element, property);
         if (!access::isSingleValued(property)) return value.asElements();
-        if (!value.isSet()) return Elements{};
+        if (!value.isSet()) return {};
         const ModelElement single = value.asElement();
         return single ? Elements{single} : Elements{};
-    } catch (const CannotCastIncompatibleTypes& failure) {
-        return failure.arguments().at(0);
-    }
+    });
 }
 
-struct ElementViewTest : testing::Test {
-    Blocks m;
-    memory::Model model;
-    ModelElement b1 = model.create(m.block, u"b1");
-    ModelElement b2 = model.create(m.block, u"b2");
-    ModelElement p1 = model.create(m.port, u"p1");
-    ModelElement p2 = model.create(m.port, u"p2");
-};
+struct ElementViewTest : testing::Test, BlocksOfAModel {};
 
 TEST_F(ElementViewTest, ShowsTheStoredElementsInOrder) {
     model.set(b1, m.ports, Elements{p2, p1, p2});
