@@ -39,6 +39,11 @@ TEST_F(CompositionTraversalTest, EveryOverloadReturnsTheBuilderItself) {
     EXPECT_EQ(builder->prune({kids, isLeaf, leaf}), builder);
 }
 
+TEST_F(CompositionTraversalTest, PruningAListCutsEachOfItsProperties) {
+    builder->prune({kids, m["Node.alt"]});
+    EXPECT_EQ(fromA(), Lines{});
+}
+
 TEST_F(CompositionTraversalTest, PruneCutsThePropertyEverywhere) {
     builder->prune(kids);
     EXPECT_EQ(fromA(), Lines{"A.alt>C"});
