@@ -41,7 +41,7 @@ WalkRow measureWalk(const Walk& walk, std::size_t rounds) {
     row.order = walk.order;
     row.links = expected.links() / walk.shape->walks;
     row.flatPerLink = timing.perLink[0];
-    row.libraryPerLink = timing.perLink[1];
+    row.walkPerLink = timing.perLink[1];
     row.ratio = timing.ratio[1];
     row.nodeRatio = timing.ratio[2];
     row.markRatio = timing.ratio[3];
@@ -63,7 +63,7 @@ void writeTable(std::ostream& out, const std::vector<WalkRow>& rows) {
     for (const WalkRow& row : rows) {
         const Targets targets = targetsOf(row.shape, row.order);
         out << "| " << row.shape << " | " << nameOf(row.kind) << " | " << nameOf(row.order) << " | "
-            << fixed(row.libraryPerLink.median, 1) << " | " << fixed(row.flatPerLink.median, 1)
+            << fixed(row.walkPerLink.median, 1) << " | " << fixed(row.flatPerLink.median, 1)
             << " | " << judged(row.ratio.median, targets.ratio, 2) << " | " << rangeOf(row.ratio, 2)
             << " | " << limit(targets.ratio, 1) << " | "
             << judged(row.bytesPerElement, targets.bytesPerElement, 1) << " | "

@@ -16,7 +16,7 @@ struct WalkRow {
     Kind kind = Kind::Composition;
     traversal::Algo order = traversal::Algo::DepthFirstPreOrder;
     std::size_t links = 0;
-    Spread libraryPerLink;
+    Spread walkPerLink;
     Spread flatPerLink;
     Spread ratio;
     /// Hand-written loops with other visited sets, over the same base.

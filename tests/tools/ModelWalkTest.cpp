@@ -31,8 +31,9 @@ std::string contentsOf(const std::filesystem::path& path) {
 class ModelWalk : public testing::Test {
   protected:
     void SetUp() override {
+        // mkdtemp wants a name that ends in six of these.
         const std::filesystem::path pattern =
-            std::filesystem::temp_directory_path() / "model-walk-test-XXXXXX";
+            std::filesystem::temp_directory_path() / ("model-walk-test-" + std::string(6, 'X'));
         std::string made = pattern.string();
         ASSERT_NE(mkdtemp(made.data()), nullptr);
         folder_ = made;
@@ -244,7 +245,8 @@ TEST_F(ModelWalk, LinesStayLinesWhateverNamesHold) {
 }
 
 TEST_F(ModelWalk, FailureToWriteIsAFailure) {
-    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "there is no /dev/full";
+    if (!std::filesystem::exists("/dev/full"))
+        GTEST_SKIP() << "this system has no device that is always full";
     const int status = std::system("cd '" SAMPLE_MODELS "' && '" MODEL_WALK
                                    "' system.ecore drone.xmi >/dev/full 2>/dev/null");
     EXPECT_EQ(WEXITSTATUS(status), 1);
