@@ -4,6 +4,7 @@
 #include <cstdint>
 
 /// The in-memory model as a framework for the traversal library.
+#include "model/Compiler.h"
 #include "model/memory/ElementView.h"
 #include "model/memory/MessageException.h"
 #include "model/memory/ModelAccess.h"
@@ -37,13 +38,12 @@ struct WalkSupport<ModelElement> {
         }
     };
 
-    static constexpr std::size_t cacheLine = 64;
-    [[gnu::always_inline]] static void prefetch(const ModelElement& element) noexcept {
+    MODELING_NUV0_ALWAYS_INLINE static void prefetch(const ModelElement& element) noexcept {
         // The object, and the slots behind it. Numbers, because null has nothing behind it.
         const auto start = reinterpret_cast<std::uintptr_t>(element.get());
-        __builtin_prefetch(reinterpret_cast<const void*>(start));
-        __builtin_prefetch(reinterpret_cast<const void*>(start + cacheLine));
-        __builtin_prefetch(reinterpret_cast<const void*>(start + 2 * cacheLine));
+        for (std::uintptr_t line = 0; line < 3; ++line) {
+            prefetchLine(reinterpret_cast<const void*>(start + line * cacheLine));
+        }
     }
 };
 
