@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/WalkSupport.h"
+#include "model/Framework.h"
 #include "traversal/ClassPredicate.h"
 #include "traversal/Export.h"
 #include "traversal/fwd.h"

@@ -5,13 +5,12 @@
 
 /// The in-memory model as a framework for the traversal library.
 #include "model/Compiler.h"
+#include "model/WalkSupport.h"
 #include "model/memory/ElementView.h"
 #include "model/memory/MessageException.h"
 #include "model/memory/ModelAccess.h"
 #include "model/memory/Pins.h"
 #include "model/memory/PropertyReader.h"
-
-#include "model/WalkSupport.h"
 
 namespace nuv::zero::access {
 
@@ -41,9 +40,9 @@ struct WalkSupport<ModelElement> {
     MODELING_NUV0_ALWAYS_INLINE static void prefetch(const ModelElement& element) noexcept {
         // The object, and the slots behind it. Numbers, because null has nothing behind it.
         const auto start = reinterpret_cast<std::uintptr_t>(element.get());
-        for (std::uintptr_t line = 0; line < 3; ++line) {
-            prefetchLine(reinterpret_cast<const void*>(start + line * cacheLine));
-        }
+        prefetchLine(reinterpret_cast<const void*>(start));
+        prefetchLine(reinterpret_cast<const void*>(start + cacheLine));
+        prefetchLine(reinterpret_cast<const void*>(start + 2 * cacheLine));
     }
 };
 
