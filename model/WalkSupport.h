@@ -26,6 +26,11 @@ namespace nuv::zero::access {
 ///         // of neighbours in memory best have hashes that are neighbours.
 ///         template <class Handle> struct Hash { std::size_t operator()(const Handle&) const; };
 ///
+///         // May be left out. The number of an element: no two elements share one. Elements made
+///         // together best have numbers near each other, as the walk remembers what it has entered
+///         // by number then, in an eighth of a byte each where they are close.
+///         static std::uint64_t numberOf(const ModelElement& element) noexcept;
+///
 ///         // Begins to load an element that is looked at soon; the handle may be null.
 ///         static void prefetch(const ModelElement& element) noexcept;
 ///

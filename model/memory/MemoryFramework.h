@@ -37,6 +37,12 @@ struct WalkSupport<ModelElement> {
         }
     };
 
+    /// The address in units of the smallest object: no two objects begin in one unit, and objects
+    /// made one after another have numbers near each other.
+    static std::uint64_t numberOf(const ModelElement& element) noexcept {
+        return reinterpret_cast<std::uintptr_t>(element.get()) / sizeof(memory::Object);
+    }
+
     MODELING_NUV0_ALWAYS_INLINE static void prefetch(const ModelElement& element) noexcept {
         // The object, and the slots behind it. Numbers, because null has nothing behind it.
         const auto start = reinterpret_cast<std::uintptr_t>(element.get());
