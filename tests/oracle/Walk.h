@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <map>
 #include <memory>
 #include <set>
@@ -73,7 +72,7 @@ class Walk {
     bool hasEntered(int element) const { return cursors_.count(element) != 0; }
     bool isDepthFirst() const { return result_->algo != 2; }
     const Step& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
-    void pop() { isDepthFirst() ? frontier_.pop_back() : frontier_.pop_front(); }
+    void pop() { frontier_.erase(isDepthFirst() ? frontier_.end() - 1 : frontier_.begin()); }
     void push(const Step& link) { frontier_.push_back(link); }
 
     // One cursor.
@@ -95,7 +94,7 @@ class Walk {
     const World* world_;
     Callbacks* callbacks_;
     std::shared_ptr<Result> result_;
-    std::deque<Step> frontier_;
+    std::vector<Step> frontier_;
     std::set<std::tuple<int, int, int>> seenLinks_;
     std::set<int> seenElements_;
     int uniqueness_ = 2;

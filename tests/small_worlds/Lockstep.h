@@ -1,8 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
+#include <deque>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -52,16 +53,16 @@ class Lockstep {
     Lockstep& operator=(const Lockstep&) = delete;
     ~Lockstep();
 
-    /// Empty when both agree; otherwise what happened at the step at which they do not.
-    std::string run(const Script& script);
-    /// The same, with a line for each step before.
+    /// Whether both agree at every step.
+    bool run(const Script& script);
+    /// The same, with what each step shows, up to the first at which they do not agree.
     std::string runInWords(const Script& script);
     /// Steps compared so far.
     std::uint64_t steps() const { return steps_; }
 
   private:
     using EngineWalk = traversal::TraversalResult::IterationContext;
-    class Observer;
+    class EngineObserver;
     class OracleObserver;
     /// One walk of each side.
     struct Pair {
@@ -72,27 +73,33 @@ class Lockstep {
     bool begin();
     bool perform(Operation operation);
     bool advance(Pair& pair);
+    /// To the end, and one step past it.
     bool finish(Pair& pair);
-    bool agree();
-    bool stand(const Pair& pair) const;
-    std::string difference() const;
-    std::string inWords(const Pair& pair, bool ofEngine) const;
+    /// Compares, and forgets the events that were compared.
+    bool agrees();
+    bool standsAlike(const Pair& pair) const;
+    std::string inWords(bool ofEngine) const;
     oracle::Step stepOf(const traversal::Link& link) const;
     int indexOf(const ModelElement& element) const;
+    const ModelElement& elementAt(int index) const {
+        return elements_[static_cast<std::size_t>(index - oracle::none)];
+    }
+    int indexOf(const meta::Property& property) const;
 
     const oracle::World& world_;
+    /// Behind a null handle, which has the index before the first.
     std::vector<ModelElement> elements_;
     std::array<meta::Property, 2> properties_;
     Trace engineTrace_;
     Trace oracleTrace_;
-    std::unique_ptr<Observer> observer_;
+    std::unique_ptr<EngineObserver> engineObserver_;
     std::unique_ptr<OracleObserver> oracleObserver_;
     std::shared_ptr<traversal::TraversalResult> engineResult_;
     std::shared_ptr<oracle::Result> oracleResult_;
-    /// As many as a script may make, so that they stay where they are; the last is driven.
-    std::vector<Pair> walks_;
+    /// The last is the one that is driven.
+    std::deque<Pair> walks_;
     std::uint64_t steps_ = 0;
-    /// What each step showed, when words are wanted.
+    /// What each step showed, where words are wanted.
     std::string* words_ = nullptr;
 };
 

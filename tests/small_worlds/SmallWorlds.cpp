@@ -90,7 +90,7 @@ Scene makeScene(int elements, const List& inputs, const Values& values, bool yIs
         }
         return result;
     };
-    Scene scene{worldWith(yIsList), placed(inputs), {}};
+    Scene scene{worldWith(yIsList), placed(inputs)};
     scene.world.elements.assign(static_cast<std::size_t>(elements), 0);
     for (int element = 0; element < elements; ++element) {
         const auto index = static_cast<std::size_t>(element);
@@ -164,23 +164,18 @@ class Enumeration {
 
 }  // namespace
 
-void forEachScene(const Family& family, const std::function<bool(std::uint64_t)>& wants,
-                  const std::function<void(std::uint64_t, const Scene&)>& use) {
-    std::uint64_t number = 0;
+void forEachScene(const Family& family, const UseScene& use) {
     for (const bool isForComposition : {false, true}) {
         if (isForComposition && !family.withComposition) continue;
-        const std::vector<Kind> kinds =
-            isForComposition ? std::vector{Kind::Composition}
-                             : std::vector{Kind::Additive, Kind::Subtractive};
+        const std::vector<Kind> kinds = isForComposition
+                                            ? std::vector{Kind::Composition}
+                                            : std::vector{Kind::Additive, Kind::Subtractive};
         for (int elements = 0; elements <= family.mostElements; ++elements) {
             Enumeration all(elements, family.yIsList, isForComposition);
             all.run([&](const List& inputs, const Values& values) {
-                if (wants(number)) {
-                    Scene scene = makeScene(elements, inputs, values, family.yIsList, number);
-                    scene.kinds = kinds;
-                    use(number, scene);
-                }
-                ++number;
+                use(kinds, [&](std::uint64_t number) {
+                    return makeScene(elements, inputs, values, family.yIsList, number);
+                });
             });
         }
     }

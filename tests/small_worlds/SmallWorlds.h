@@ -36,11 +36,14 @@ inline constexpr Family families[] = {
 struct Scene {
     oracle::World world;
     std::vector<int> inputs;
-    /// Additive and subtractive, or composition.
-    std::vector<oracle::Kind> kinds;
 };
 
-/// Calls with every scene of a family, and its number.
+/// What a scene is used with: the kinds of traversal that are run on it, and its maker, which takes
+/// a number.
+using UseScene = std::function<void(const std::vector<oracle::Kind>& kinds,
+                                    const std::function<Scene(std::uint64_t number)>& make)>;
+
+/// Calls with every scene of a family.
 ///
 /// Left out is only what is the same walk as one that is gone through:
 /// - A scene with an element that cannot be reached from the inputs: no walk is ever handed that
@@ -48,13 +51,10 @@ struct Scene {
 /// - Of the scenes that differ only in which element is called 0, 1 and 2, all but the one whose
 ///   elements are met in this order. The library compares and hashes handles and knows no order of
 ///   elements. What it does with addresses may depend on how they lie, so the elements of a scene
-///   are made in an order that changes from scene to scene.
+///   are made in an order that depends on the number.
 /// - For compositions, the values of `y`, which is not followed: it leads from every element to
 ///   itself, so that following it would show at once.
-///
-/// `wants` is asked with the number before a scene is made.
-void forEachScene(const Family& family, const std::function<bool(std::uint64_t)>& wants,
-                  const std::function<void(std::uint64_t, const Scene&)>& use);
+void forEachScene(const Family& family, const UseScene& use);
 
 std::string describe(const Scene& scene);
 
