@@ -64,7 +64,7 @@ std::shared_ptr<TraversalResult> runOn(const EngineModel& model, Kind kind,
 
 std::string describe(const Script& script) {
     std::string text = "script";
-    for (const Operation operation : script) {
+    for (const Operation& operation : script) {
         text += std::string(&operation == script.data() ? " " : ", ") + nameOf(operation);
     }
     return text;
@@ -143,6 +143,10 @@ Lockstep::Lockstep(const Scene& scene, const EngineModel& model, Kind kind, Algo
 
 Lockstep::~Lockstep() = default;
 
+Lockstep::Pair::Pair(Lockstep& lockstep)
+    : engine(lockstep.engineResult_),
+      oracle(lockstep.world_, *lockstep.oracleObserver_, lockstep.oracleResult_) {}
+
 bool Lockstep::run(const Script& script) {
     walks_.clear();
     if (!begin()) return false;
@@ -164,7 +168,7 @@ bool Lockstep::begin() {
     if (words_ != nullptr) *words_ += "> begin\n";
     engineTrace_.clear();
     oracleTrace_.clear();
-    walks_.push_back({EngineWalk(engineResult_), {world_, *oracleObserver_, oracleResult_}});
+    walks_.emplace_back(*this);
     return agrees();
 }
 

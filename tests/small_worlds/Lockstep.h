@@ -66,6 +66,7 @@ class Lockstep {
     class OracleObserver;
     /// One walk of each side.
     struct Pair {
+        explicit Pair(Lockstep& lockstep);
         EngineWalk engine;
         oracle::Walk oracle;
     };
