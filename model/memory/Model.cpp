@@ -191,7 +191,7 @@ SlotWord reference(const ModelStorage& storage, const ModelElement& target) noex
 void store(const Place& place, HeldWord word) {
     // First the slot, which may fail while the word still has an owner.
     SlotWord& slot = place.slot();
-    ModelStorage::replace(slot, word.detach());
+    place.storage.replace(slot, word.detach());
 }
 
 template <class Value>
@@ -212,13 +212,13 @@ void setMany(const Place& place, const std::vector<Entry>& entries) {
     checkCount(place, entries.size());
     for (const Entry& entry : entries) checkEntry(place, entry);
     // An empty list reads as one that was never set.
-    if (entries.empty()) return ModelStorage::replace(place.slot(), SlotWord());
+    if (entries.empty()) return place.storage.replace(place.slot(), SlotWord());
     if constexpr (std::is_same_v<Entry, ModelElement>) {
         const bool counts = std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) {
             return isForeign(place.storage, entry);
         });
         if (entries.size() == 1 && !counts) {
-            return ModelStorage::replace(place.slot(), SlotWord::own(*entries.front().get()));
+            return place.storage.replace(place.slot(), SlotWord::own(*entries.front().get()));
         }
         HeldWord list = wordFor(entries);
         if (counts) list.word().payload()->countElements();
@@ -237,10 +237,10 @@ std::size_t grownCapacity(std::size_t capacity) {
 /// A list with the entries of another one, and room for more. Entries are moved where nobody else
 /// reads them.
 template <class Stored>
-HeldWord grown(Payload& list) {
+HeldWord grown(const ModelStorage& storage, Payload& list) {
     Payload& made = Payload::make(list.kind(), grownCapacity(list.size()));
     HeldWord word(SlotWord::holding(made));
-    if (!list.isShared()) {
+    if (!list.isReadElsewhere(storage)) {
         list.moveInto<Stored>(made);
         return word;
     }
@@ -253,13 +253,13 @@ HeldWord grown(Payload& list) {
 
 /// Appends to a list that stands in a slot. `counts` says whether the entry needs to be counted.
 template <class Stored>
-void appendTo(SlotWord& slot, Stored entry, bool counts) {
+void appendTo(ModelStorage& storage, SlotWord& slot, Stored entry, bool counts) {
     Payload* list = slot.payload();
-    if (list->isShared() || list->size() == list->capacity()) {
+    if (list->isReadElsewhere(storage) || list->size() == list->capacity()) {
         // Somebody may still read the list as it stands, which is then left to them.
-        HeldWord larger = grown<Stored>(*list);
+        HeldWord larger = grown<Stored>(storage, *list);
         list = larger.word().payload();
-        ModelStorage::replace(slot, larger.detach());
+        storage.replace(slot, larger.detach());
     }
     if (counts) list->countElements();
     if constexpr (std::is_same_v<Stored, const Object*>) {
@@ -282,11 +282,11 @@ void addOne(const Place& place, const Value& value) {
     if (slot.isNeverSet() || slot.isWithoutPayload()) {
         checkCount(place, 1);
         if constexpr (std::is_same_v<Entry, ModelElement>) {
-            if (!counts) return ModelStorage::replace(slot, SlotWord::own(*value.get()));
+            if (!counts) return place.storage.replace(slot, SlotWord::own(*value.get()));
         }
         typename List::Stored entry = List::entry(value);
-        ModelStorage::replace(slot, SlotWord::holding(Payload::make(List::kind, 1)));
-        return appendTo(slot, std::move(entry), counts);
+        place.storage.replace(slot, SlotWord::holding(Payload::make(List::kind, 1)));
+        return appendTo(place.storage, slot, std::move(entry), counts);
     }
     if (slot.isReference()) {
         checkCount(place, 2);
@@ -299,7 +299,7 @@ void addOne(const Place& place, const Value& value) {
     } else {
         checkCount(place, slot.payload()->size() + 1);
     }
-    appendTo<typename List::Stored>(slot, List::entry(value), counts);
+    appendTo<typename List::Stored>(place.storage, slot, List::entry(value), counts);
 }
 
 /// What a planted value holds, all of it counted. A single element is a payload, as a collection
@@ -364,7 +364,7 @@ void Model::set(const ModelElement& element, const meta::Property& property,
     checkSingle(place, target);
     checkType(place, target);
     SlotWord& slot = place.slot();
-    ModelStorage::replace(slot, reference(place.storage, target));
+    place.storage.replace(slot, reference(place.storage, target));
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property,
@@ -397,7 +397,7 @@ void Model::set(const ModelElement& element, const meta::Property& property,
     if (targets.size() != 0) return setMany(place, std::vector<ModelElement>(targets));
     // Empty braces do not say of what, and need not.
     checkMany(place);
-    ModelStorage::replace(place.slot(), SlotWord());
+    place.storage.replace(place.slot(), SlotWord());
 }
 
 void Model::add(const ModelElement& element, const meta::Property& property,
@@ -417,12 +417,12 @@ void Model::add(const ModelElement& element, const meta::Property& property, std
 void Model::unset(const ModelElement& element, const meta::Property& property) {
     const Place place = checkedPlace(storage_, element, property);
     const bool single = place.property.isSingleValued();
-    ModelStorage::replace(place.slot(), single ? SlotWord() : SlotWord::withoutPayload());
+    place.storage.replace(place.slot(), single ? SlotWord() : SlotWord::withoutPayload());
 }
 
 void Model::clear(const ModelElement& element, const meta::Property& property) {
     const Place place = checkedPlace(storage_, element, property);
-    ModelStorage::replace(place.slot(), SlotWord());
+    place.storage.replace(place.slot(), SlotWord());
 }
 
 void Model::plant(const ModelElement& element, const meta::Property& property, PlantedValue value) {

@@ -47,7 +47,7 @@ SlotWord& ModelStorage::lateSlot(Object& element, ClassLayout::Slot number) {
 }
 
 void ModelStorage::giveUpElements() noexcept {
-    forEachElement([](Object& element) {
+    forEachElement([this](Object& element) {
         const SlotWord* slots = inlineSlots(element);
         for (std::size_t i = 0; i < element.inlineSlotCount_; ++i) releaseBySlot(slots[i]);
         if (element.lateSlots_ != nullptr) {
