@@ -52,9 +52,8 @@ class Comparison {
     bool agrees() const { return difference_.empty(); }
 
     std::string failure() const {
-        constexpr const char* names[] = {"additive", "composition", "subtractive"};
         std::string text = describe(world_);
-        text += std::string(names[static_cast<std::size_t>(kind_)]) + " traversal\n";
+        text += std::string(nameOf(kind_)) + " traversal\n";
         for (const std::string& line : log_) text += line + '\n';
         return text + difference_;
     }

@@ -34,22 +34,24 @@ class Observer : public TraversalProcessor {
         : index_(index), model_(model), recorder_(recorder) {}
 
     void onEnterInputElement(const ModelElement& element) override {
-        recorder_.event(index_, "enters input", model_.indexOf(element));
+        recorder_.event(index_, Event::EnterInput, model_.indexOf(element));
     }
     void onEnterElement(const ModelElement& element) override {
-        recorder_.event(index_, "enters", model_.indexOf(element));
+        recorder_.event(index_, Event::EnterElement, model_.indexOf(element));
     }
     void onEnterProperty(const ModelElement& element, const meta::Property& property) override {
-        recorder_.event(index_, "enters", model_.indexOf(element), model_.indexOf(property));
+        recorder_.event(index_, Event::EnterProperty, model_.indexOf(element),
+                        model_.indexOf(property));
     }
     void onExitProperty(const ModelElement& element, const meta::Property& property) override {
-        recorder_.event(index_, "exits", model_.indexOf(element), model_.indexOf(property));
+        recorder_.event(index_, Event::ExitProperty, model_.indexOf(element),
+                        model_.indexOf(property));
     }
     void onExitElement(const ModelElement& element) override {
-        recorder_.event(index_, "exits", model_.indexOf(element));
+        recorder_.event(index_, Event::ExitElement, model_.indexOf(element));
     }
     void onExitInputElement(const ModelElement& element) override {
-        recorder_.event(index_, "exits input", model_.indexOf(element));
+        recorder_.event(index_, Event::ExitInput, model_.indexOf(element));
     }
 
   private:

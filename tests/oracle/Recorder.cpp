@@ -1,6 +1,7 @@
 #include "tests/oracle/Recorder.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -56,9 +57,11 @@ int Recorder::filter(int filter, const Step& link) {
     }
 }
 
-void Recorder::event(int observer, const char* name, int element, int property) {
-    std::string line =
-        "observer " + std::to_string(observer) + ' ' + name + ' ' + elementName(element);
+void Recorder::event(int observer, Event event, int element, int property) {
+    constexpr std::array names = {"enters input", "enters", "enters",
+                                  "exits",        "exits",  "exits input"};
+    std::string line = "observer " + std::to_string(observer) + ' ' +
+                       names[static_cast<std::size_t>(event)] + ' ' + elementName(element);
     if (property != none) line += ' ' + propertyName(property);
     called(line);
 }
@@ -73,7 +76,11 @@ void Recorder::writeCurrentException() {
     } catch (const std::bad_weak_ptr&) {
         write("throws std::bad_weak_ptr");
     } catch (const ReadFailure& failure) {
-        write("throws CannotCastIncompatibleTypes " + failure.typeName);
+        write("throws CannotCastIncompatibleTypes " +
+              (failure.type < 0
+                   ? className(failure.type)
+                   : access::toUtf8(
+                         world_->classes[static_cast<std::size_t>(failure.type)].qualifiedName)));
     } catch (const CannotCastIncompatibleTypes& failure) {
         write("throws CannotCastIncompatibleTypes " + access::toUtf8(failure.arguments().at(0)));
     }

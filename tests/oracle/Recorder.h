@@ -4,28 +4,24 @@
 #include <utility>
 #include <vector>
 
-#include "tests/oracle/World.h"
+#include "tests/oracle/Callbacks.h"
 
 namespace nuv::zero::oracle {
 
 /// What a callback throws when it is told to fail.
 struct CallbackFailure {};
-/// What the oracle throws where a model read fails: the qualified name of the value's type.
-struct ReadFailure {
-    std::string typeName;
-};
 
 /// Acts as the predicates, filters and observers of a case, and writes down what happens, in order.
 /// The oracle and the engine have one each; the two records have to be equal.
-class Recorder {
+class Recorder final : public Callbacks {
   public:
     explicit Recorder(const World& world) : world_(&world), calls_(world.predicates.size(), 0) {}
 
     /// Each throws `CallbackFailure` when its call is to fail, and `std::bad_function_call` when it
     /// stands for an empty function.
-    bool predicate(int predicate, int type);
-    int filter(int filter, const Step& link);
-    void event(int observer, const char* name, int element, int property = none);
+    bool predicate(int predicate, int type) override;
+    int filter(int filter, const Step& link) override;
+    void event(int observer, Event event, int element, int property = none) override;
 
     void write(const std::string& line) { lines_.push_back(line); }
     /// Writes down the exception that is being handled. Throws it again when it is of no known

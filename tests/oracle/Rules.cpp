@@ -68,19 +68,20 @@ void RuleSet::composePolicy(const World& world, int owner, int policy) {
     if (Node* const present = find(world, owner)) present->policy = policy;
 }
 
-const RuleSet::Node* RuleSet::firstAccepting(const Tree& tree, int type, Recorder& recorder) {
+const RuleSet::Node* RuleSet::firstAccepting(const Tree& tree, int type, Callbacks& callbacks) {
     if (!tree) return nullptr;
-    if (const Node* const node = firstAccepting(tree->left, type, recorder)) return node;
-    if (tree->predicate.accepts(type, recorder)) return tree.get();
-    return firstAccepting(tree->right, type, recorder);
+    if (const Node* const node = firstAccepting(tree->left, type, callbacks)) return node;
+    if (tree->predicate.accepts(type, callbacks)) return tree.get();
+    return firstAccepting(tree->right, type, callbacks);
 }
 
-std::pair<bool, int> RuleSet::anyMatches(int type, Recorder& recorder) const {
-    if (const Node* const node = firstAccepting(root_, type, recorder)) return {true, node->policy};
+std::pair<bool, int> RuleSet::anyMatches(int type, Callbacks& callbacks) const {
+    if (const Node* const node = firstAccepting(root_, type, callbacks))
+        return {true, node->policy};
     return {false, prunes_ ? 1 : 0};
 }
 
-void Rules::apply(const World& world, const RuleOperation& rule, Recorder& recorder) {
+void Rules::apply(const World& world, const RuleOperation& rule, Callbacks& callbacks) {
     using Operation = RuleOperation::Kind;
     RulePredicate predicate{rule.predicate};
     switch (rule.kind) {
@@ -89,7 +90,7 @@ void Rules::apply(const World& world, const RuleOperation& rule, Recorder& recor
             return;
         case Operation::SetPolicy:
             if (rule.property == none) return;
-            setPolicy(world, rule.property, predicate, rule.owner, rule.policy, recorder);
+            setPolicy(world, rule.property, predicate, rule.owner, rule.policy, callbacks);
             return;
         case Operation::AddWith:
             predicate = RulePredicate{rule.otherPredicate};
@@ -119,7 +120,7 @@ void Rules::prune(const World& world, int property, const RulePredicate& predica
 }
 
 void Rules::setPolicy(const World& world, int property, const RulePredicate& predicate, int owner,
-                      int policy, Recorder& recorder) {
+                      int policy, Callbacks& callbacks) {
     const auto entry = sets.find(property);
     if (kind == Kind::Additive) {
         if (entry != sets.end()) entry->second.composePolicy(world, owner, policy);
@@ -131,32 +132,32 @@ void Rules::setPolicy(const World& world, int property, const RulePredicate& pre
         return;
     }
     RuleSet& set = entry->second;
-    const auto [matched, found] = set.anyMatches(owner, recorder);
+    const auto [matched, found] = set.anyMatches(owner, callbacks);
     if (set.prunes() && !matched) set.compose(world, owner, RulePredicate{none, false}, found);
 }
 
-Settings Provider::settingsOf(int type, Recorder& recorder) {
+Settings Provider::settingsOf(int type, Callbacks& callbacks) {
     if (cache_.count(type) == 0) {
         std::vector<Setting> settings = rules_.kind == Kind::Additive
-                                            ? additiveSettings(type, recorder)
-                                            : subtractiveSettings(type, recorder);
+                                            ? additiveSettings(type, callbacks)
+                                            : subtractiveSettings(type, callbacks);
         cache_[type] = std::make_shared<const std::vector<Setting>>(std::move(settings));
     }
     return cache_.at(type);
 }
 
-std::vector<Setting> Provider::additiveSettings(int type, Recorder& recorder) const {
+std::vector<Setting> Provider::additiveSettings(int type, Callbacks& callbacks) const {
     std::vector<Setting> settings;
     for (const int property : rules_.traversed) {
         if (!isFollowable(*world_, property)) continue;
         if (!world_->hasProperty(type, property)) continue;
-        const auto [matched, policy] = rules_.sets.at(property).anyMatches(type, recorder);
+        const auto [matched, policy] = rules_.sets.at(property).anyMatches(type, callbacks);
         if (matched) settings.push_back({property, policy});
     }
     return settings;
 }
 
-std::vector<Setting> Provider::subtractiveSettings(int type, Recorder& recorder) const {
+std::vector<Setting> Provider::subtractiveSettings(int type, Callbacks& callbacks) const {
     std::vector<Setting> settings;
     for (const int property : world_->propertiesOf(type)) {
         if (!isFollowable(*world_, property)) continue;
@@ -167,7 +168,7 @@ std::vector<Setting> Provider::subtractiveSettings(int type, Recorder& recorder)
             settings.push_back({property, 1});
             continue;
         }
-        const auto [matched, policy] = entry->second.anyMatches(type, recorder);
+        const auto [matched, policy] = entry->second.anyMatches(type, callbacks);
         if (!(entry->second.prunes() && matched)) settings.push_back({property, policy});
     }
     std::sort(settings.begin(), settings.end(), [this](const Setting& a, const Setting& b) {
@@ -179,11 +180,11 @@ std::vector<Setting> Provider::subtractiveSettings(int type, Recorder& recorder)
     return settings;
 }
 
-int Provider::resultPolicy(int type, int property, Recorder& recorder) const {
+int Provider::resultPolicy(int type, int property, Callbacks& callbacks) const {
     if (property == none) return 1;
     const auto entry = rules_.sets.find(property);
     if (entry == rules_.sets.end()) return 1;
-    return entry->second.anyMatches(type, recorder).second;
+    return entry->second.anyMatches(type, callbacks).second;
 }
 
 }  // namespace nuv::zero::oracle

@@ -5,8 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/oracle/Recorder.h"
-#include "tests/oracle/Side.h"
+#include "tests/oracle/Callbacks.h"
 
 /// Selection rules, evaluated the plain way.
 namespace nuv::zero::oracle {
@@ -19,8 +18,8 @@ struct RulePredicate {
     int predicate = none;
     bool otherwise = true;
 
-    bool accepts(int type, Recorder& recorder) const {
-        return predicate == none ? otherwise : recorder.predicate(predicate, type);
+    bool accepts(int type, Callbacks& callbacks) const {
+        return predicate == none ? otherwise : callbacks.predicate(predicate, type);
     }
 };
 
@@ -33,7 +32,7 @@ class RuleSet {
 
     void compose(const World& world, int owner, const RulePredicate& predicate, int policy);
     void composePolicy(const World& world, int owner, int policy);
-    std::pair<bool, int> anyMatches(int type, Recorder& recorder) const;
+    std::pair<bool, int> anyMatches(int type, Callbacks& callbacks) const;
     bool prunes() const { return prunes_; }
 
   private:
@@ -48,7 +47,7 @@ class RuleSet {
     using Tree = std::shared_ptr<Node>;
     static Tree copyOf(const Tree& tree);
     Node* find(const World& world, int owner) const;
-    static const Node* firstAccepting(const Tree& tree, int type, Recorder& recorder);
+    static const Node* firstAccepting(const Tree& tree, int type, Callbacks& callbacks);
 
     bool prunes_;
     Tree root_;
@@ -67,14 +66,14 @@ struct Rules {
     std::vector<int> traversed;
     int pseudoLinkPolicy = 1;
 
-    void apply(const World& world, const RuleOperation& rule, Recorder& recorder);
+    void apply(const World& world, const RuleOperation& rule, Callbacks& callbacks);
 
   private:
     void traverse(const World& world, int property, const RulePredicate& predicate, int owner,
                   int policy);
     void prune(const World& world, int property, const RulePredicate& predicate, int owner);
     void setPolicy(const World& world, int property, const RulePredicate& predicate, int owner,
-                   int policy, Recorder& recorder);
+                   int policy, Callbacks& callbacks);
 };
 
 /// Answers a walk's questions from a snapshot of the rules.
@@ -82,12 +81,12 @@ class Provider {
   public:
     Provider(const World& world, Rules rules) : world_(&world), rules_(std::move(rules)) {}
 
-    Settings settingsOf(int type, Recorder& recorder);
-    int resultPolicy(int type, int property, Recorder& recorder) const;
+    Settings settingsOf(int type, Callbacks& callbacks);
+    int resultPolicy(int type, int property, Callbacks& callbacks) const;
 
   private:
-    std::vector<Setting> additiveSettings(int type, Recorder& recorder) const;
-    std::vector<Setting> subtractiveSettings(int type, Recorder& recorder) const;
+    std::vector<Setting> additiveSettings(int type, Callbacks& callbacks) const;
+    std::vector<Setting> subtractiveSettings(int type, Callbacks& callbacks) const;
 
     const World* world_;
     Rules rules_;

@@ -1,13 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "tests/oracle/Recorder.h"
 
 namespace nuv::zero::oracle {
-
-enum class Kind : std::uint8_t { Additive, Composition, Subtractive };
 
 /// Something that runs traversals: the engine, or the oracle that it is compared with. Builders,
 /// results, and the places that walks are kept in are named by index.

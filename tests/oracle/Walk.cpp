@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "model/Framework.h"
-
 namespace nuv::zero::oracle {
 
-Walk::Walk(const World& world, Recorder& recorder, std::shared_ptr<Result> result)
+Walk::Walk(const World& world, Callbacks& callbacks, std::shared_ptr<Result> result)
     : world_(&world),
-      recorder_(&recorder),
+      callbacks_(&callbacks),
       result_(std::move(result)),
       uniqueness_(result_->uniqueness) {
     advance();
@@ -27,6 +25,7 @@ void Walk::advance() {
 
     if (!hasEntered(link.target)) enter(link);
     Cursor& cursor = cursors_.at(link.target);
+    if (!cursor.started) callbacks_->remember();
     if (result_->algo != 1 && !cursor.reportedSelf) {
         cursor.reportedSelf = true;
         if (tryReport(link)) return;
@@ -37,17 +36,16 @@ void Walk::advance() {
         if (child.isEmpty()) continue;
         if (hasEntered(child.target)) {
             child.cascade = false;
-            frontier_.push_back(child);
+            callbacks_->remember();
+            push(child);
             if (isDepthFirst()) return advance();
             continue;
         }
         Cursor& entered = enter(child);
-        frontier_.push_back(child);
+        push(child);
         if (isDepthFirst()) return advance();
-        if (!entered.reportedSelf) {
-            entered.reportedSelf = true;
-            if (tryReport(child)) return;
-        }
+        entered.reportedSelf = true;
+        if (tryReport(child)) return;
     }
 
     if (!cursor.reportedSelf) {
@@ -59,20 +57,22 @@ void Walk::advance() {
 }
 
 void Walk::startNextInput() {
-    if (currentInput_ != none) notify(result_->observer, "exits input", currentInput_);
+    if (currentInput_ != none) notify(result_->observer, Event::ExitInput, currentInput_);
     if (nextInput_ == result_->inputs.size()) {
         current_ = Step();
         return;
     }
     currentInput_ = result_->inputs[nextInput_];
     ++nextInput_;
-    notify(result_->observer, "enters input", currentInput_);
-    frontier_.push_back(Step{none, none, currentInput_, true});
+    notify(result_->observer, Event::EnterInput, currentInput_);
+    callbacks_->remember();
+    push(Step{none, none, currentInput_, true});
     advance();
 }
 
 Cursor& Walk::enter(const Step& link) {
-    const Settings settings = result_->provider->settingsOf(classOf(link.target), *recorder_);
+    callbacks_->remember();
+    const Settings settings = result_->provider->settingsOf(classOf(link.target), *callbacks_);
     Cursor cursor;
     cursor.element = link.target;
     cursor.observer = result_->observer;
@@ -83,7 +83,7 @@ Cursor& Walk::enter(const Step& link) {
 bool Walk::tryReport(const Step& link) {
     if (link.isEmpty()) return false;
     if (link.property != none &&
-        result_->provider->resultPolicy(classOf(link.source), link.property, *recorder_) == 0) {
+        result_->provider->resultPolicy(classOf(link.source), link.property, *callbacks_) == 0) {
         return false;
     }
     if (!isUnseen(link) || !passesFilters(link)) return false;
@@ -93,22 +93,25 @@ bool Walk::tryReport(const Step& link) {
 
 bool Walk::isUnseen(const Step& link) {
     if (uniqueness_ == 0) return isUnseenWithOpposite(link);
-    if (uniqueness_ == 1) return seenElements_.insert(link.target).second;
-    return true;
+    if (uniqueness_ != 1) return true;
+    callbacks_->remember();
+    return seenElements_.insert(link.target).second;
 }
 
 bool Walk::isUnseenWithOpposite(const Step& link) {
+    callbacks_->remember();
     if (!seenLinks_.emplace(link.source, link.property, link.target).second) return false;
     if (link.property == none) return true;
     const int opposite = world_->properties[static_cast<std::size_t>(link.property)].opposite;
     if (opposite == none) return true;
+    callbacks_->remember();
     return seenLinks_.emplace(link.target, opposite, link.source).second;
 }
 
 bool Walk::passesFilters(const Step& link) {
     if (result_->dropsPseudoLinks && link.property == none) return false;
     return std::all_of(result_->filters.begin(), result_->filters.end(),
-                       [&](int filter) { return recorder_->filter(filter, link) != 0; });
+                       [&](int filter) { return callbacks_->filter(filter, link) != 0; });
 }
 
 bool Walk::equals(const Walk& other) const {
@@ -123,6 +126,7 @@ bool Walk::equals(const Walk& other) const {
 }
 
 void Walk::pruneAllChildren() {
+    callbacks_->remember();
     const auto entry = cursors_.find(current_.target);
     if (entry == cursors_.end() || entry->second.finished) return;
     entry->second.finished = true;
@@ -130,6 +134,7 @@ void Walk::pruneAllChildren() {
 }
 
 void Walk::pruneChildren(int property) {
+    callbacks_->remember();
     const auto entry = cursors_.find(current_.target);
     if (entry == cursors_.end() || entry->second.finished) return;
     Cursor& cursor = entry->second;
@@ -141,6 +146,7 @@ void Walk::pruneChildren(int property) {
 }
 
 void Walk::pruneSiblings() {
+    callbacks_->remember();
     const auto entry = cursors_.find(current_.source);
     if (entry != cursors_.end()) pruneCurrentProperty(entry->second);
 }
@@ -156,7 +162,7 @@ void Walk::pruneCurrentProperty(Cursor& cursor) {
 
 Step Walk::next(Cursor& cursor) {
     if (!cursor.started && !cursor.finished) {
-        notify(cursor.observer, "enters", cursor.element);
+        notify(cursor.observer, Event::EnterElement, cursor.element);
         cursor.started = true;
         loadProperty(cursor);
     }
@@ -169,7 +175,7 @@ void Walk::moveOn(Cursor& cursor) {
     if (cursor.finished) return;
     ++cursor.valueIndex;
     if (cursor.valueIndex < cursor.values.size()) return;
-    notify(cursor.observer, "exits", cursor.element, propertyOf(cursor));
+    notify(cursor.observer, Event::ExitProperty, cursor.element, propertyOf(cursor));
     ++cursor.propertyIndex;
     loadProperty(cursor);
     ++cursor.valueIndex;
@@ -183,15 +189,16 @@ void Walk::loadProperty(Cursor& cursor) {
             return;
         }
         const int property = propertyOf(cursor);
-        notify(cursor.observer, "enters", cursor.element, property);
+        notify(cursor.observer, Event::EnterProperty, cursor.element, property);
         if (cursor.prunedProperties.count(property) == 0) {
+            callbacks_->remember();
             cursor.values = read(cursor.element, property);
         }
         if (!cursor.values.empty()) {
             cursor.valueIndex = static_cast<std::size_t>(-1);
             return;
         }
-        notify(cursor.observer, "exits", cursor.element, property);
+        notify(cursor.observer, Event::ExitProperty, cursor.element, property);
     }
 }
 
@@ -203,20 +210,17 @@ std::vector<int> Walk::read(int element, int property) const {
         const int type = world_->properties[static_cast<std::size_t>(property)].type;
         // Never set: unset, or an empty collection of the declared type.
         if (single || type >= 0) return {};
-        throw ReadFailure{className(type)};
+        throw ReadFailure{type};
     }
     const ValueDefinition& value = stored->second;
-    const auto fail = [&]() -> std::vector<int> {
-        if (value.type < 0) throw ReadFailure{className(value.type)};
-        const auto type = static_cast<std::size_t>(value.type);
-        throw ReadFailure{access::toUtf8(world_->classes[type].qualifiedName)};
-    };
     if (!single) {
-        if (!value.many || value.type < 0 || value.payload == Payload::Nothing) return fail();
+        if (!value.many || value.type < 0 || value.payload == Payload::Nothing) {
+            throw ReadFailure{value.type};
+        }
         return value.elements;
     }
     if (value.payload == Payload::Nothing) return {};
-    if (value.many || value.type < 0) return fail();
+    if (value.many || value.type < 0) throw ReadFailure{value.type};
     if (value.elements.front() == none) return {};
     return value.elements;
 }
@@ -225,13 +229,13 @@ bool Walk::processedAll(Cursor& cursor) {
     if (!cursor.finished) return false;
     if (cursor.started && !cursor.exitNotified) {
         cursor.exitNotified = true;
-        notify(cursor.observer, "exits", cursor.element);
+        notify(cursor.observer, Event::ExitElement, cursor.element);
     }
     return true;
 }
 
-void Walk::notify(int observer, const char* event, int element, int property) {
-    if (observer != none) recorder_->event(observer, event, element, property);
+void Walk::notify(int observer, Event event, int element, int property) {
+    if (observer != none) callbacks_->event(observer, event, element, property);
 }
 
 int Walk::classOf(int element) const {

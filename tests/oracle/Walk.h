@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <map>
 #include <memory>
 #include <set>
@@ -19,12 +18,14 @@ struct Result {
     std::vector<int> inputs;
     bool dropsPseudoLinks = false;
     std::vector<int> filters;
+    /// 1 is post-order, 2 breadth-first, any other number pre-order.
     int algo = 0;
+    /// 0 is unique links, 1 unique elements, any other number no uniqueness.
     int uniqueness = 2;
 };
 
+/// The links of one element: those of one property after the other.
 struct Cursor {
-    /// The element whose links the cursor walks.
     int element = none;
     int observer = none;
     bool reportedSelf = false;
@@ -39,11 +40,18 @@ struct Cursor {
     std::set<int> prunedProperties;
 };
 
+/// The one walk that every other is compared with. It keeps a cursor for every element entered, and
+/// a frontier of links; it shares nothing with the library, evaluates rules by itself, and knows
+/// elements, classes and properties by their indices in a world.
+///
+/// A callback that throws ends the step where it stands: the order of the statements is the order
+/// in which things have to happen, failures included.
 class Walk {
   public:
     /// The end of every walk.
-    explicit Walk(const World& world, Recorder& recorder) : world_(&world), recorder_(&recorder) {}
-    Walk(const World& world, Recorder& recorder, std::shared_ptr<Result> result);
+    Walk(const World& world, Callbacks& callbacks) : world_(&world), callbacks_(&callbacks) {}
+    /// A walk that stands on its first link.
+    Walk(const World& world, Callbacks& callbacks, std::shared_ptr<Result> result);
 
     void advance();
     const Step& current() const { return current_; }
@@ -64,7 +72,8 @@ class Walk {
     bool hasEntered(int element) const { return cursors_.count(element) != 0; }
     bool isDepthFirst() const { return result_->algo != 2; }
     const Step& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
-    void pop() { isDepthFirst() ? frontier_.pop_back() : frontier_.pop_front(); }
+    void pop() { frontier_.erase(isDepthFirst() ? frontier_.end() - 1 : frontier_.begin()); }
+    void push(const Step& link) { frontier_.push_back(link); }
 
     // One cursor.
     Step next(Cursor& cursor);
@@ -77,15 +86,15 @@ class Walk {
         return cursor.propertyIndex < cursor.settings->size();
     }
     int propertyOf(const Cursor& cursor) const {
-        return (*cursor.settings)[cursor.propertyIndex].property;
+        return cursor.settings->at(cursor.propertyIndex).property;
     }
-    void notify(int observer, const char* event, int element, int property = none);
+    void notify(int observer, Event event, int element, int property = none);
     int classOf(int element) const;
 
     const World* world_;
-    Recorder* recorder_;
+    Callbacks* callbacks_;
     std::shared_ptr<Result> result_;
-    std::deque<Step> frontier_;
+    std::vector<Step> frontier_;
     std::set<std::tuple<int, int, int>> seenLinks_;
     std::set<int> seenElements_;
     int uniqueness_ = 2;

@@ -212,6 +212,18 @@ RuleOperation makeRule(const World& world, Choices& choices) {
     return rule;
 }
 
+const char* nameOf(Kind kind) {
+    switch (kind) {
+        case Kind::Additive:
+            return "Additive";
+        case Kind::Composition:
+            return "Composition";
+        case Kind::Subtractive:
+            break;
+    }
+    return "Subtractive";
+}
+
 std::string elementName(int element) {
     return numbered('e', element);
 }

@@ -82,6 +82,9 @@ struct World {
 
 World makeWorld(Choices& choices);
 
+enum class Kind : std::uint8_t { Additive, Composition, Subtractive };
+const char* nameOf(Kind kind);
+
 /// A rule given to a builder.
 struct RuleOperation {
     enum class Kind : std::uint8_t { Add, AddWith, SetPolicy, Pseudo };

@@ -4,17 +4,15 @@
 #include <memory>
 #include <ostream>
 #include <string>
-#include <unordered_map>
-#include <utility>
+#include <type_traits>
 #include <vector>
 
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/OracleWalk.h"
 #include "traversal/Traversal.h"
-#include "traversal/internal/PropertyProviders.h"
 
-/// Small models full of cycles and a traversal of each kind over them, once as a result of the
-/// engine's and once as the bare provider that a plainly written walk needs. For suites that make
-/// everything fail once.
+/// Small models full of cycles and a traversal of each kind over them, for the library and for the
+/// oracle. For suites that make everything fail once.
 namespace nuv::zero::test {
 
 inline constexpr auto cyclicMetamodel =
@@ -36,26 +34,10 @@ inline std::string ringModel(int size) {
     return model;
 }
 
-enum class Kind { Additive, Composition, Subtractive };
+using oracle::Kind;
 
 inline std::vector<Kind> everyKind() {
     return {Kind::Additive, Kind::Composition, Kind::Subtractive};
-}
-inline const char* nameOf(Kind kind) {
-    switch (kind) {
-        case Kind::Additive:
-            return "Additive";
-        case Kind::Composition:
-            return "Composition";
-        case Kind::Subtractive:
-            break;
-    }
-    return "Subtractive";
-}
-
-/// For the names of parameterised tests.
-inline void PrintTo(Kind kind, std::ostream* out) {
-    *out << nameOf(kind);
 }
 
 /// Gives the predicates of the rules; each of them is asked for the answer that it has to give.
@@ -65,65 +47,92 @@ inline Predicates steadyPredicates() {
     return [](bool answer) { return [answer](const meta::Class&) { return answer; }; };
 }
 
+/// A rule of the traversal of a kind, with the answer that its predicate gives.
+struct CyclicRule {
+    oracle::RuleOperation::Kind operation;
+    const char* property;
+    bool answer;
+    traversal::ResultPolicy policy;
+};
+
+inline std::vector<CyclicRule> cyclicRules(Kind kind) {
+    using traversal::ResultPolicy;
+    using Operation = oracle::RuleOperation::Kind;
+    switch (kind) {
+        case Kind::Additive:
+            return {{Operation::Add, "Node.y", true, ResultPolicy::Report},
+                    {Operation::Add, "Node.x", true, ResultPolicy::Report},
+                    {Operation::Add, "Leaf.z", true, ResultPolicy::Extended},
+                    {Operation::Add, "Node.boss", true, ResultPolicy::WalkOnly}};
+        case Kind::Composition:
+            return {{Operation::Add, "Node.x", false, ResultPolicy::WalkOnly},
+                    {Operation::Add, "Leaf.z", false, ResultPolicy::WalkOnly}};
+        case Kind::Subtractive:
+            break;
+    }
+    return {{Operation::Add, "Node.x", false, ResultPolicy::WalkOnly},
+            {Operation::Add, "Node.boss", false, ResultPolicy::WalkOnly},
+            {Operation::SetPolicy, "Node.y", true, ResultPolicy::Report}};
+}
+
+/// Gives a builder of the library's the rules of its kind.
+template <class Impl>
+std::shared_ptr<Impl> withCyclicRules(std::shared_ptr<Impl> builder, const ModelBuilder& m,
+                                      Kind kind, const Predicates& saying) {
+    for (const CyclicRule& rule : cyclicRules(kind)) {
+        const meta::Property property = m[rule.property];
+        const traversal::PropertyMatcher matcher(property, saying(rule.answer),
+                                                 access::owningClass(property));
+        if (rule.operation == oracle::RuleOperation::Kind::SetPolicy) {
+            builder->setResultPolicy(matcher, rule.policy);
+        } else if constexpr (std::is_same_v<Impl, traversal::AdditiveTraversalImpl>) {
+            builder->traverse(matcher, rule.policy);
+        } else {
+            builder->prune(matcher);
+        }
+    }
+    return builder;
+}
+
 inline std::shared_ptr<traversal::TraversalResult> cyclicResult(
     const ModelBuilder& m, Kind kind, traversal::Algo order,
     const std::vector<ModelElement>& inputs, const Predicates& saying = steadyPredicates()) {
-    using traversal::ResultPolicy;
     using traversal::Spec;
     switch (kind) {
         case Kind::Additive:
-            return Spec::additiveTraversal()
-                ->traverse(m["Node.y"], saying(true), ResultPolicy::Report)
-                ->traverse(m["Node.x"], saying(true), ResultPolicy::Report)
-                ->traverse(m["Leaf.z"], saying(true), ResultPolicy::Extended)
-                ->traverse(m["Node.boss"], saying(true), ResultPolicy::WalkOnly)
-                ->run(inputs, order);
+            return withCyclicRules(Spec::additiveTraversal(), m, kind, saying)->run(inputs, order);
         case Kind::Composition:
-            return Spec::compositionTraversal()
-                ->prune(m["Node.x"], saying(false))
-                ->prune(m["Leaf.z"], saying(false))
+            return withCyclicRules(Spec::compositionTraversal(), m, kind, saying)
                 ->run(inputs, order);
         case Kind::Subtractive:
             break;
     }
-    return Spec::subtractiveTraversal()
-        ->prune(m["Node.x"], saying(false))
-        ->prune(m["Node.boss"], saying(false))
-        ->setResultPolicy({m["Node.y"], saying(true), m.type("Node")}, ResultPolicy::Report)
-        ->run(inputs, order);
+    return withCyclicRules(Spec::subtractiveTraversal(), m, kind, saying)->run(inputs, order);
 }
 
-inline std::shared_ptr<traversal::PropertyProvider> cyclicProvider(
-    const ModelBuilder& m, Kind kind, const Predicates& saying = steadyPredicates()) {
-    using traversal::CompositeMatcher;
-    using traversal::ResultPolicy;
-    using traversal::internal::Candidates;
-    using Mode = CompositeMatcher::VisitMode;
-    std::unordered_map<meta::Property, CompositeMatcher> rules;
-    const auto add = [&](const char* name, Mode mode, bool answer, ResultPolicy policy) {
-        const meta::Property property = m[name];
-        rules.try_emplace(property, mode)
-            .first->second.composeMatcher(access::owningClass(property), saying(answer), policy);
-    };
-    switch (kind) {
-        case Kind::Additive:
-            add("Node.y", Mode::Visit, true, ResultPolicy::Report);
-            add("Node.x", Mode::Visit, true, ResultPolicy::Report);
-            add("Leaf.z", Mode::Visit, true, ResultPolicy::Extended);
-            add("Node.boss", Mode::Visit, true, ResultPolicy::WalkOnly);
-            return traversal::internal::makeAdditiveProvider(
-                rules, {m["Node.y"], m["Node.x"], m["Leaf.z"], m["Node.boss"]});
-        case Kind::Composition:
-            add("Node.x", Mode::Prune, false, ResultPolicy::WalkOnly);
-            add("Leaf.z", Mode::Prune, false, ResultPolicy::WalkOnly);
-            return traversal::internal::makeSubtractiveProvider(rules, Candidates::CompositeOnly);
-        case Kind::Subtractive:
-            break;
+/// The same rules for the oracle; their predicates go to the ground.
+inline oracle::Rules cyclicRules(const ModelBuilder& m, OracleGround& ground, Kind kind,
+                                 const Predicates& saying = steadyPredicates()) {
+    oracle::Rules rules{kind, {}, {}, 1};
+    for (const CyclicRule& rule : cyclicRules(kind)) {
+        const meta::Property property = m[rule.property];
+        oracle::RuleOperation operation;
+        operation.kind = rule.operation;
+        operation.property = ground.indexOf(property);
+        operation.predicate = static_cast<int>(ground.predicates.size());
+        operation.owner = ground.indexOf(access::owningClass(property));
+        operation.policy = static_cast<int>(rule.policy);
+        ground.predicates.push_back(saying(rule.answer));
+        rules.apply(ground.world(), operation, ground);
     }
-    add("Node.x", Mode::Prune, false, ResultPolicy::WalkOnly);
-    add("Node.boss", Mode::Prune, false, ResultPolicy::WalkOnly);
-    add("Node.y", Mode::Visit, true, ResultPolicy::Report);
-    return traversal::internal::makeSubtractiveProvider(rules, Candidates::AllLinking);
+    return rules;
 }
 
 }  // namespace nuv::zero::test
+
+namespace nuv::zero::oracle {
+/// For the names of parameterised tests.
+inline void PrintTo(Kind kind, std::ostream* out) {
+    *out << nameOf(kind);
+}
+}  // namespace nuv::zero::oracle

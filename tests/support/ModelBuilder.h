@@ -46,6 +46,9 @@ class ModelBuilder {
     ModelElement operator()(const std::string& name) const { return lookUp(elements_, name); }
     meta::Property operator[](const std::string& name) const { return lookUp(properties_, name); }
     meta::Class type(const std::string& name) const { return lookUp(classes_, name); }
+    /// In the order in which they were made.
+    const std::vector<meta::Class>& classes() const { return madeClasses_; }
+    const std::vector<ModelElement>& elements() const { return madeElements_; }
 
     memory::Metamodel metamodel{u"m"};
     memory::Model model;
@@ -98,7 +101,7 @@ class ModelBuilder {
         for (std::size_t i = 2; i < tokens.size(); ++i) supers.push_back(type(tokens[i]));
         const meta::Class added = metamodel.addClass(wide(name), supers, qualified);
         classes_[name] = added;
-        if (!first_) first_ = added;
+        madeClasses_.push_back(added);
         if (supers.empty()) {
             metamodel.addProperty(added, u"name", meta::StandardTypes::stringMeta());
         }
@@ -148,14 +151,15 @@ class ModelBuilder {
     }
 
     ModelElement create(const std::string& name, const meta::Class& elementClass) {
-        return elements_[name] = model.create(elementClass, wide(name));
+        return elements_[name] = madeElements_.emplace_back(model.create(elementClass, wide(name)));
     }
     ModelElement mentioned(const std::string& name) {
         const auto found = elements_.find(name);
-        return found == elements_.end() ? create(name, first_) : found->second;
+        return found == elements_.end() ? create(name, madeClasses_.front()) : found->second;
     }
 
-    meta::Class first_;
+    std::vector<meta::Class> madeClasses_;
+    std::vector<ModelElement> madeElements_;
     std::map<std::string, meta::Class> classes_;
     std::map<std::string, meta::Property> properties_;
     std::map<std::string, ModelElement> elements_;

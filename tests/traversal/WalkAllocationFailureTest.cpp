@@ -9,13 +9,12 @@
 
 #include "tests/support/AllocationMeter.h"
 #include "tests/support/CyclicModel.h"
-#include "tests/support/PlainWalk.h"
 #include "tests/support/Points.h"
 #include "tests/support/WalkLog.h"
 
 /// Every single allocation of a walk fails in turn, prunes included, and the rest of the walk, its
-/// events too, has to be that of the plainly written walk that runs out of memory at one of the
-/// places where a walk has to remember something. Nothing else may follow a failure.
+/// events too, has to be that of the oracle that runs out of memory at one of the places where a
+/// walk has to remember something. Nothing else may follow a failure.
 namespace nuv::zero::traversal {
 namespace {
 
@@ -23,11 +22,12 @@ using test::AllocationMeter;
 using test::Kind;
 using test::Lines;
 using test::ModelBuilder;
-using test::PlainWalk;
+using test::OracleGround;
+using test::OracleWalk;
 using test::text;
 using Walk = TraversalResult::IterationContext;
 
-struct World {
+struct WalkedModel {
     const char* name;
     std::string model;
     std::vector<const char*> inputs;
@@ -35,10 +35,10 @@ struct World {
     int stepsBetweenCopies;
 };
 
-const std::vector<World>& worlds() {
+const std::vector<WalkedModel>& worlds() {
     // The ring is deeper than what a walk makes room for at once.
-    static const std::vector<World> all{{"Small", test::cyclicModel, {"A", "H", "C"}, 1},
-                                        {"Ring", test::ringModel(70), {"N3", "N40"}, 4}};
+    static const std::vector<WalkedModel> all{{"Small", test::cyclicModel, {"A", "H", "C"}, 1},
+                                              {"Ring", test::ringModel(70), {"N3", "N40"}, 4}};
     return all;
 }
 
@@ -48,10 +48,11 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
   protected:
     WalkAllocationFailureTest() {
         for (const char* name : world.inputs) inputs.push_back(m(name));
+        ground.filters = {[this](const Link& link) { return filter(link); }};
     }
 
     /// Neither what it writes down nor its own copies of links are the walk's.
-    class Observer : public test::EventLog {
+    class ExemptObserver : public test::EventLog {
       public:
         using EventLog::EventLog;
 
@@ -130,24 +131,21 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
         return text(link.getTarget()) == "D" ? ResultPolicy::WalkOnly : ResultPolicy::Report;
     }
 
-    /// The plain walk that fails at the place with this number; false when there was none.
-    bool plainlyFailingAt(int place, Lines& lines) {
+    /// The oracle that fails at the place with this number; false when there was none.
+    bool oracleFailingAt(int place, Lines& lines) {
         int passed = 0;
         const auto mayFail = [&] {
             if (++passed == place) throw std::bad_alloc();
         };
-        Observer observer(lines);
-        const auto provider = test::cyclicProvider(m, kind);
+        ExemptObserver observer(lines);
+        ground.observer = &observer;
+        ground.onRemember = mayFail;
+        const auto result = ground.result(rules, inputs, order);
+        result->uniqueness = static_cast<int>(mode);
         drive(
             [&] {
                 mayFail();
-                auto walk = std::make_unique<PlainWalk>(
-                    *provider, &observer, inputs,
-                    std::vector<PlainWalk::Filter>{
-                        [this](const Link& link) { return filter(link); }},
-                    order, mode, mayFail);
-                walk->advance();
-                return walk;
+                return std::make_unique<OracleWalk>(ground, result);
             },
             lines);
         return passed >= place;
@@ -155,7 +153,7 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
 
     /// The engine's walk of which the allocation with this number fails; false when there was none.
     bool engineFailingAt(long allocation, Lines& lines) {
-        Observer observer(lines);
+        ExemptObserver observer(lines);
         const auto result = test::cyclicResult(m, kind, order, inputs);
         ResultSetup(result).observe(&observer).unique(mode).filter(
             [this](const Link& link) { return filter(link); });
@@ -165,25 +163,27 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
         return AllocationMeter::hasFailed();
     }
 
-    const World& world = worlds()[std::get<0>(GetParam())];
+    const WalkedModel& world = worlds()[std::get<0>(GetParam())];
     const Kind kind = std::get<1>(GetParam());
     const Algo order = std::get<2>(GetParam());
     const UniquenessMode mode = std::get<3>(GetParam());
     ModelBuilder m{test::cyclicMetamodel, world.model};
+    OracleGround ground{m};
+    const oracle::Rules rules = test::cyclicRules(m, ground, kind);
     const Property pruned = m["Node.y"];
     std::vector<ModelElement> inputs;
 };
 
-TEST_P(WalkAllocationFailureTest, WalkGoesOnAsThePlainWalkThatRanOutOfMemoryAndLeaksNothing) {
+TEST_P(WalkAllocationFailureTest, WalkGoesOnAsTheOracleThatRanOutOfMemoryAndLeaksNothing) {
     std::set<Lines> permitted;
     for (int place = 0;; ++place) {
         Lines lines;
-        const bool failed = plainlyFailingAt(place, lines);
+        const bool failed = oracleFailingAt(place, lines);
         permitted.insert(std::move(lines));
         if (place > 0 && !failed) break;
     }
     Lines undisturbed;
-    plainlyFailingAt(0, undisturbed);
+    oracleFailingAt(0, undisturbed);
     long points = 0;
     for (;; ++points) {
         const long before = AllocationMeter::live();
@@ -224,7 +224,7 @@ INSTANTIATE_TEST_SUITE_P(
                                      UniquenessMode::UniqueLinks)),
     [](const auto& each) {
         return worlds()[std::get<0>(each.param)].name +
-               std::string(test::nameOf(std::get<1>(each.param))) +
+               std::string(nameOf(std::get<1>(each.param))) +
                test::nameOf(std::get<2>(each.param)) + nameOf(std::get<3>(each.param));
     });
 
@@ -266,7 +266,7 @@ class CopyAllocationFailureTest : public testing::TestWithParam<Parameter> {
         }
     }
 
-    const World& world = worlds()[std::get<0>(GetParam())];
+    const WalkedModel& world = worlds()[std::get<0>(GetParam())];
     const int stride = world.stepsBetweenCopies;
     ModelBuilder m{test::cyclicMetamodel, world.model};
     const Property pruned = m["Node.y"];
@@ -342,7 +342,7 @@ INSTANTIATE_TEST_SUITE_P(
                                      UniquenessMode::UniqueLinks)),
     [](const auto& each) {
         return worlds()[std::get<0>(each.param)].name +
-               std::string(test::nameOf(std::get<1>(each.param))) +
+               std::string(nameOf(std::get<1>(each.param))) +
                test::nameOf(std::get<2>(each.param)) + nameOf(std::get<3>(each.param));
     });
 

@@ -9,21 +9,20 @@
 #include <utility>
 
 #include "tests/support/CyclicModel.h"
-#include "tests/support/PlainWalk.h"
 #include "tests/support/Points.h"
 #include "tests/support/WalkLog.h"
 
 /// A predicate, a filter or an observer acts on the walk that calls it: prunes it, copies it, walks
 /// another one, or tries to advance it; at each call of a small walk with cycles, in each kind and
-/// order. Links, events and questions have to be those of the plainly written walk whose callback
-/// does the same.
+/// order. Links, events and questions have to be those of the oracle whose callback does the same.
 namespace nuv::zero::traversal::internal {
 namespace {
 
 using test::Kind;
 using test::Lines;
 using test::ModelBuilder;
-using test::PlainWalk;
+using test::OracleGround;
+using test::OracleWalk;
 using test::text;
 
 constexpr auto refusal = "A walk cannot be advanced or assigned from its own callbacks.";
@@ -48,13 +47,13 @@ enum class Act {
 
 /// One side of the comparison. Its callbacks write down that they were called; one of them acts.
 template <class Walk>
-class Side {
+class ActingSide {
   public:
-    Side(const ModelBuilder& model, Kind wanted, Algo inOrder, Act act, int actingCall)
+    ActingSide(const ModelBuilder& model, Kind wanted, Algo inOrder, Act act, int actingCall)
         : m(model), kind(wanted), order(inOrder), act_(act), actingCall_(actingCall) {}
-    Side(const Side&) = delete;
-    Side& operator=(const Side&) = delete;
-    virtual ~Side() = default;
+    ActingSide(const ActingSide&) = delete;
+    ActingSide& operator=(const ActingSide&) = delete;
+    virtual ~ActingSide() = default;
 
     /// What the walk and its callbacks did.
     Lines run() {
@@ -93,22 +92,22 @@ class Side {
     }
     std::vector<ModelElement> inputs() const { return {m("A"), m("H"), m("C")}; }
 
-    class Observer : public test::EventLog {
+    class ActingObserver : public test::EventLog {
       public:
-        explicit Observer(Side& side) : EventLog(side.unused_), side_(side) {}
+        explicit ActingObserver(ActingSide& side) : EventLog(side.unused_), side_(side) {}
 
       protected:
         void note(std::string line) override { side_.called(line); }
 
       private:
-        Side& side_;
+        ActingSide& side_;
     };
 
     Lines lines;
     const ModelBuilder& m;
     Kind kind;
     Algo order;
-    Observer observer{*this};
+    ActingObserver observer{*this};
 
   private:
     void called(const std::string& line) {
@@ -219,9 +218,9 @@ class Side {
     std::optional<Walk> copy_;
 };
 
-class EngineSide : public Side<TraversalResult::IterationContext> {
+class ActingEngine : public ActingSide<TraversalResult::IterationContext> {
   public:
-    using Side::Side;
+    using ActingSide::ActingSide;
 
   private:
     using Walk = TraversalResult::IterationContext;
@@ -239,21 +238,25 @@ class EngineSide : public Side<TraversalResult::IterationContext> {
     std::shared_ptr<TraversalResult> result_;
 };
 
-class PlainSide : public Side<PlainWalk> {
+class ActingOracle : public ActingSide<OracleWalk> {
   public:
-    using Side::Side;
+    using ActingSide::ActingSide;
 
   private:
-    void begin(std::optional<PlainWalk>& walk) override {
-        if (!provider_) provider_ = test::cyclicProvider(m, kind, predicates());
-        walk.emplace(*provider_, &observer, inputs(), std::vector<PlainWalk::Filter>{filter()},
-                     order);
-        walk->advance();
+    void begin(std::optional<OracleWalk>& walk) override {
+        if (!result_) {
+            ground_.observer = &observer;
+            ground_.filters = {filter()};
+            const oracle::Rules rules = test::cyclicRules(m, ground_, kind, predicates());
+            result_ = ground_.result(rules, inputs(), order);
+        }
+        walk.emplace(ground_, result_);
     }
-    void advanceFromWithin(PlainWalk& /*walk*/) override { throw std::logic_error(refusal); }
-    void assignFromWithin(PlainWalk& /*walk*/) override { throw std::logic_error(refusal); }
+    void advanceFromWithin(OracleWalk& /*walk*/) override { throw std::logic_error(refusal); }
+    void assignFromWithin(OracleWalk& /*walk*/) override { throw std::logic_error(refusal); }
 
-    std::shared_ptr<PropertyProvider> provider_;
+    OracleGround ground_{m};
+    std::shared_ptr<oracle::Result> result_;
 };
 
 class WalkCallbacksEverywhereTest : public testing::TestWithParam<std::tuple<Kind, Algo>> {
@@ -261,18 +264,20 @@ class WalkCallbacksEverywhereTest : public testing::TestWithParam<std::tuple<Kin
     /// Lets each call act in turn, and gives the number of calls.
     int compareAtEachCall(Act act) {
         for (int call = 1;; ++call) {
-            PlainSide plain(m, std::get<Kind>(GetParam()), std::get<Algo>(GetParam()), act, call);
-            EngineSide engine(m, std::get<Kind>(GetParam()), std::get<Algo>(GetParam()), act, call);
-            const Lines expected = plain.run();
+            ActingOracle naive(m, std::get<Kind>(GetParam()), std::get<Algo>(GetParam()), act,
+                               call);
+            ActingEngine engine(m, std::get<Kind>(GetParam()), std::get<Algo>(GetParam()), act,
+                                call);
+            const Lines expected = naive.run();
             EXPECT_EQ(engine.run(), expected) << "acting at call " << call;
-            if (!plain.hasActed() || HasFailure()) return call - 1;
+            if (!naive.hasActed() || HasFailure()) return call - 1;
         }
     }
 
     ModelBuilder m{test::cyclicMetamodel, test::cyclicModel};
 };
 
-TEST_P(WalkCallbacksEverywhereTest, PruningFromAnyCallbackActsAsWritten) {
+TEST_P(WalkCallbacksEverywhereTest, PruningFromAnyCallbackActsAsInTheOracle) {
     long calls = 0;
     for (const Act act : {Act::PruneAllChildren, Act::PruneChildrenX, Act::PruneChildrenY,
                           Act::PruneSiblings, Act::PruneAll, Act::PruneInTurn}) {
@@ -321,7 +326,7 @@ INSTANTIATE_TEST_SUITE_P(KindsAndOrders, WalkCallbacksEverywhereTest,
                          testing::Combine(testing::ValuesIn(test::everyKind()),
                                           testing::ValuesIn(test::everyOrder())),
                          [](const auto& each) {
-                             return std::string(test::nameOf(std::get<Kind>(each.param))) +
+                             return std::string(nameOf(std::get<Kind>(each.param))) +
                                     test::nameOf(std::get<Algo>(each.param));
                          });
 
