@@ -65,7 +65,7 @@ class ModelCopy {
         const Value value = access::read(from, property);
         if (!access::isSet(value)) return;
         std::visit([&](const auto& content) { set(copies_.at(from), property, content); },
-                   value.data());
+                   value.content());
     }
     void set(const ModelElement& /*to*/, const meta::Property& /*property*/, std::monostate) {}
     void set(const ModelElement& to, const meta::Property& property, const ModelElement& target) {

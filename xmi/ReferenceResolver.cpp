@@ -1,7 +1,6 @@
 #include "xmi/ReferenceResolver.h"
 
 #include <filesystem>
-#include <utility>
 
 #include "model/memory/ModelAccess.h"
 #include "xmi/Fragment.h"
@@ -48,8 +47,8 @@ void ReferenceResolver::begin(const ReferenceLog::Place& place) {
 void ReferenceResolver::end() {
     isNewList_ = false;
     if (list_.empty()) return;
-    targets_.model.set(targets_.elements[place_.element], feature_->property,
-                       std::exchange(list_, {}));
+    targets_.model.set(targets_.elements[place_.element], feature_->property, list_);
+    list_.clear();
 }
 
 void ReferenceResolver::resolvePaths(ReferenceLog::Reader& log) {

@@ -277,12 +277,10 @@ void XmiBuilder::addContents(Index element, std::size_t firstChild) {
         const auto end = std::find_if(each, waiting_.end(), [&](const Waiting& other) {
             return other.feature != each->feature;
         });
-        std::vector<ModelElement> list;
-        list.reserve(static_cast<std::size_t>(end - each));
-        const std::uint32_t feature = each->feature;
-        for (; each != end; ++each) list.push_back(loaded_.elements_[each->element]);
-        loaded_.model_.set(loaded_.elements_[element], features_[feature].property,
-                           std::move(list));
+        list_.clear();
+        const meta::Property& property = features_[each->feature].property;
+        for (; each != end; ++each) list_.push_back(loaded_.elements_[each->element]);
+        loaded_.model_.set(loaded_.elements_[element], property, list_);
     }
     waiting_.erase(begin, waiting_.end());
 }

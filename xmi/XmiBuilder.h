@@ -123,6 +123,8 @@ class XmiBuilder final : private XmlHandler {
 
     std::vector<Open> open_;
     std::vector<Waiting> waiting_;
+    /// The list that is being put together.
+    std::vector<ModelElement> list_;
     /// What stands between the tags of the value or the references that are open.
     std::string text_;
     std::u16string text16_;
