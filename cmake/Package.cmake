@@ -17,7 +17,14 @@ if(TARGET modeling_nuv0_model)
     list(APPEND installed_targets modeling_nuv0_model)
     modeling_nuv0_install_headers(model ${MODELING_NUV0_MODEL_HEADERS})
 else()
-    modeling_nuv0_install_headers(model Framework.h FrameworkContract.h WalkSupport.h)
+    modeling_nuv0_install_headers(
+        model
+        ChosenFramework.h
+        Compiler.h
+        CountingWalkSupport.h
+        Framework.h
+        FrameworkContract.h
+        WalkSupport.h)
 endif()
 modeling_nuv0_install_headers(traversal ${MODELING_NUV0_TRAVERSAL_HEADERS}
                               ${MODELING_NUV0_TRAVERSAL_ENGINE_HEADERS})

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "model/Compiler.h"
+
 /// Marks what the in-memory model's shared library offers to its users.
-#if defined(_WIN32)
 #if defined(modeling_nuv0_model_EXPORTS)
-#define MODELING_NUV0_MODEL_EXPORT __declspec(dllexport)
+#define MODELING_NUV0_MODEL_EXPORT MODELING_NUV0_OFFERED
 #else
-#define MODELING_NUV0_MODEL_EXPORT __declspec(dllimport)
-#endif
-#else
-#define MODELING_NUV0_MODEL_EXPORT __attribute__((visibility("default")))
+#define MODELING_NUV0_MODEL_EXPORT MODELING_NUV0_TAKEN
 #endif

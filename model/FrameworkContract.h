@@ -8,8 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-// For whoever includes this header first; the framework has to come before what checks it.
-#include "model/Framework.h"
+#include "model/ChosenFramework.h"
 
 /// Everything that the traversal library requires of a model framework.
 ///
@@ -20,15 +19,25 @@
 /// What the compiler cannot check: two handles are equal exactly when they designate the same
 /// object; a property as an element hashes as the property does; copying a handle keeps the object
 /// alive.
+///
+/// Null handles are copied, moved, assigned, destroyed, tested, compared and hashed like any other.
+/// The functions of `access` and `->` are never called with one, so a framework need not look out
+/// for them. Their answers may be null handles, and lists of elements may hold some.
+///
+/// Names and other texts are anything that converts to `std::u16string_view`, by value or by
+/// reference: strings, views, pointers to characters that end with a zero. The library turns each
+/// answer into a view before it looks at it, and compares texts by their UTF-16 code units.
 namespace nuv::zero::access::contract {
 
 // The calls below are unqualified on purpose: a function that is missing from `access` then makes a
 // concept false, and the assertion speaks, instead of the compiler about an unknown name.
 
-/// One pointer to a counted object: cheap to copy, null by default, compared by identity. A handle
-/// that turned into a number or a bool by itself would be compared and hashed as one.
+/// One pointer to a counted object: cheap to copy, null by default, compared by identity. Walks
+/// copy handles where nothing can be undone any more, so a copy must not throw. A handle that
+/// turned into a number or a bool by itself would be compared and hashed as one.
 template <class H>
 concept Handle = std::is_nothrow_default_constructible_v<H> && std::copyable<H> &&
+                 std::is_nothrow_copy_constructible_v<H> && std::is_nothrow_copy_assignable_v<H> &&
                  std::is_nothrow_move_constructible_v<H> && std::is_nothrow_move_assignable_v<H> &&
                  std::is_nothrow_destructible_v<H> && std::is_constructible_v<bool, const H&> &&
                  !std::is_convertible_v<const H&, bool> &&
@@ -39,7 +48,7 @@ concept Hashed = requires(const H& handle) {
     { std::hash<H>()(handle) } -> std::same_as<std::size_t>;
 };
 
-/// Text of a framework, by value or by reference.
+/// Text of a framework, by value or by reference, or a pointer to its first character.
 template <class T>
 concept Utf16 = std::convertible_to<T, std::u16string_view>;
 
@@ -121,8 +130,8 @@ concept ConvertedText = requires(const Text& text) {
 };
 
 static_assert(Handle<ModelElement>,
-              "nuv::zero::ModelElement has to be a handle: default (null), copies, noexcept moves, "
-              "an explicit operator bool and == by identity");
+              "nuv::zero::ModelElement has to be a handle: default (null), noexcept copies and "
+              "moves, an explicit operator bool and == by identity");
 static_assert(
     Hashed<ModelElement>,
     "std::hash<nuv::zero::ModelElement> is missing: it hashes the identity of the object");
@@ -134,8 +143,8 @@ static_assert(ReadByReflection<ModelElement, meta::Property>,
               "ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS");
 
 static_assert(Handle<meta::Class>,
-              "nuv::zero::meta::Class has to be a handle: default (null), copies, noexcept moves, "
-              "an explicit operator bool and == by identity");
+              "nuv::zero::meta::Class has to be a handle: default (null), noexcept copies and "
+              "moves, an explicit operator bool and == by identity");
 static_assert(Hashed<meta::Class>,
               "std::hash<nuv::zero::meta::Class> is missing: it hashes the identity of the class");
 static_assert(NamedClass<meta::Class>,
@@ -149,7 +158,7 @@ static_assert(ConformingClass<meta::Class, meta::Type>,
               "subclass: access::conformsTo(class, type)");
 
 static_assert(Handle<meta::Property>,
-              "nuv::zero::meta::Property has to be a handle: default (null), copies, noexcept "
+              "nuv::zero::meta::Property has to be a handle: default (null), noexcept copies and "
               "moves, an explicit operator bool and == by identity");
 static_assert(Hashed<meta::Property>,
               "std::hash<nuv::zero::meta::Property> is missing: it hashes the property's identity "
@@ -163,7 +172,7 @@ static_assert(PropertyInPlace<meta::Property, meta::Class, ModelElement>,
 
 static_assert(Handle<meta::Type> && Handle<meta::StructuredType> && Handle<meta::PrimitiveType>,
               "meta::Type, meta::StructuredType and meta::PrimitiveType have to be handles: "
-              "default (null), copies, noexcept moves, an explicit operator bool and == by "
+              "default (null), noexcept copies and moves, an explicit operator bool and == by "
               "identity");
 static_assert(NamedType<meta::Type, meta::PrimitiveType>,
               "a type has to be named: UTF-16 Type::Impl::getQualifiedName(), reached by ->; a "

@@ -1,93 +1,58 @@
 #pragma once
 
-#include <cstddef>
-#include <functional>
-#include <utility>
-#include <vector>
-
 namespace nuv::zero::access {
-// Before the framework, which may specialise it.
+
+/// What a framework offers to make walks cheaper; the library uses it for `ModelElement` alone.
+///
+/// A framework offers nothing by leaving this template alone: the one in
+/// `model/CountingWalkSupport.h` then serves it. A framework that has something to offer includes
+/// this header and specialises the template for `ModelElement`, with all of these members:
+///
+///     template <>
+///     struct WalkSupport<ModelElement> {
+///         // Whether `lend` makes handles that do not count.
+///         static constexpr bool lends = true;
+///
+///         // Keeps the elements that it is shown alive for its own lifetime, by keeping whole
+///         // models, say. A copy keeps the same. May throw, and then keeps what it kept before.
+///         struct Keeper { void pin(const ModelElement& element); };
+///
+///         // A handle of any kind that is valid as long as a keeper, or somebody else, keeps its
+///         // object alive. `forget` is called before it is destroyed.
+///         template <class Handle> static Handle lend(const Handle& handle) noexcept;
+///         static void forget(ModelElement& lent) noexcept;
+///
+///         // Hashes a handle for a table that spreads hashes over its places by itself: handles
+///         // of neighbours in memory best have hashes that are neighbours.
+///         template <class Handle> struct Hash { std::size_t operator()(const Handle&) const; };
+///
+///         // May be left out. The number of an element: no two elements share one. Elements made
+///         // together best have numbers near each other, as the walk remembers what it has entered
+///         // by number then, in an eighth of a byte each where they are close.
+///         static std::uint64_t numberOf(const ModelElement& element) noexcept;
+///
+///         // Begins to load an element that is looked at soon; the handle may be null.
+///         static void prefetch(const ModelElement& element) noexcept;
+///
+///         // The elements that a property designates, in order, as they stood when they were
+///         // read: later edits of the model do not show. `lend` takes indices below `size()`.
+///         struct ElementView {
+///             std::size_t size() const noexcept;
+///             ModelElement lend(std::size_t index) const;  // to be forgotten as above
+///             void clear() noexcept;
+///         };
+///
+///         // Reads one property. Made for a class, it finds out once what holds for all elements
+///         // of that class; it reads other elements as well. Made by default, likewise.
+///         struct PropertyReader {
+///             PropertyReader() noexcept;
+///             PropertyReader(const meta::Class& type, const meta::Property& property) noexcept;
+///             ElementView read(const ModelElement& element, const meta::Property& property) const;
+///         };
+///     };
+///
+/// Keepers, views and readers are copied and moved with the walks that hold them.
 template <class Element>
 struct WalkSupport;
-}  // namespace nuv::zero::access
-
-// For whoever includes this header first; what stands in for the framework needs its types.
-#include "model/Framework.h"
-
-/// What a framework may offer to make walks cheaper, and what stands in where it does not.
-///
-/// Included after the framework's own types and functions; a framework that has something to offer
-/// includes this header at its end and specialises `WalkSupport`.
-namespace nuv::zero::access {
-
-/// The primary template serves every framework: it copies handles and values, and counts.
-///
-/// A specialisation may instead keep whole models alive (`Keeper`), so that a walk can use handles
-/// that do not count (`lend`, `forget`), and show the elements of a property where the model keeps
-/// them (`view`).
-template <class Element>
-struct WalkSupport {
-    /// Whether `lend` makes handles that do not count.
-    static constexpr bool lends = false;
-
-    /// Keeps the elements that it is shown alive for its own lifetime. Counting handles need none.
-    struct Keeper {
-        void pin(const Element& /*element*/) noexcept {}
-    };
-
-    /// A handle that is valid as long as a keeper, or somebody else, keeps its object alive;
-    /// `forget` has to be called before it is destroyed.
-    template <class Handle>
-    static Handle lend(const Handle& handle) {
-        return handle;
-    }
-    template <class Handle>
-    static void forget(Handle& /*lent*/) noexcept {}
-
-    /// Hashes a handle for a table that spreads hashes over its places by itself.
-    template <class Handle>
-    using Hash = std::hash<Handle>;
-
-    /// Begins to load an element that is looked at soon.
-    static void prefetch(const Element& /*element*/) noexcept {}
-
-    /// The elements that a property designates, in order, as they stood when they were read.
-    class ElementView {
-      public:
-        ElementView() noexcept = default;
-        explicit ElementView(std::vector<Element> elements) noexcept
-            : elements_(std::move(elements)) {}
-        std::size_t size() const noexcept { return elements_.size(); }
-        /// REQUIRES: `index` is below `size()`.
-        Element lend(std::size_t index) const { return elements_[index]; }
-        void clear() noexcept { elements_ = {}; }
-
-      private:
-        std::vector<Element> elements_;
-    };
-
-    /// Reads one property. What can be known once for all elements of a class is found out when it
-    /// is made for that class; it reads other elements as well.
-    class PropertyReader {
-      public:
-        PropertyReader() noexcept = default;
-        PropertyReader(const meta::Class& /*type*/, const meta::Property& /*property*/) noexcept {}
-        ElementView read(const Element& element, const meta::Property& property) const {
-            return view(element, property);
-        }
-    };
-
-    /// Reads a property: at most one element for a single-valued one, the list for any other.
-    static ElementView view(const Element& element, const meta::Property& property) {
-        const Value value = access::read(element, property);
-        if (!access::isSingleValued(property)) return ElementView(access::toElements(value));
-        std::vector<Element> single;
-        if (access::isSet(value)) {
-            Element target = access::toElement(value);
-            if (target) single.push_back(std::move(target));
-        }
-        return ElementView(std::move(single));
-    }
-};
 
 }  // namespace nuv::zero::access

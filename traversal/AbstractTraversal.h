@@ -104,10 +104,14 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     class InstantiateToken {
         friend class Spec;
         explicit InstantiateToken() {}  // NOLINT(modernize-use-equals-default): not an aggregate
+
+      public:
+        // Not trivial, so that nobody makes a token out of other bytes.
+        InstantiateToken(const InstantiateToken&) {}  // NOLINT(modernize-use-equals-default)
+        InstantiateToken& operator=(const InstantiateToken&) = default;
     };
     friend class Spec;
 
-    using MatchersMap = std::unordered_map<Property, CompositeMatcher>;
     const MatchersMap& matchersMap() const noexcept { return matchersMap_; }
     MatchersMap& matchersMap() noexcept { return matchersMap_; }
 

@@ -3,11 +3,41 @@
 #include <utility>
 
 #include "traversal/AbstractTraversalDefinitions.h"
-#include "traversal/internal/PropertyProviders.h"
 
 namespace nuv::zero::traversal {
 
 template class AbstractTraversal<AdditiveTraversalImpl>;
+
+namespace {
+
+/// Follows the named properties only, in the order in which they were first named.
+class AdditivePropertyProvider final : public PropertyProvider {
+  public:
+    AdditivePropertyProvider(MatchersMap matchers, std::vector<Property> properties)
+        : PropertyProvider(std::move(matchers)), traversedProperties_(std::move(properties)) {}
+
+    std::vector<AssociationSetting> computeSettings(const Class& type) override {
+        std::vector<AssociationSetting> settings;
+        if (!type) return settings;
+        for (const Property& property : traversedProperties_) {
+            if (!isEligible(property)) continue;
+            const auto rules = matchers().find(property);
+            if (rules == matchers().end()) continue;
+            if (!access::hasProperty(type, property)) continue;
+            const auto [matched, policy] = rules->second.anyMatches(type);
+            if (matched) settings.emplace_back(property, policy);
+        }
+        return settings;
+    }
+    ResultPolicy getResultPolicy(const Class& type, const Property& property) override {
+        return policyOf(type, property);
+    }
+
+  private:
+    std::vector<Property> traversedProperties_;
+};
+
+}  // namespace
 
 AdditiveTraversalImpl::AdditiveTraversalImpl(InstantiateToken /*token*/) {}
 AdditiveTraversalImpl::AdditiveTraversalImpl(const AdditiveTraversalImpl& other) = default;
@@ -61,7 +91,7 @@ void AdditiveTraversalImpl::doSetResultPolicy(const PropertyMatcher& matcher, Re
 }
 
 std::shared_ptr<PropertyProvider> AdditiveTraversalImpl::createPropertyProvider() {
-    return internal::makeAdditiveProvider(matchersMap(), traversedProperties_);
+    return std::make_shared<AdditivePropertyProvider>(matchersMap(), traversedProperties_);
 }
 
 }  // namespace nuv::zero::traversal

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "model/WalkSupport.h"
 #include "traversal/ClassPredicate.h"
 #include "traversal/Export.h"
 #include "traversal/fwd.h"
+#include "traversal/support/Lent.h"
 
 namespace nuv::zero::traversal {
 
 /// A property to follow from the elements of a class, and the policy of the links found there.
 class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
-    using WalkSupport = access::WalkSupport<ModelElement>;
-
   public:
     /// No property, policy `Report`.
     AssociationSetting();
@@ -24,22 +22,30 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
     Property getProperty();
     ResultPolicy getPolicy();
 
-    /// The property without a copy, for the walk's inner loop.
-    const Property& property() const noexcept { return property_; }
+    // What follows is for walks, which ask for every link.
 
-    /// Prepares to read the property from many elements of one class. Other elements can be read
-    /// all the same.
-    void prepareFor(const Class& type) { reader_ = WalkSupport::PropertyReader(type, property_); }
+    /// The same without copies.
+    const Property& property() const noexcept { return property_; }
+    ResultPolicy policy() const noexcept { return policy_; }
+    /// Whether the policy holds for every link, so that no predicate has to be asked again.
+    bool hasFixedPolicy() const noexcept { return hasFixedPolicy_; }
+
+    /// Prepares for the elements of one class; other elements can be read all the same.
+    void prepareFor(const Class& type, bool hasFixedPolicy) {
+        reader_ = internal::WalkSupport::PropertyReader(type, property_);
+        hasFixedPolicy_ = hasFixedPolicy;
+    }
     /// What the property of an element designates; nothing for a null element. Throws what the
     /// framework throws.
-    WalkSupport::ElementView read(const ModelElement& element) const {
-        return element ? reader_.read(element, property_) : WalkSupport::ElementView();
+    internal::WalkSupport::ElementView read(const ModelElement& element) const {
+        return element ? reader_.read(element, property_) : internal::WalkSupport::ElementView();
     }
 
   private:
     Property property_;
-    WalkSupport::PropertyReader reader_;
+    internal::WalkSupport::PropertyReader reader_;
     ResultPolicy policy_ = ResultPolicy::Report;
+    bool hasFixedPolicy_ = false;
 };
 
 }  // namespace nuv::zero::traversal

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <unordered_map>
 #include <utility>
 
 #include "traversal/ClassPredicate.h"
 #include "traversal/Export.h"
 #include "traversal/fwd.h"
-#include "traversal/internal/RuleTree.h"
+#include "traversal/RuleTree.h"
 
 namespace nuv::zero::traversal {
 
@@ -49,6 +50,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
     std::pair<bool, ResultPolicy> anyMatches(const Class& type) const;
     /// The policy that applies to the class.
     ResultPolicy getPolicy(const Class& type) const;
+    /// Whether the answers are known without asking a predicate: the same for every class.
+    bool answersAlike() const noexcept { return rules_.answersAlike(); }
     // The const result is part of the published interface, pointless as it is.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wignored-qualifiers"
@@ -59,5 +62,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
     internal::RuleTree rules_;
     VisitMode mode_;
 };
+
+/// The rules of a traversal, by property.
+using MatchersMap = std::unordered_map<Property, CompositeMatcher>;
 
 }  // namespace nuv::zero::traversal

@@ -10,12 +10,23 @@ LinkRange::LinkRange(std::shared_ptr<internal::TraversalResult> result)
     if (!result_) throw std::invalid_argument("links() needs a result, not a null pointer.");
 }
 
-LinkRange::LinkRange(LinkRange&& other) noexcept = default;
-LinkRange& LinkRange::operator=(LinkRange&& other) noexcept = default;
+LinkRange::LinkRange(LinkRange&& other) noexcept
+    : result_(std::move(other.result_)), walk_(std::exchange(other.walk_, std::nullopt)) {}
+LinkRange& LinkRange::operator=(LinkRange&& other) noexcept {
+    LinkRange taken(std::move(other));
+    result_.swap(taken.result_);
+    walk_.reset();
+    if (taken.walk_) walk_.emplace(std::move(*taken.walk_));
+    return *this;
+}
 LinkRange::~LinkRange() = default;
 
 void LinkRange::start() {
-    walk_ = std::make_unique<internal::TraversalResult::IterationContext>(result_);
+    if (result_) {
+        walk_.emplace(result_);
+    } else {
+        walk_.emplace();
+    }
 }
 
 void LinkRange::pruneAllChildren() {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <iterator>
 #include <memory>
-#include <ranges>
+#include <optional>
 #include <utility>
 
 #include "traversal/Export.h"
@@ -22,9 +22,13 @@ namespace nuv::zero::traversal {
 /// The walk starts with the first `begin()`; a later `begin()` goes on where the walk stands. Use
 /// `TraversalResult::begin()` for walks that can be copied.
 ///
-/// Moving a range invalidates its iterators. What the walk throws, `begin()` and `++` throw; after
-/// an exception from `++` the range may go on with the next `++`. See `IterationContext` for order,
-/// cost, pruning and exceptions. One thread at a time.
+/// Stands at the head of a pipeline by name, and can be pruned while the pipeline is consumed:
+///
+///     for (const Link& link : walk | std::views::filter(isPort)) walk.pruneAllChildren();
+///
+/// Moving a range invalidates its iterators and leaves an empty range behind. What the walk throws,
+/// `begin()` and `++` throw; after an exception from `++` the range may go on with the next `++`.
+/// See `IterationContext` for order, cost, pruning and exceptions. One thread at a time.
 class MODELING_NUV0_TRAVERSAL_EXPORT LinkRange {
   public:
     class iterator;
@@ -50,8 +54,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT LinkRange {
     void start();
 
     std::shared_ptr<internal::TraversalResult> result_;
-    /// Behind a pointer, so that a moved range does not copy its walk.
-    std::unique_ptr<internal::TraversalResult::IterationContext> walk_;
+    /// None before the first `begin()`.
+    std::optional<internal::TraversalResult::IterationContext> walk_;
 };
 
 /// A light pointer into its range.
@@ -86,7 +90,7 @@ class LinkRange::iterator {
 
 inline LinkRange::iterator LinkRange::begin() {
     if (!walk_) start();
-    return iterator(walk_.get());
+    return iterator(&*walk_);
 }
 
 /// A walk over a result.
@@ -95,8 +99,3 @@ inline LinkRange links(std::shared_ptr<internal::TraversalResult> result) {
 }
 
 }  // namespace nuv::zero::traversal
-
-/// A view by declaration: `std::ranges::view_interface` does not compile with every supported
-/// compiler.
-template <>
-inline constexpr bool std::ranges::enable_view<nuv::zero::traversal::LinkRange> = true;

@@ -26,6 +26,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyMatcher {
     PropertyMatcher(const Property& property, const std::function<bool(const Class&)>& matcher,
                     const Class& owner);
     PropertyMatcher(const PropertyMatcher& other);
+    /// Leaves no property, no owner and an empty predicate behind.
     PropertyMatcher(PropertyMatcher&& other) noexcept;
     PropertyMatcher& operator=(const PropertyMatcher& other);
     PropertyMatcher& operator=(PropertyMatcher&& other) noexcept;

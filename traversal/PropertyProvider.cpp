@@ -31,20 +31,23 @@ PropertyProvider::RuleIndex PropertyProvider::indexOf(const MatchersMap& matcher
 
 std::shared_ptr<std::vector<AssociationSetting>> PropertyProvider::getPropertiesToTraverse(
     const ModelElement& element) {
-    return lookUp(access::classOf(element));
+    // An element of no class has nothing to follow.
+    if (!element) return std::make_shared<std::vector<AssociationSetting>>();
+    const Class& type = access::classOf(element);
+    const Settings* known = settingsCache_.find(type);
+    return known != nullptr ? *known : compute(type);
 }
 
-const PropertyProvider::Settings& PropertyProvider::lookUp(const Class& type) {
-    const Settings* settings = settingsCache_.find(type);
-    if (settings == nullptr) {
-        // Computed before anything is stored: a predicate that throws leaves nothing behind.
-        auto computed = std::make_shared<std::vector<AssociationSetting>>(computeSettings(type));
-        for (AssociationSetting& setting : *computed) setting.prepareFor(type);
-        // A predicate may have asked for the class itself; walks rely on the first answer to stay.
-        settings = settingsCache_.find(type);
-        if (settings == nullptr) settings = &settingsCache_.insert(type, std::move(computed));
+const PropertyProvider::Settings& PropertyProvider::compute(const Class& type) {
+    // Before anything is stored: a predicate that throws leaves nothing behind.
+    auto computed = std::make_shared<std::vector<AssociationSetting>>(computeSettings(type));
+    for (AssociationSetting& setting : *computed) {
+        const CompositeMatcher* rules = rulesOf(setting.property());
+        setting.prepareFor(type, rules == nullptr || rules->answersAlike());
     }
-    return *settings;
+    // A predicate may have asked for the class itself; walks rely on the first answer to stay.
+    const Settings* known = settingsCache_.find(type);
+    return known != nullptr ? *known : settingsCache_.insert(type, std::move(computed));
 }
 
 }  // namespace nuv::zero::traversal

@@ -6,8 +6,8 @@
 
 #include "traversal/AssociationSetting.h"
 #include "traversal/CompositeMatcher.h"
-#include "traversal/internal/FlatMap.h"
-#include "traversal/internal/Lent.h"
+#include "traversal/support/FlatMap.h"
+#include "traversal/support/Lent.h"
 
 namespace nuv::zero::traversal {
 
@@ -23,7 +23,6 @@ namespace nuv::zero::traversal {
 class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
   public:
     using Settings = std::shared_ptr<std::vector<AssociationSetting>>;
-    using MatchersMap = std::unordered_map<Property, CompositeMatcher>;
 
     explicit PropertyProvider(std::unordered_map<Property, CompositeMatcher> matchers);
     PropertyProvider(const PropertyProvider& other);
@@ -39,27 +38,36 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     std::shared_ptr<std::vector<AssociationSetting>> getPropertiesToTraverse(
         const ModelElement& element);
 
-    /// The same without a pointer; the reference lasts as long as the provider.
-    const std::vector<AssociationSetting>& settingsOf(const Class& type) {
-        const Settings* known = settingsCache_.find(type);
-        return known != nullptr ? **known : *lookUp(type);
-    }
 
   protected:
+    /// Whether a property is ever followed: it links to other elements and holds its values itself.
+    static bool isEligible(const Property& property) {
+        return property && access::isAssociation(property) && !access::isDerived(property);
+    }
     const MatchersMap& matchers() const noexcept { return matchers_; }
     /// The policy that the rules of a property give a class; `Report` without rules.
     ResultPolicy policyOf(const Class& type, const Property& property) const {
-        const CompositeMatcher* const* rules = property ? ruleIndex_.find(property) : nullptr;
-        return rules == nullptr ? ResultPolicy::Report : (*rules)->getPolicy(type);
+        const CompositeMatcher* rules = rulesOf(property);
+        return rules == nullptr ? ResultPolicy::Report : rules->getPolicy(type);
     }
 
   private:
-    /// Finds the rules of a property faster than the map that holds them: every link asks.
+    friend class internal::Walk;
+    /// Finds the rules of a property faster than the map that holds them: links ask.
     using RuleIndex = internal::FlatMap<Property, internal::Lent<Property>, const CompositeMatcher*,
                                         internal::WalkSupport::Hash<Property>>;
 
     MODELING_NUV0_TRAVERSAL_LOCAL static RuleIndex indexOf(const MatchersMap& matchers);
-    MODELING_NUV0_TRAVERSAL_LOCAL const Settings& lookUp(const Class& type);
+    /// The settings without a pointer; the reference lasts as long as the provider.
+    const std::vector<AssociationSetting>& settingsOf(const Class& type) {
+        const Settings* known = settingsCache_.find(type);
+        return known != nullptr ? **known : *compute(type);
+    }
+    MODELING_NUV0_TRAVERSAL_LOCAL const Settings& compute(const Class& type);
+    const CompositeMatcher* rulesOf(const Property& property) const {
+        const CompositeMatcher* const* rules = property ? ruleIndex_.find(property) : nullptr;
+        return rules == nullptr ? nullptr : *rules;
+    }
 
     MatchersMap matchers_;
     RuleIndex ruleIndex_;

@@ -6,8 +6,6 @@ namespace nuv::zero::traversal {
 
 namespace {
 
-using MatchersMap = std::unordered_map<Property, CompositeMatcher>;
-
 /// Files the matcher as the first rule of its property.
 void fileFirst(MatchersMap& matchersMap, const PropertyMatcher& matcher,
                CompositeMatcher::VisitMode mode, ResultPolicy policy) {

@@ -20,6 +20,12 @@ ResultSetup& ResultSetup::filter(const std::function<ResultPolicy(internal::Link
     return *this;
 }
 
+ResultSetup& ResultSetup::filterByReference(
+    const std::function<ResultPolicy(const internal::Link&)>& filter) {
+    result_->filters_.push_back(filter);
+    return *this;
+}
+
 ResultSetup& ResultSetup::unique(UniquenessMode mode) {
     result_->uniqueness_ = mode;
     return *this;

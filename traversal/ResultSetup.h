@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 #include "traversal/Export.h"
 #include "traversal/internal/TraversalProcessor.h"
@@ -32,10 +34,23 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
     /// Adds a filter behind the others. A link that any filter answers `WalkOnly` for is walked but
     /// not reported; the filters behind that one are not asked. An empty function fails with
     /// `std::bad_function_call` when it is asked.
+    ///
+    /// Anything that can be called with a `const Link&` will do. Where it takes its link by
+    /// reference, asking it costs no copy of the link, which then lasts as long as the call.
     ResultSetup& filter(const std::function<ResultPolicy(internal::Link)>& filter);
+    template <class Filter>
+    requires(std::is_invocable_r_v<ResultPolicy, Filter&, const internal::Link&> &&
+             !std::is_same_v<std::remove_cvref_t<Filter>,
+                             std::function<ResultPolicy(internal::Link)>>)
+    ResultSetup& filter(Filter&& filter) {
+        return filterByReference(std::forward<Filter>(filter));
+    }
     ResultSetup& unique(UniquenessMode mode);
 
   private:
+    ResultSetup& filterByReference(
+        const std::function<ResultPolicy(const internal::Link&)>& filter);
+
     std::shared_ptr<internal::TraversalResult> result_;
 };
 

@@ -49,12 +49,10 @@ class AbstractTraversal;
 namespace internal {
 class ElementProgress;
 class Link;
-class ProgressTable;
 class TraversalProcessor;
 class TraversalResult;
-class AbstractStore;
-class LentLink;
 class UniquenessMaintainer;
+class Walk;
 }  // namespace internal
 
 }  // namespace nuv::zero::traversal

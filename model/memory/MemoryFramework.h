@@ -4,13 +4,13 @@
 #include <cstdint>
 
 /// The in-memory model as a framework for the traversal library.
+#include "model/Compiler.h"
+#include "model/WalkSupport.h"
 #include "model/memory/ElementView.h"
 #include "model/memory/MessageException.h"
 #include "model/memory/ModelAccess.h"
 #include "model/memory/Pins.h"
 #include "model/memory/PropertyReader.h"
-
-#include "model/WalkSupport.h"
 
 namespace nuv::zero::access {
 
@@ -37,13 +37,18 @@ struct WalkSupport<ModelElement> {
         }
     };
 
-    static constexpr std::size_t cacheLine = 64;
-    [[gnu::always_inline]] static void prefetch(const ModelElement& element) noexcept {
+    /// The address in units of the smallest object: no two objects begin in one unit, and objects
+    /// made one after another have numbers near each other.
+    static std::uint64_t numberOf(const ModelElement& element) noexcept {
+        return reinterpret_cast<std::uintptr_t>(element.get()) / sizeof(memory::Object);
+    }
+
+    MODELING_NUV0_ALWAYS_INLINE static void prefetch(const ModelElement& element) noexcept {
         // The object, and the slots behind it. Numbers, because null has nothing behind it.
         const auto start = reinterpret_cast<std::uintptr_t>(element.get());
-        __builtin_prefetch(reinterpret_cast<const void*>(start));
-        __builtin_prefetch(reinterpret_cast<const void*>(start + cacheLine));
-        __builtin_prefetch(reinterpret_cast<const void*>(start + 2 * cacheLine));
+        prefetchLine(reinterpret_cast<const void*>(start));
+        prefetchLine(reinterpret_cast<const void*>(start + cacheLine));
+        prefetchLine(reinterpret_cast<const void*>(start + 2 * cacheLine));
     }
 };
 

@@ -7,6 +7,10 @@
 #define HOST_LACKS_COMPOSITE_FLAG
 #elif defined(LACKS_HASH_OF_PROPERTY)
 #define HOST_LACKS_HASH_OF_PROPERTY
+#elif defined(LACKS_COPIES_THAT_NEVER_THROW)
+#define HOST_COPIES_MAY_THROW
+#elif defined(LACKS_ASSIGNMENTS_THAT_NEVER_THROW)
+#define HOST_ASSIGNMENTS_MAY_THROW
 #endif
 #endif
 #include "model/Framework.h"

@@ -89,6 +89,18 @@ class ModelElement {
 
     static const meta::Class& metaClass();
 
+#if defined(HOST_COPIES_MAY_THROW) || defined(HOST_ASSIGNMENTS_MAY_THROW)
+    ModelElement(ModelElement&& other) noexcept = default;
+    ModelElement& operator=(ModelElement&& other) noexcept = default;
+#endif
+#if defined(HOST_COPIES_MAY_THROW)
+    ModelElement(const ModelElement& other) : node_(other.node_) {}
+    ModelElement& operator=(const ModelElement& other) noexcept = default;
+#elif defined(HOST_ASSIGNMENTS_MAY_THROW)
+    ModelElement(const ModelElement& other) noexcept = default;
+    ModelElement& operator=(const ModelElement& other) noexcept(false) = default;
+#endif
+
   protected:
     std::shared_ptr<host::Node> node_;
 };

@@ -6,6 +6,9 @@
 
 namespace nuv::zero::traversal::internal {
 
+class Cursor;
+class Walk;
+
 /// The frontier of a walk: the links still to handle. Its discipline alone makes the walk
 /// breadth-first or depth-first.
 ///
@@ -19,9 +22,8 @@ class AbstractStore {
     virtual ~AbstractStore();
 
     virtual void push(const Link& link) = 0;
-    /// The link to handle next; the reference lasts until the next push or pop. REQUIRES: not
-    /// empty.
-    virtual const Link& top() const = 0;
+    /// The link to handle next. REQUIRES: not empty.
+    virtual Link top() const = 0;
     /// REQUIRES: not empty.
     virtual void pop() = 0;
     virtual bool empty() const = 0;
@@ -29,6 +31,12 @@ class AbstractStore {
     /// cascade flags take no part.
     virtual bool equals(const AbstractStore& other) const = 0;
     virtual std::unique_ptr<AbstractStore> clone() const = 0;
+
+    /// Handles links, and what they lead to, until the walk has reported one: true; false when
+    /// nothing is left. What throws leaves everything where it stands; the link under way is lost.
+    virtual bool advance(Walk& walk) = 0;
+    /// The cursor of an element that may still give links, to prune it; null when there is none.
+    virtual Cursor* findUnfinished(Walk& walk, const ModelElement& element) = 0;
 };
 
 /// First in, first out.

@@ -1,18 +1,19 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <vector>
 
-#include "traversal/internal/ElementProgress.h"
+#include "traversal/internal/Cursor.h"
 
 namespace nuv::zero::traversal::internal {
 
-/// The unfinished cursors of a walk, the innermost last: all cursors from an input down to where a
-/// depth-first walk stands, or the one whose turn it is breadth-first.
+/// The cursors of a depth-first walk from an input down to where it stands, the innermost last.
 ///
-/// Cursors stay where they are while others come and go, and their places are used again: a walk
-/// allocates once per block of new depth.
+/// Cursors stand in blocks that stay where they are, and their places are used again: a walk
+/// allocates once per block of new depth. A copy shares all blocks but the last with the original
+/// until one of both needs to change them, so that copying a walk does not cost its depth.
 class CursorPath {
   public:
     CursorPath() = default;
@@ -24,42 +25,50 @@ class CursorPath {
 
     bool empty() const noexcept { return size_ == 0; }
     std::size_t size() const noexcept { return size_; }
-    ElementProgress& operator[](std::size_t index) noexcept {
-        return blocks_[index / blockSize][index % blockSize];
+    const Cursor& operator[](std::size_t index) const noexcept {
+        return (*blocks_[index / blockSize])[index % blockSize];
     }
-    const ElementProgress& operator[](std::size_t index) const noexcept {
-        return blocks_[index / blockSize][index % blockSize];
-    }
-    ElementProgress& back() noexcept { return *back_; }
+    /// A cursor to be changed. Throws `std::bad_alloc`, and then has changed nothing.
+    Cursor& at(std::size_t index) { return own(index / blockSize)[index % blockSize]; }
+    Cursor& back() noexcept { return *back_; }
 
     /// Makes sure that the next `push` allocates nothing.
     void reserveOne() {
-        if (size_ == blocks_.size() * blockSize) addBlock();
+        if (size_ % blockSize == 0) reserveBlock();
     }
     /// A used or placeholder cursor at the end, to be restarted. REQUIRES: `reserveOne` was called.
-    ElementProgress& push() noexcept {
+    Cursor& push() noexcept {
         // The cursors of a block lie side by side.
-        back_ = size_ % blockSize == 0 ? &(*this)[size_] : back_ + 1;
+        back_ = size_ % blockSize == 0 ? blocks_[size_ / blockSize]->data() : back_ + 1;
         ++size_;
         return *back_;
     }
-    void pop() noexcept {
-        --size_;
-        if (size_ % blockSize != 0) {
+    /// Removes the last cursor. Throws `std::bad_alloc` where the one before it is shared with a
+    /// copy, and then has changed nothing.
+    void pop() {
+        if (size_ % blockSize != 1) {
             --back_;
-        } else if (size_ != 0) {
-            back_ = &(*this)[size_ - 1];
+        } else {
+            back_ = size_ == 1 ? nullptr : &at(size_ - 2);
         }
+        --size_;
     }
+
+    /// Whether both are paths along the same links: as a path is where its cursors stand.
+    bool leadsAlong(const CursorPath& other) const noexcept;
 
   private:
     static constexpr std::size_t blockSize = 64;
-    void addBlock();
+    using Block = std::array<Cursor, blockSize>;
 
-    std::vector<std::unique_ptr<ElementProgress[]>> blocks_;
+    void reserveBlock();
+    Block& own(std::size_t block);
+
+    /// At least as many as hold cursors; those behind them are there to be used again.
+    std::vector<std::shared_ptr<Block>> blocks_;
     std::size_t size_ = 0;
     /// The last cursor, which nearly every step asks for.
-    ElementProgress* back_ = nullptr;
+    Cursor* back_ = nullptr;
 };
 
 }  // namespace nuv::zero::traversal::internal

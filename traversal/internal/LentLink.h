@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "traversal/internal/Lent.h"
+#include "traversal/support/Lent.h"
 #include "traversal/internal/Link.h"
 
 namespace nuv::zero::traversal::internal {

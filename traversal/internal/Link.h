@@ -6,7 +6,7 @@
 #include "model/Framework.h"
 #include "traversal/Export.h"
 #include "traversal/fwd.h"
-#include "traversal/internal/Lent.h"
+#include "traversal/support/Lent.h"
 
 namespace nuv::zero::traversal::internal {
 

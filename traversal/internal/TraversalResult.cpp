@@ -21,10 +21,12 @@ TraversalResult::IterationContext TraversalResult::begin() {
 }
 
 void TraversalResult::addFilter(const std::function<ResultPolicy(Link)>& filter) {
-    filters_.push_back(filter);
+    filters_.emplace_back(filter);
 }
 
-ResultPolicy TraversalResult::askFilters(const Link& link) const {
+ResultPolicy TraversalResult::runFilters(const Link& link) const {
+    if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
+    // By index: a filter may add another.
     for (std::size_t index = 0; index < filters_.size(); ++index) {
         if (filters_[index](link) == ResultPolicy::WalkOnly) return ResultPolicy::WalkOnly;
     }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -9,7 +8,7 @@
 #include "model/Framework.h"
 #include "traversal/Export.h"
 #include "traversal/fwd.h"
-#include "traversal/internal/LentLink.h"
+#include "traversal/internal/Link.h"
 
 namespace nuv::zero::traversal::internal {
 
@@ -36,6 +35,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
         template <class Impl>
         friend class traversal::AbstractTraversal;
         explicit privateTag() {}  // NOLINT(modernize-use-equals-default): not an aggregate
+
+      public:
+        // Not trivial, so that nobody makes a tag out of other bytes.
+        privateTag(const privateTag& /*other*/) {}  // NOLINT(modernize-use-equals-default)
+        privateTag& operator=(const privateTag&) = default;
     };
 
     TraversalResult(privateTag tag, const std::vector<ModelElement>& inputs,
@@ -51,13 +55,12 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 
   private:
     friend class traversal::ResultSetup;
+    friend class Walk;
+    using Filter = std::function<ResultPolicy(const Link&)>;
 
     void addFilter(const std::function<ResultPolicy(Link)>& filter);
-    ResultPolicy runFilters(const Link& link) const {
-        if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
-        return filters_.empty() ? ResultPolicy::Report : askFilters(link);
-    }
-    MODELING_NUV0_TRAVERSAL_LOCAL ResultPolicy askFilters(const Link& link) const;
+    ResultPolicy runFilters(const Link& link) const;
+    bool hasFilters() const noexcept { return !filters_.empty(); }
     void doAttach(TraversalProcessor* processor);
     std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer() const;
     bool isDepthFirst() const noexcept { return algo_ != Algo::BreadthFirst; }
@@ -66,10 +69,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     std::shared_ptr<PropertyProvider> provider_;
     TraversalProcessor* processor_ = nullptr;
     std::vector<ModelElement> inputs_;
-    /// Asked before all filters. A flag, since handing every link to a function copies it.
+    /// The first of all filters, and a flag because it is the everyday one.
     bool dropsPseudoLinks_;
     /// Stay where they are while one of them adds another.
-    std::deque<std::function<ResultPolicy(Link)>> filters_;
+    std::deque<Filter> filters_;
     Algo algo_;
     UniquenessMode uniqueness_ = UniquenessMode::NoUniqueness;
 };
@@ -109,7 +112,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     /// As `TraversalResult::begin`. Throws `std::invalid_argument` for a null result.
     explicit IterationContext(const std::shared_ptr<TraversalResult>& result);
     IterationContext(const IterationContext& other);
+    /// Leaves the end of every walk behind. A move is no copy: it costs three words.
+    IterationContext(IterationContext&& other) noexcept;
     void operator=(const IterationContext& other);
+    void operator=(IterationContext&& other);
     ~IterationContext();
 
     /// Walks of one result are equal when they stand at the same place with the same frontier; what
@@ -120,7 +126,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     void advance();
     /// The link that the walk stands on; the empty link at the end. The reference stays; the link
     /// changes with each `advance`. Copy it to keep it.
-    const Link& getCurrent() const { return current_.get(); }
+    const Link& getCurrent() const { return *current_; }
 
     /// Nothing below the current target, as far as it was not produced yet.
     void pruneAllChildren();
@@ -130,22 +136,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     void pruneSiblings();
 
   private:
-    MODELING_NUV0_TRAVERSAL_LOCAL bool startNextInput();
-    MODELING_NUV0_TRAVERSAL_LOCAL bool handleTop();
-    MODELING_NUV0_TRAVERSAL_LOCAL bool produceChildren(ElementProgress* cursor);
-    MODELING_NUV0_TRAVERSAL_LOCAL bool tryReportSelf(ElementProgress& cursor);
-    MODELING_NUV0_TRAVERSAL_LOCAL bool tryReport(const Link& link);
-    MODELING_NUV0_TRAVERSAL_LOCAL void notifyEnterInput();
-    MODELING_NUV0_TRAVERSAL_LOCAL void notifyExitInput();
-
-    std::shared_ptr<TraversalResult> result_;
-    std::unique_ptr<AbstractStore> store_;
-    std::unique_ptr<UniquenessMaintainer> maintainer_;
-    std::unique_ptr<ProgressTable> progress_;
-    std::size_t nextInput_ = 0;
-    LentLink current_;
-    ModelElement currentInput_;
-    bool isUnderWay_ = false;
+    /// None for the end of every walk.
+    std::unique_ptr<Walk> walk_;
+    /// The walk's current link.
+    const Link* current_;
 };
 
 }  // namespace nuv::zero::traversal::internal

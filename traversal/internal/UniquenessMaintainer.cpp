@@ -15,6 +15,7 @@ class NoUniquenessMaintainer final : public UniquenessMaintainer {
     std::unique_ptr<UniquenessMaintainer> clone() const override {
         return std::make_unique<NoUniquenessMaintainer>();
     }
+    bool remembers() const noexcept override { return false; }
 };
 
 class UniqueElementsMaintainer final : public UniquenessMaintainer {
@@ -25,6 +26,7 @@ class UniqueElementsMaintainer final : public UniquenessMaintainer {
         copy->seen_ = seen_;
         return copy;
     }
+    bool remembers() const noexcept override { return true; }
 
   private:
     std::unordered_set<ModelElement> seen_;
@@ -44,6 +46,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         copy->seen_ = seen_;
         return copy;
     }
+    bool remembers() const noexcept override { return true; }
 
   private:
     std::unordered_set<Link, LinkHasher> seen_;

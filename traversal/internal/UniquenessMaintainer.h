@@ -17,6 +17,8 @@ class UniquenessMaintainer {
 
     virtual bool shouldReport(const Link& link) = 0;
     virtual std::unique_ptr<UniquenessMaintainer> clone() const = 0;
+    /// Whether it ever refuses a link, so that it has to be asked.
+    virtual bool remembers() const noexcept = 0;
 };
 
 std::unique_ptr<UniquenessMaintainer> makeUniquenessMaintainer(UniquenessMode mode);

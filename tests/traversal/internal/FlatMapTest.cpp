@@ -1,4 +1,4 @@
-#include "traversal/internal/FlatMap.h"
+#include "traversal/support/FlatMap.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "traversal/internal/RuleTree.h"
+#include "traversal/RuleTree.h"
 
 #include <gtest/gtest.h>
 

@@ -30,9 +30,10 @@ class RuleTree {
 
     RuleTree() = default;
     RuleTree(const RuleTree& other);
-    RuleTree(RuleTree&&) noexcept = default;
+    /// Leaves no rules behind.
+    RuleTree(RuleTree&& other) noexcept;
     RuleTree& operator=(const RuleTree& other);
-    RuleTree& operator=(RuleTree&&) noexcept = default;
+    RuleTree& operator=(RuleTree&& other) noexcept;
     ~RuleTree() = default;
 
     /// Files a rule, or replaces predicate and policy of the one filed under the same class before.
@@ -49,6 +50,11 @@ class RuleTree {
             index = node.next;
         }
         return nullptr;
+    }
+
+    /// Whether the rule asked first accepts every class, or there is none.
+    bool answersAlike() const noexcept {
+        return first_ == none || nodes_[first_]->rule.acceptsAll;
     }
 
   private:

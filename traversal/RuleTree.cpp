@@ -1,4 +1,4 @@
-#include "traversal/internal/RuleTree.h"
+#include "traversal/RuleTree.h"
 
 #include <stdexcept>
 #include <utility>
@@ -12,8 +12,18 @@ RuleTree::RuleTree(const RuleTree& other) : first_(other.first_) {
     for (const auto& node : other.nodes_) nodes_.push_back(std::make_unique<Node>(*node));
 }
 
+RuleTree::RuleTree(RuleTree&& other) noexcept
+    : nodes_(std::exchange(other.nodes_, {})), first_(std::exchange(other.first_, none)) {}
+
 RuleTree& RuleTree::operator=(const RuleTree& other) {
     return *this = RuleTree(other);
+}
+
+RuleTree& RuleTree::operator=(RuleTree&& other) noexcept {
+    RuleTree taken(std::move(other));
+    nodes_.swap(taken.nodes_);
+    std::swap(first_, taken.first_);
+    return *this;
 }
 
 RuleTree::Place RuleTree::descend(const Class& owner) const {

@@ -1,41 +1,13 @@
-#include "traversal/internal/PropertyProviders.h"
+#include "traversal/SubtractivePropertyProvider.h"
 
 #include <algorithm>
-#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal {
 
 namespace {
-
-/// Whether a property is ever followed: it links to other elements and holds its values itself.
-bool isEligible(const Property& property) {
-    return access::isAssociation(property) && !access::isDerived(property);
-}
-
-class AdditivePropertyProvider final : public PropertyProvider {
-  public:
-    AdditivePropertyProvider(MatchersMap matchers, std::vector<Property> properties)
-        : PropertyProvider(std::move(matchers)), traversedProperties_(std::move(properties)) {}
-
-    std::vector<AssociationSetting> computeSettings(const Class& type) override {
-        std::vector<AssociationSetting> settings;
-        for (const Property& property : traversedProperties_) {
-            if (!isEligible(property)) continue;
-            const CompositeMatcher& rules = matchers().at(property);
-            if (!access::hasProperty(type, property)) continue;
-            const auto [matched, policy] = rules.anyMatches(type);
-            if (matched) settings.emplace_back(property, policy);
-        }
-        return settings;
-    }
-    ResultPolicy getResultPolicy(const Class& type, const Property& property) override {
-        return policyOf(type, property);
-    }
-
-  private:
-    std::vector<Property> traversedProperties_;
-};
 
 class SubtractivePropertyProvider final : public PropertyProvider {
   public:
@@ -44,6 +16,7 @@ class SubtractivePropertyProvider final : public PropertyProvider {
 
     std::vector<AssociationSetting> computeSettings(const Class& type) override {
         std::vector<AssociationSetting> settings;
+        if (!type) return settings;
         for (const Property& property : access::allProperties(type)) {
             if (!isEligible(property)) continue;
             if (candidates_ == Candidates::CompositeOnly && !access::isComposite(property))
@@ -71,8 +44,10 @@ class SubtractivePropertyProvider final : public PropertyProvider {
         const bool aComposite = access::isComposite(a.property());
         const bool bComposite = access::isComposite(b.property());
         if (aComposite != bComposite) return bComposite;
+        // Kept while their texts are compared: a framework may give names by value.
+        const auto& aName = access::nameOf(a.property());
         const auto& bName = access::nameOf(b.property());
-        return access::nameOf(a.property()) < bName;
+        return std::u16string_view(aName) < std::u16string_view(bName);
     }
 
     Candidates candidates_;
@@ -80,14 +55,9 @@ class SubtractivePropertyProvider final : public PropertyProvider {
 
 }  // namespace
 
-std::shared_ptr<PropertyProvider> makeAdditiveProvider(
-    std::unordered_map<Property, CompositeMatcher> matchers, std::vector<Property> properties) {
-    return std::make_shared<AdditivePropertyProvider>(std::move(matchers), std::move(properties));
-}
-
-std::shared_ptr<PropertyProvider> makeSubtractiveProvider(
-    std::unordered_map<Property, CompositeMatcher> matchers, Candidates candidates) {
+std::shared_ptr<PropertyProvider> makeSubtractiveProvider(MatchersMap matchers,
+                                                          Candidates candidates) {
     return std::make_shared<SubtractivePropertyProvider>(std::move(matchers), candidates);
 }
 
-}  // namespace nuv::zero::traversal::internal
+}  // namespace nuv::zero::traversal

@@ -1,0 +1,192 @@
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "traversal/internal/AbstractStore.h"
+#include "traversal/internal/LinkQueue.h"
+#include "traversal/internal/Walk.h"
+
+namespace nuv::zero::traversal::internal {
+
+namespace {
+
+/// A queue. The element of the link at its front has its turn: the link stays there until all links
+/// of the element have been found, and there is one cursor, as long as the turn lasts.
+class BfsStore final : public AbstractStore {
+  public:
+    BfsStore() = default;
+
+    void push(const Link& link) override {
+        queue_.reserveOne();
+        const AssociationSetting* setting = nullptr;
+        if (link.getProperty()) {
+            if (foreign_ == nullptr) foreign_ = std::make_shared<Foreign>();
+            setting = &foreign_->emplace_back(link.getProperty(), ResultPolicy::Report);
+        }
+        queue_.push({link.getSource(), setting, link.getTarget(), link.shouldCascade()});
+    }
+    Link top() const override { return queue_.front().link().get(); }
+    void pop() override {
+        queue_.pop();
+        ++frontNumber_;
+    }
+    bool empty() const override { return queue_.empty(); }
+    bool equals(const AbstractStore& other) const override {
+        const auto* same = dynamic_cast<const BfsStore*>(&other);
+        return same != nullptr && queue_.hasSameLinks(same->queue_);
+    }
+    std::unique_ptr<AbstractStore> clone() const override {
+        return std::make_unique<BfsStore>(*this);
+    }
+    BfsStore(const BfsStore& other)
+        : queue_(other.queue_),
+          frontNumber_(other.frontNumber_),
+          turn_(other.turn_),
+          hasTurn_(other.hasTurn_),
+          begun_(other.begun_),
+          parked_(other.parked_),
+          observers_(other.observers_),
+          foreign_(other.foreign_) {}
+
+    bool advance(Walk& walk) override {
+        while (true) {
+            if (!hasTurn_) {
+                if (queue_.empty()) return false;
+                if (!queue_.front().shouldCascade()) {
+                    if (tryReportFront(walk)) return true;
+                    continue;
+                }
+                if (!startTurn(walk)) continue;
+            }
+            if (goOn(walk)) return true;
+        }
+    }
+    Cursor* findUnfinished(Walk& walk, const ModelElement& element) override;
+
+  private:
+    /// Settings that no provider keeps, of links that were pushed from outside a walk.
+    using Foreign = std::deque<AssociationSetting>;
+    /// From which link on elements are entered under which observer.
+    struct ObserverFrom {
+        std::size_t number;
+        TraversalProcessor* observer;
+    };
+
+    bool tryReportFront(Walk& walk);
+    bool startTurn(Walk& walk);
+    bool goOn(Walk& walk);
+    void enter(Walk& walk, const ModelElement& element);
+    TraversalProcessor* observerOfFront() noexcept;
+
+    LinkQueue queue_;
+    /// How many links have left the queue.
+    std::size_t frontNumber_ = 0;
+    Cursor turn_;
+    bool hasTurn_ = false;
+    /// The elements that have had their turn, or have it.
+    ElementSet begun_;
+    /// Cursors of elements that were pruned before their turn.
+    std::unordered_map<ModelElement, Cursor> parked_;
+    std::vector<ObserverFrom> observers_;
+    /// Shared with copies, because their queues hold the same links.
+    std::shared_ptr<Foreign> foreign_;
+};
+
+bool BfsStore::tryReportFront(Walk& walk) {
+    const LinkQueue::Place front = queue_.front();
+    // Removed before it is tried: a filter that throws does not get it again.
+    pop();
+    return walk.tryReport(front.source(), *front.setting(), front.target(), false);
+}
+
+/// Gives the element at the front its turn, and enters an input. False when the input was reached
+/// from an earlier one.
+bool BfsStore::startTurn(Walk& walk) {
+    const LinkQueue::Place& front = queue_.front();
+    const ModelElement& element = front.target();
+    const bool isInput = front.setting() == nullptr;
+    if (isInput && walk.hasEntered(element)) {
+        pop();
+        return false;
+    }
+    // Before anything else that may fail: what fails is tried again.
+    begun_.insert(element);
+    const Cursor::Settings& settings = isInput ? walk.enter(element) : walk.settingsOf(element);
+    const auto waiting = parked_.empty() ? parked_.end() : parked_.find(element);
+    if (waiting == parked_.end()) {
+        turn_.restart(element, isInput ? walk.observer() : observerOfFront(), settings);
+    } else {
+        turn_ = std::move(waiting->second);
+        turn_.observe(observerOfFront());
+        parked_.erase(waiting);
+    }
+    // A link that led here was handled when it was found; an input's own link was not.
+    if (!isInput) turn_.setReportedSelf();
+    hasTurn_ = true;
+    return true;
+}
+
+/// Takes the links of the element whose turn it is one after another. True when one was reported,
+/// false when the turn is over.
+bool BfsStore::goOn(Walk& walk) {
+    if (!turn_.hasReportedSelf()) {
+        turn_.setReportedSelf();
+        if (walk.tryReportInput(turn_.element())) return true;
+    }
+    while (turn_.step()) {
+        turn_.lookAhead([&walk](const ModelElement& next) { walk.announce(next); });
+        const Lent<ModelElement> target = turn_.target();
+        const bool cascade = !walk.hasEntered(target.get());
+        queue_.reserveOne();
+        if (cascade) enter(walk, target.get());
+        queue_.push({turn_.element(), &turn_.setting(), target.get(), cascade});
+        if (!cascade) continue;
+        if (walk.tryReport(turn_.element(), turn_.setting(), target.get(), true)) return true;
+    }
+    turn_.processedAll();
+    pop();
+    hasTurn_ = false;
+    return false;
+}
+
+/// Enters the target of the link that is pushed next.
+void BfsStore::enter(Walk& walk, const ModelElement& element) {
+    if (observers_.size() == observers_.capacity()) observers_.reserve(observers_.size() + 1);
+    walk.enter(element);
+    TraversalProcessor* latest = observers_.empty() ? nullptr : observers_.back().observer;
+    if (walk.observer() != latest) {
+        observers_.push_back({frontNumber_ + queue_.size(), walk.observer()});
+    }
+}
+
+TraversalProcessor* BfsStore::observerOfFront() noexcept {
+    while (observers_.size() > 1 && observers_[1].number <= frontNumber_) {
+        observers_.erase(observers_.begin());
+    }
+    return observers_.empty() || observers_.front().number > frontNumber_
+               ? nullptr
+               : observers_.front().observer;
+}
+
+Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {
+    if (hasTurn_ && turn_.element() == element) return &turn_;
+    if (begun_.contains(element)) return nullptr;
+    const auto waiting = parked_.find(element);
+    if (waiting != parked_.end()) return &waiting->second;
+    const Cursor::Settings& settings = walk.settingsOf(element);
+    Cursor& cursor = parked_[element];
+    // It gets its observer with its turn.
+    cursor.restart(element, nullptr, settings);
+    return &cursor;
+}
+
+}  // namespace
+
+std::unique_ptr<AbstractStore> makeBfsStore() {
+    return std::make_unique<BfsStore>();
+}
+
+}  // namespace nuv::zero::traversal::internal

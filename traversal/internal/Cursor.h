@@ -1,0 +1,118 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+#include "traversal/AssociationSetting.h"
+#include "traversal/internal/EventPoint.h"
+#include "traversal/support/Lent.h"
+
+namespace nuv::zero::traversal::internal {
+
+/// A place among the links that leave one element: property by property in the order of the
+/// settings, value by value in the order of the model. `ElementProgress` says what each operation
+/// means to a user; a walk keeps element and settings alive and drives cursors itself.
+///
+///     while (cursor.step()) use(cursor.element(), cursor.setting().property(), cursor.target());
+///     cursor.processedAll();   // tells the observer
+///
+/// A cursor fills one cache line, because a deep walk has one for each element on its path. What an
+/// observer does while it is told of an event is seen by the step that tells it. A copy stands at
+/// the same place and goes on by itself.
+class Cursor {
+  public:
+    using Settings = std::vector<AssociationSetting>;
+
+    /// A placeholder without links.
+    Cursor() noexcept = default;
+    Cursor(const Cursor& other);
+    Cursor(Cursor&& other) noexcept = default;
+    Cursor& operator=(const Cursor& other) { return *this = Cursor(other); }
+    Cursor& operator=(Cursor&& other) noexcept = default;
+    ~Cursor() = default;
+
+    /// Makes this a fresh cursor over an element. The observer may be null.
+    void restart(const ModelElement& element, TraversalProcessor* observer,
+                 const Settings& settings) noexcept {
+        element_ = Lent<ModelElement>(element);
+        observer_ = observer;
+        setting_ = settings.data();
+        settingsLeft_ = static_cast<std::uint32_t>(settings.size());
+        pruned_.reset();
+        values_.clear();
+        valueIndex_ = beforeFirst;
+        valueCount_ = 0;
+        hasReportedSelf_ = isStarted_ = isFinished_ = hasToldExit_ = false;
+    }
+
+    /// Tells another observer from now on.
+    void observe(TraversalProcessor* observer) noexcept { observer_ = observer; }
+
+    /// Moves on to the next link; false when there is none left.
+    bool step() { return ++valueIndex_ < valueCount_ || advance(); }
+    /// Whether no link is left. The first such answer tells the observer that the element is left,
+    /// unless the cursor was finished before its first step.
+    bool processedAll() {
+        if (isFinished_ && isStarted_ && !hasToldExit_) exitElement();
+        return isFinished_;
+    }
+    bool isFinished() const noexcept { return isFinished_; }
+
+    const ModelElement& element() const noexcept { return element_.get(); }
+    /// The property of the link found by the latest step, and what it leads to; also while the walk
+    /// is below that link. REQUIRES: a step found one.
+    const AssociationSetting& setting() const noexcept { return *setting_; }
+    Lent<ModelElement> target() const { return targetAt(valueIndex_); }
+
+    /// Shows targets that come soon to `visit`, each once per property, so that they can be loaded
+    /// while the ones before them are walked.
+    template <class Visit>
+    MODELING_NUV0_ALWAYS_INLINE void lookAhead(const Visit& visit) const {
+        constexpr std::size_t distance = 8;
+        if (valueIndex_ + 1 >= valueCount_) return;
+        const std::size_t end = std::min(valueIndex_ + distance + 1, valueCount_);
+        std::size_t index = valueIndex_ == 0 ? 1 : valueIndex_ + distance;
+        for (; index < end; ++index) visit(targetAt(index).get());
+    }
+
+    bool hasReportedSelf() const noexcept { return hasReportedSelf_; }
+    void setReportedSelf() noexcept { hasReportedSelf_ = true; }
+
+    void pruneAllChildren() noexcept;
+    void pruneCurrentProperty() noexcept;
+    void pruneProperty(const meta::Property& property);
+
+  private:
+    using Properties = std::unordered_set<meta::Property>;
+    static constexpr std::size_t beforeFirst = static_cast<std::size_t>(-1);
+
+    bool advance();
+    bool findValues();
+    bool isPruned(const meta::Property& property) const;
+    void leaveProperty();
+    void exitElement();
+    void notify(EventPoint point);
+    Lent<ModelElement> targetAt(std::size_t index) const {
+        return Lent<ModelElement>::adopt(values_.lend(index));
+    }
+
+    Lent<ModelElement> element_;
+    TraversalProcessor* observer_ = nullptr;
+    /// The current property, and how many there are from it on.
+    const AssociationSetting* setting_ = nullptr;
+    std::unique_ptr<Properties> pruned_;
+    WalkSupport::ElementView values_;
+    std::size_t valueIndex_ = beforeFirst;
+    std::size_t valueCount_ = 0;
+    std::uint32_t settingsLeft_ = 0;
+    bool hasReportedSelf_ = false;
+    bool isStarted_ = false;
+    bool isFinished_ = false;
+    bool hasToldExit_ = false;
+};
+
+}  // namespace nuv::zero::traversal::internal

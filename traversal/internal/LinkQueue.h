@@ -1,0 +1,101 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "traversal/AssociationSetting.h"
+#include "traversal/internal/LentLink.h"
+#include "traversal/support/Lent.h"
+
+namespace nuv::zero::traversal::internal {
+
+/// The links that a breadth-first walk has still to handle, in the order in which they were found.
+///
+/// A link is kept in three words: source, target, and the setting by which it was found, which
+/// names its property and says how it is reported. Elements and settings have to outlive the queue.
+/// Links stand in blocks; a copy shares all blocks but the last with the original.
+class LinkQueue {
+  public:
+    /// A link in the queue.
+    class Place {
+      public:
+        Place() noexcept = default;
+        /// A null setting stands for a pseudo-link.
+        Place(const ModelElement& source, const AssociationSetting* setting,
+              const ModelElement& target, bool cascade) noexcept
+            : source_(source),
+              target_(target),
+              settingAndCascade_(reinterpret_cast<std::uintptr_t>(setting) | (cascade ? 1U : 0U)) {}
+
+        const ModelElement& source() const noexcept { return source_.get(); }
+        const ModelElement& target() const noexcept { return target_.get(); }
+        const AssociationSetting* setting() const noexcept {
+            return reinterpret_cast<const AssociationSetting*>(settingAndCascade_ & ~cascadeBit);
+        }
+        bool shouldCascade() const noexcept { return (settingAndCascade_ & cascadeBit) != 0; }
+        LentLink link() const noexcept;
+
+      private:
+        static constexpr std::uintptr_t cascadeBit = 1;
+        static_assert(alignof(AssociationSetting) > cascadeBit);
+
+        Lent<ModelElement> source_;
+        Lent<ModelElement> target_;
+        std::uintptr_t settingAndCascade_ = 0;
+    };
+
+    LinkQueue() = default;
+    LinkQueue(const LinkQueue& other);
+    LinkQueue(LinkQueue&&) = delete;
+    LinkQueue& operator=(const LinkQueue&) = delete;
+    LinkQueue& operator=(LinkQueue&&) = delete;
+    ~LinkQueue() = default;
+
+    bool empty() const noexcept { return size_ == 0; }
+    std::size_t size() const noexcept { return size_; }
+    /// The link at a place behind the front. REQUIRES: `index` is below `size()`.
+    const Place& operator[](std::size_t index) const noexcept {
+        const std::size_t place = head_ + index;
+        return (*blocks_[first_ + place / blockSize])[place % blockSize];
+    }
+    const Place& front() const noexcept { return (*this)[0]; }
+
+    /// Makes sure that the next `push` allocates nothing.
+    void reserveOne() {
+        if (first_ + (head_ + size_) / blockSize == blocks_.size()) addBlock();
+    }
+    /// REQUIRES: `reserveOne` was called.
+    void push(const Place& place) noexcept {
+        const std::size_t end = head_ + size_;
+        (*blocks_[first_ + end / blockSize])[end % blockSize] = place;
+        ++size_;
+    }
+    void pop() noexcept {
+        --size_;
+        if (++head_ == blockSize) dropBlock();
+    }
+
+    /// Whether both hold equal links at equal places; the cascade flags take no part.
+    bool hasSameLinks(const LinkQueue& other) const noexcept;
+
+  private:
+    static constexpr std::size_t blockSize = 256;
+    using Block = std::array<Place, blockSize>;
+
+    void addBlock();
+    void dropBlock() noexcept;
+
+    /// Those before `first_` are gone.
+    std::vector<std::shared_ptr<Block>> blocks_;
+    std::size_t first_ = 0;
+    /// Where the front stands in the first block.
+    std::size_t head_ = 0;
+    std::size_t size_ = 0;
+    /// A block to be used again, so that a queue that stays short allocates once.
+    std::shared_ptr<Block> spare_;
+};
+
+}  // namespace nuv::zero::traversal::internal
