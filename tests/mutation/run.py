@@ -89,7 +89,7 @@ def summarise(mutants, results):
 def run_all(waiting, applying, results, options):
     """Tries the mutants that wait; all that apply are compiled in, so that one build serves."""
     begin = time.monotonic()
-    workshop = Workshop(options.work.resolve(), options.jobs)
+    workshop = Workshop(options.work.resolve(), options.jobs, options.suites)
     workshop.prepare(applying)
     built = time.monotonic()
     print(f"prepared in {built - begin:.0f} s; {len(workshop.alone)} have to be built alone",
@@ -101,7 +101,9 @@ def run_all(waiting, applying, results, options):
         start = time.monotonic()
         status, detail = test(mutant)
         seconds = time.monotonic() - start
-        results.add(mutant, status, detail, seconds)
+        # Only all suites can tell that a mutant survives.
+        if status != "survived" or not options.suites:
+            results.add(mutant, status, detail, seconds)
         done += 1
         print(f"{done}/{len(waiting)} {mutant.name}: {verdict(mutant, status)} {detail} "
               f"({seconds:.1f} s)", flush=True)
@@ -123,6 +125,8 @@ def main():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--only", metavar="PATTERN", action="append", default=[],
                         help="only mutants whose name or file matches; may be repeated")
+    parser.add_argument("--suites", metavar="PATTERN", action="append", default=[],
+                        help="only these suites, of which survivors are not recorded")
     parser.add_argument("--list", action="store_true", help="name the mutants and stop")
     parser.add_argument("--check", action="store_true", help="only check that every mutant applies")
     parser.add_argument("--report", action="store_true", help="show the results so far and stop")

@@ -1,5 +1,6 @@
 """A copy of the sources with all mutants inside, its build, and the suites that are run on it."""
 
+import fnmatch
 import hashlib
 import os
 import pathlib
@@ -88,9 +89,10 @@ class Suite:
 
 
 class Workshop:
-    def __init__(self, directory, jobs):
+    def __init__(self, directory, jobs, wanted_suites):
         self.directory = directory
         self.jobs = jobs
+        self.wanted_suites = wanted_suites
         self.tree = directory / "tree"
         self.build = directory / "build"
         self.refused_path = directory / "refused.txt"
@@ -197,7 +199,9 @@ class Workshop:
         suites.append(Suite("scenarios", "scenario_runner",
                             ["sh", "-c", script, self.build / "tests/scenario/scenario-runner",
                              *cases]))
-        return suites
+        return [suite for suite in suites
+                if not self.wanted_suites
+                or any(fnmatch.fnmatch(suite.name, wanted) for wanted in self.wanted_suites)]
 
     def suites_for(self, mutant):
         """The layer that the mutant changes is asked first, as it fails soonest."""
