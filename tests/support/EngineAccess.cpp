@@ -36,6 +36,16 @@ struct SubtractiveCreateResult {
     friend auto pointerTo(SubtractiveCreateResult);
 };
 
+struct BuilderRules {
+    friend auto pointerTo(BuilderRules);
+};
+struct BuilderProperties {
+    friend auto pointerTo(BuilderProperties);
+};
+struct BuilderProvider {
+    friend auto pointerTo(BuilderProvider);
+};
+
 template struct Expose<ResultAddFilter, &TraversalResult::addFilter>;
 template struct Expose<ResultDoAttach, &TraversalResult::doAttach>;
 template struct Expose<ResultUniqueness, &TraversalResult::uniqueness_>;
@@ -47,6 +57,18 @@ template struct Expose<CompositionCreateResult,
                        &AbstractTraversal<CompositionTraversalImpl>::createResult>;
 template struct Expose<SubtractiveCreateResult,
                        &AbstractTraversal<SubtractiveTraversalImpl>::createResult>;
+
+template struct Expose<BuilderRules, &AbstractTraversal<AdditiveTraversalImpl>::matchersMap_>;
+template struct Expose<BuilderProperties, &AdditiveTraversalImpl::traversedProperties_>;
+template struct Expose<BuilderProvider, &AdditiveTraversalImpl::createPropertyProvider>;
+
+std::shared_ptr<traversal::PropertyProvider> makeAdditiveProvider(
+    const traversal::MatchersMap& rules, const std::vector<meta::Property>& properties) {
+    const auto builder = traversal::Spec::additiveTraversal();
+    (*builder).*pointerTo(BuilderRules()) = rules;
+    (*builder).*pointerTo(BuilderProperties()) = properties;
+    return ((*builder).*pointerTo(BuilderProvider()))();
+}
 
 void addFilter(TraversalResult& result, const std::function<ResultPolicy(Link)>& filter) {
     (result.*pointerTo(ResultAddFilter()))(filter);

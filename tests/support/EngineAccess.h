@@ -21,6 +21,11 @@ void setUniqueness(TraversalResult& result, traversal::UniquenessMode mode);
 std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer(const TraversalResult& result);
 traversal::PropertyProvider& providerOf(TraversalResult& result);
 
+/// The provider of an additive traversal over these rules and named properties, also such as no
+/// builder makes.
+std::shared_ptr<traversal::PropertyProvider> makeAdditiveProvider(
+    const traversal::MatchersMap& rules, const std::vector<meta::Property>& properties);
+
 /// Runs a builder with a policy for the inputs' own links that is not the builder's.
 std::shared_ptr<TraversalResult> createResult(traversal::AdditiveTraversalImpl& builder,
                                               const std::vector<ModelElement>& inputs,

@@ -23,7 +23,9 @@ static_assert(std::ranges::input_range<LinkRange>);
 static_assert(!std::ranges::forward_range<LinkRange>);
 static_assert(!std::ranges::common_range<LinkRange>);
 static_assert(!std::ranges::sized_range<LinkRange>);
-static_assert(std::ranges::view<LinkRange>);
+// A pipeline refers to a range that is named, and takes a temporary in.
+static_assert(!std::ranges::view<LinkRange>);
+static_assert(std::ranges::viewable_range<LinkRange&>);
 static_assert(std::movable<LinkRange> && !std::copyable<LinkRange>);
 static_assert(!std::is_copy_constructible_v<LinkRange> && !std::is_copy_assignable_v<LinkRange>);
 static_assert(std::is_nothrow_move_constructible_v<LinkRange>);
@@ -62,6 +64,40 @@ TEST_F(LinkRangeTest, LoopOverATemporaryBuilderAndModelHandleIsSafe) {
         lines.push_back(text(link));
     }
     EXPECT_EQ(lines, (Lines{">A", "A.x>B", "A.x>C", "B.x>E"}));
+}
+
+// The views of this standard library do not compile with every compiler that compiles the rest.
+#if !defined(__clang__) || __clang_major__ > 15 || defined(_LIBCPP_VERSION)
+/// A range that was given a name could not stand at the head of a pipeline.
+TEST_F(LinkRangeTest, PipelineOverANamedRangeTakesItsLinksAndCanBePruned) {
+    Lines lines;
+    LinkRange walk = links(run());
+    const auto isNoLinkToC = [this](const Link& link) { return !(link.getTarget() == m("C")); };
+    for (const Link& link : walk | std::views::filter(isNoLinkToC)) {
+        lines.push_back(text(link));
+        if (link.getTarget() == m("B")) walk.pruneAllChildren();
+    }
+    EXPECT_EQ(lines, (Lines{"A.x>B", "A.y>D"}));
+}
+
+TEST_F(LinkRangeTest, PipelineOverATemporaryKeepsItsWalk) {
+    Lines lines;
+    auto first = links(run()) | std::views::take(2);
+    for (const Link& link : first) lines.push_back(text(link));
+    EXPECT_EQ(lines, (Lines{"A.x>B", "B.x>E"}));
+}
+#endif
+
+TEST_F(LinkRangeTest, MovedFromRangeIsEmptyAndCanBeAssigned) {
+    LinkRange range = links(run());
+    LinkRange moved(std::move(range));
+    // NOLINTNEXTLINE(bugprone-use-after-move): that is what this is about
+    EXPECT_TRUE(range.begin() == range.end());
+    range.pruneAllChildren();
+    range = std::move(moved);
+    Lines lines;
+    for (const Link& link : range) lines.push_back(text(link));
+    EXPECT_EQ(lines, whole);
 }
 
 TEST_F(LinkRangeTest, NullResultIsRefused) {

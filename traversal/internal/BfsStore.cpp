@@ -48,6 +48,7 @@ class BfsStore final : public AbstractStore {
           hasTurn_(other.hasTurn_),
           begun_(other.begun_),
           parked_(other.parked_),
+          frontObserver_(other.frontObserver_),
           observers_(other.observers_),
           foreign_(other.foreign_) {}
 
@@ -69,7 +70,7 @@ class BfsStore final : public AbstractStore {
   private:
     /// Settings that no provider keeps, of links that were pushed from outside a walk.
     using Foreign = std::deque<AssociationSetting>;
-    /// From which link on elements are entered under which observer.
+    /// From which link on elements are entered under another observer.
     struct ObserverFrom {
         std::size_t number;
         TraversalProcessor* observer;
@@ -90,6 +91,8 @@ class BfsStore final : public AbstractStore {
     ElementSet begun_;
     /// Cursors of elements that were pruned before their turn.
     std::unordered_map<ModelElement, Cursor> parked_;
+    /// Under which observer the element at the front was entered, and what changes behind it.
+    TraversalProcessor* frontObserver_ = nullptr;
     std::vector<ObserverFrom> observers_;
     /// Shared with copies, because their queues hold the same links.
     std::shared_ptr<Foreign> foreign_;
@@ -115,9 +118,14 @@ bool BfsStore::startTurn(Walk& walk) {
     // Before anything else that may fail: what fails is tried again.
     begun_.insert(element);
     const Cursor::Settings& settings = isInput ? walk.enter(element) : walk.settingsOf(element);
+    if (isInput) {
+        // Nothing else waits when an input has its turn.
+        observers_.clear();
+        frontObserver_ = walk.observer();
+    }
     const auto waiting = parked_.empty() ? parked_.end() : parked_.find(element);
     if (waiting == parked_.end()) {
-        turn_.restart(element, isInput ? walk.observer() : observerOfFront(), settings);
+        turn_.restart(element, observerOfFront(), settings);
     } else {
         turn_ = std::move(waiting->second);
         turn_.observe(observerOfFront());
@@ -156,19 +164,19 @@ bool BfsStore::goOn(Walk& walk) {
 void BfsStore::enter(Walk& walk, const ModelElement& element) {
     if (observers_.size() == observers_.capacity()) observers_.reserve(observers_.size() + 1);
     walk.enter(element);
-    TraversalProcessor* latest = observers_.empty() ? nullptr : observers_.back().observer;
+    // Afterwards, because a predicate that is asked meanwhile may attach another one.
+    TraversalProcessor* latest = observers_.empty() ? frontObserver_ : observers_.back().observer;
     if (walk.observer() != latest) {
         observers_.push_back({frontNumber_ + queue_.size(), walk.observer()});
     }
 }
 
 TraversalProcessor* BfsStore::observerOfFront() noexcept {
-    while (observers_.size() > 1 && observers_[1].number <= frontNumber_) {
+    while (!observers_.empty() && observers_.front().number <= frontNumber_) {
+        frontObserver_ = observers_.front().observer;
         observers_.erase(observers_.begin());
     }
-    return observers_.empty() || observers_.front().number > frontNumber_
-               ? nullptr
-               : observers_.front().observer;
+    return frontObserver_;
 }
 
 Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {

@@ -42,9 +42,7 @@ void TraversalResult::IterationContext::operator=(const IterationContext& other)
 
 void TraversalResult::IterationContext::operator=(IterationContext&& other) {
     if (this == &other) return;
-    if (walk_ && walk_->isUnderWay()) {
-        throw std::logic_error("A walk cannot be assigned from its own callbacks.");
-    }
+    if (walk_) walk_->refuseWhileUnderWay();
     walk_ = std::move(other.walk_);
     current_ = std::exchange(other.current_, &emptyLink());
 }

@@ -9,16 +9,10 @@ namespace nuv::zero::traversal::internal {
 
 namespace {
 
-/// Marks a walk as under way. A step that was begun from one of its own callbacks would pull the
-/// cursors out from under the outer step.
+/// Marks a walk as under way for as long as a step takes.
 class Step {
   public:
-    explicit Step(bool& isUnderWay) : isUnderWay_(isUnderWay) {
-        if (isUnderWay) {
-            throw std::logic_error("A walk cannot be advanced from its own callbacks.");
-        }
-        isUnderWay = true;
-    }
+    explicit Step(bool& isUnderWay) noexcept : isUnderWay_(isUnderWay) { isUnderWay_ = true; }
     Step(const Step&) = delete;
     Step& operator=(const Step&) = delete;
     ~Step() { isUnderWay_ = false; }
@@ -50,7 +44,16 @@ Walk::Walk(const Walk& other)
 
 Walk::~Walk() = default;
 
+/// A step begun from one of the walk's own callbacks would pull the cursors out from under the outer
+/// step.
+void Walk::refuseWhileUnderWay() const {
+    if (isUnderWay_) {
+        throw std::logic_error("A walk cannot be advanced or assigned from its own callbacks.");
+    }
+}
+
 void Walk::advance() {
+    refuseWhileUnderWay();
     const Step step(isUnderWay_);
     while (!store_->advance(*this)) {
         if (!startNextInput()) return;

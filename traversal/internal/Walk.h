@@ -30,10 +30,10 @@ class Walk {
     ~Walk();
 
     const Link& current() const noexcept { return current_.get(); }
-    /// Moves on to the next link, or to the empty link at the end. Throws `std::logic_error` when
-    /// one of the walk's own callbacks calls it, and then has changed nothing.
+    /// Moves on to the next link, or to the empty link at the end.
     void advance();
-    bool isUnderWay() const noexcept { return isUnderWay_; }
+    /// Throws `std::logic_error` when one of the walk's own callbacks is running.
+    void refuseWhileUnderWay() const;
     bool standsWhere(const Walk& other) const;
 
     /// The cursor of an element that may still give links, to prune it; null where there is none.

@@ -2,33 +2,36 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <string>
 #include <vector>
 
 #include "tests/support/ModelBuilder.h"
 #include "tests/support/WalkLog.h"
+#include "traversal/internal/Link.h"
 
 namespace nuv::zero::traversal::internal {
 namespace {
 
-using test::Lines;
 using test::text;
 
 class CursorPathTest : public testing::Test {
   protected:
-    CursorPathTest() { settings->emplace_back(m["Node.x"], ResultPolicy::Report); }
+    CursorPathTest() { settings.emplace_back(m["Node.x"], ResultPolicy::Report); }
 
-    ElementProgress& pushTo(CursorPath& end, const char* element) const {
+    Cursor& pushTo(CursorPath& end, const char* element) const {
         end.reserveOne();
-        ElementProgress& cursor = end.push();
-        cursor =
-            ElementProgress(Link(ModelElement(), m(element), meta::Property()), nullptr, settings);
+        Cursor& cursor = end.push();
+        cursor.restart(m(element), nullptr, settings);
         return cursor;
+    }
+    /// The link that the next step of a cursor finds.
+    static std::string next(Cursor& cursor) {
+        if (!cursor.step()) return "none";
+        return text(Link(cursor.element(), cursor.target().get(), cursor.setting().property()));
     }
 
     test::ModelBuilder m{"Node; Node.x -> Node *", "A.x = B C; B.x = C"};
-    std::shared_ptr<std::vector<AssociationSetting>> settings =
-        std::make_shared<std::vector<AssociationSetting>>();
+    Cursor::Settings settings;
     CursorPath path;
 };
 
@@ -37,18 +40,18 @@ TEST_F(CursorPathTest, GrowsAndShrinksAtItsEnd) {
     pushTo(path, "A");
     pushTo(path, "B");
     EXPECT_EQ(path.size(), 2U);
-    EXPECT_EQ(text(path.back().advanceAndGetCurrent()), "B.x>C");
+    EXPECT_EQ(next(path.back()), "B.x>C");
     path.pop();
-    EXPECT_EQ(text(path.back().advanceAndGetCurrent()), "A.x>B");
+    EXPECT_EQ(next(path.back()), "A.x>B");
     path.pop();
     EXPECT_TRUE(path.empty());
 }
 
 TEST_F(CursorPathTest, CursorsStayWhereTheyAreWhileOthersComeAndGo) {
-    ElementProgress* first = &pushTo(path, "A");
+    const Cursor* first = &pushTo(path, "A");
     for (int i = 0; i < 1000; ++i) pushTo(path, "B");
     EXPECT_EQ(&path[0], first);
-    ElementProgress* middle = &path[500];
+    const Cursor* middle = &path[500];
     while (path.size() > 501) path.pop();
     EXPECT_EQ(&path.back(), middle);
     for (int i = 0; i < 1000; ++i) pushTo(path, "B");
@@ -56,22 +59,57 @@ TEST_F(CursorPathTest, CursorsStayWhereTheyAreWhileOthersComeAndGo) {
     EXPECT_EQ(&path[0], first);
 }
 
-TEST_F(CursorPathTest, CopyIsIndependent) {
-    pushTo(path, "A").advanceAndGetCurrent();
-    for (int i = 0; i < 200; ++i) pushTo(path, "B");
+TEST_F(CursorPathTest, CopyGoesOnByItselfAtEveryDepth) {
+    for (int i = 0; i < 300; ++i) EXPECT_EQ(next(pushTo(path, "A")), "A.x>B");
     CursorPath copy(path);
-    EXPECT_EQ(copy.size(), path.size());
-    EXPECT_EQ(text(copy[0].advanceAndGetCurrent()), "A.x>C");
-    EXPECT_EQ(text(path[0].advanceAndGetCurrent()), "A.x>C");
-    EXPECT_EQ(text(copy.back().advanceAndGetCurrent()), "B.x>C");
+    for (std::size_t depth = 300; depth > 0; --depth) {
+        ASSERT_EQ(copy.size(), depth);
+        EXPECT_EQ(next(copy.back()), "A.x>C") << depth;
+        copy.pop();
+    }
+    for (std::size_t depth = 300; depth > 0; --depth) {
+        EXPECT_EQ(next(path.back()), "A.x>C") << depth;
+        path.pop();
+    }
+}
+
+TEST_F(CursorPathTest, OriginalGoesOnByItselfWhileTheCopyStays) {
+    for (int i = 0; i < 300; ++i) EXPECT_EQ(next(pushTo(path, "A")), "A.x>B");
+    const CursorPath copy(path);
+    while (path.size() > 10) path.pop();
+    for (int i = 0; i < 300; ++i) pushTo(path, "B");
+    path.at(5).pruneAllChildren();
+    for (std::size_t index = 0; index < copy.size(); ++index) {
+        EXPECT_EQ(copy[index].element(), m("A")) << index;
+        EXPECT_FALSE(copy[index].isFinished()) << index;
+    }
+}
+
+TEST_F(CursorPathTest, PruningFarUpReachesOneOfTwoCopies) {
+    for (int i = 0; i < 300; ++i) pushTo(path, "A");
+    CursorPath copy(path);
+    copy.at(100).pruneAllChildren();
+    EXPECT_TRUE(copy[100].isFinished());
+    EXPECT_FALSE(path[100].isFinished());
+}
+
+TEST_F(CursorPathTest, CopiesLeadAlongTheSameLinksUntilOneGoesOn) {
+    for (int i = 0; i < 100; ++i) next(pushTo(path, "A"));
+    CursorPath copy(path);
+    EXPECT_TRUE(path.leadsAlong(copy));
+    pushTo(copy, "B");
+    EXPECT_FALSE(path.leadsAlong(copy));
+    pushTo(path, "C");
+    EXPECT_FALSE(path.leadsAlong(copy)) << "as long, but to another element";
     copy.pop();
-    EXPECT_EQ(text(path.back().advanceAndGetCurrent()), "B.x>C");
+    path.pop();
+    EXPECT_TRUE(copy.leadsAlong(path));
 }
 
 TEST_F(CursorPathTest, CopyOfAnEmptyPathCanGrow) {
     CursorPath copy(path);
     pushTo(copy, "A");
-    EXPECT_EQ(text(copy.back().advanceAndGetCurrent()), "A.x>B");
+    EXPECT_EQ(next(copy.back()), "A.x>B");
     EXPECT_TRUE(path.empty());
 }
 

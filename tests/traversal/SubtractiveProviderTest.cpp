@@ -7,7 +7,7 @@
 #include "tests/support/ModelBuilder.h"
 #include "tests/support/Predicates.h"
 #include "tests/support/SettingNames.h"
-#include "traversal/internal/PropertyProviders.h"
+#include "traversal/SubtractivePropertyProvider.h"
 
 namespace nuv::zero::traversal::internal {
 namespace {
