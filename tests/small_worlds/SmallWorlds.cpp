@@ -112,7 +112,6 @@ class Enumeration {
   public:
     Enumeration(int elements, bool yIsList, bool isForComposition)
         : elements_(elements),
-          yIsList_(yIsList),
           isForComposition_(isForComposition),
           lists_(listsOver(elements)),
           ys_(yIsList ? lists_ : singlesOver(elements)),
@@ -153,7 +152,6 @@ class Enumeration {
     }
 
     int elements_;
-    bool yIsList_;
     bool isForComposition_;
     std::vector<List> lists_;
     std::vector<List> ys_;
