@@ -24,6 +24,8 @@ import sys
 import threading
 import time
 
+sys.dont_write_bytecode = True  # Nothing is left behind among the sources.
+
 from mutants import HERE, ROOT, Malformed, content_of, read_all, report_stale
 from workshop import Workshop
 

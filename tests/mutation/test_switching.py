@@ -1,6 +1,9 @@
 """Whether sources with mutants inside are what they should be."""
 
+import sys
 import unittest
+
+sys.dont_write_bytecode = True
 
 import mutants
 import switching
