@@ -102,27 +102,51 @@ def bodies(text):
 
 
 def initialiser_around(text, start, end):
-    """The expression in the round brackets or behind the `=` that a change lies in, if any."""
+    """The argument in round brackets, or the value behind a `=`, that a change lies in, if any: where
+    it starts and ends, and the name of the member when it is all that the member is made of."""
     code = masked(text)
-    depth = 0
+    depth, first, inner = 0, None, start
     for place in range(start - 1, -1, -1):
         if code[place] in ")}":
             depth += 1
         elif code[place] in "({" and depth > 0:
             depth -= 1
+        elif code[place] == "," and depth == 0 and first is None:
+            first = place + 1
         elif code[place] == "(":
             close = closing(code, place)
             name = re.search(r"(\w+)\s*$", code[:place])
             before = code[:name.start()].rstrip() if name else ""
-            if close < end or not before.endswith((",", ":")) or before.endswith("::"):
+            if close < end:
                 return None
-            return place + 1, close, name.group(1)
+            if not before.endswith((",", ":")) or before.endswith("::"):
+                # A call inside: what is around it may be the initialiser.
+                inner, first = place, None
+                continue
+            last = end_of_argument(code, inner, close)
+            if last < end:
+                return None
+            whole = first is None and last == close
+            return first or place + 1, last, name.group(1) if whole else None
         elif code[place] in ";{":
             return None
         elif code[place] == "=" and depth == 0:
             close = code.find(";", place)
             return (place + 1, close, None) if close >= end else None
     return None
+
+
+def end_of_argument(code, place, close):
+    """Where the argument around a place ends: at a comma or the closing bracket."""
+    depth = 0
+    for at in range(place, close):
+        if code[at] in "({":
+            depth += 1
+        elif code[at] in ")}":
+            depth -= 1
+        elif code[at] == "," and depth == 0:
+            return at
+    return close
 
 
 class Switched:

@@ -14,6 +14,7 @@ namespace n {
 struct S : Base<int> {
   public:
     S(int a) : Base(a), b_(a), c_{a} { run("}"); }
+    S(int a, int b) : Base(sum(a, b), b) { walk(); }
     int f() const noexcept { return b_ + 1; }
     bool operator==(const S& other) const { return b_ == other.b_; }
 
@@ -46,7 +47,7 @@ def switched(*changes):
 class SwitchingTest(unittest.TestCase):
     def test_bodies_are_those_of_functions(self):
         found = [SOURCE[start:end].split()[0] for start, end in switching.bodies(SOURCE)]
-        self.assertEqual(found, ['run("}");', "return", "return", "if"])
+        self.assertEqual(found, ['run("}");', "walk();", "return", "return", "if"])
 
     def test_body_stands_there_once_for_each_mutant(self):
         source = switched(("return b_ + 1", "return b_"), ("b_ + 1", "b_ - 1"))
@@ -67,6 +68,13 @@ class SwitchingTest(unittest.TestCase):
         self.assertEqual(source.left_over, [])
         for text in ["MUTANT(1) ? (7)", "MUTANT(2) ? (5) : (4)", "MUTANT(3) ? (decltype(b_)())"]:
             self.assertIn(text.replace("(decltype(b_)())", "decltype(b_)()"), source.text)
+
+    def test_one_argument_of_several_becomes_a_choice(self):
+        source = switched(("sum(a, b), b)", "sum(a, a), b)"), ("b), b)", "b), a)"))
+        self.assertEqual(source.left_over, [])
+        self.assertIn("MUTANT(1) ? (sum(a, a)) : (sum(a, b))", source.text)
+        self.assertIn("MUTANT(2) ? (a) : (b)", source.text)
+        self.assertEqual(switched(("b), b)", "b))")).text, SOURCE)
 
     def test_declarations_are_left_over(self):
         source = switched(("int b_ = 4", "long b_ = 4"), ("One, Two", "Two, One"))
