@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <variant>
 #include <vector>
 
 #include "model/memory/MemoryFramework.h"
@@ -27,7 +26,7 @@ struct ReadSlot {
 struct LateSlots {
     friend constexpr auto memberOf(LateSlots);
 };
-template struct Expose<ReadSlot, &memory::Object::slot>;
+template struct Expose<ReadSlot, &memory::Object::slotAt>;
 template struct Expose<LateSlots, &memory::Object::lateSlots_>;
 
 }  // namespace exposed
@@ -37,15 +36,16 @@ class RawValues {
   public:
     RawValues() noexcept = default;
     explicit RawValues(const memory::Object* single) noexcept : single_(single), count_(1) {}
-    RawValues(const ModelElement* list, std::size_t count) noexcept : list_(list), count_(count) {}
+    RawValues(const memory::Object* const* list, std::size_t count) noexcept
+        : list_(list), count_(count) {}
 
     std::size_t size() const noexcept { return count_; }
     const memory::Object* operator[](std::size_t index) const noexcept {
-        return list_ != nullptr ? list_[index].get() : single_;
+        return list_ != nullptr ? list_[index] : single_;
     }
 
   private:
-    const ModelElement* list_ = nullptr;
+    const memory::Object* const* list_ = nullptr;
     const memory::Object* single_ = nullptr;
     std::size_t count_ = 0;
 };
@@ -53,16 +53,13 @@ class RawValues {
 /// What the model stores for a property, found as the model itself finds it: where an element keeps
 /// a property is nobody else's knowledge. REQUIRES: the value was not planted.
 inline RawValues readRaw(const memory::Object& element, const memory::PropertyObject& property) {
-    const memory::SlotWord word = (element.*memberOf(exposed::ReadSlot()))(property);
+    const memory::ClassLayout& layout = element.getClass().get()->layout();
+    const memory::SlotWord word = (element.*memberOf(exposed::ReadSlot()))(layout.slotOf(property));
     if (word.isReference()) return RawValues(word.target());
-    if (!word.isPayload() || word.payload() == nullptr) return {};
-    const memory::Payload::Data& data = word.payload()->data;
-    if (const auto* list = std::get_if<std::vector<ModelElement>>(&data)) {
-        return {list->data(), list->size()};
-    }
-    if (const auto* single = std::get_if<ModelElement>(&data)) {
-        return *single ? RawValues(single->get()) : RawValues();
-    }
+    if (!word.isPayload() || word.isWithoutPayload()) return {};
+    const memory::Payload& payload = *word.payload();
+    const auto* entries = payload.entries<const memory::Object*>();
+    if (payload.kind() == memory::Payload::Kind::Elements) return {entries, payload.size()};
     return {};
 }
 

@@ -10,7 +10,8 @@ std::string textOf(const ModelElement& element, std::u16string_view property) {
     const meta::Property found = element->getClass()->getProperty(property);
     if (!found) return {};
     const Value value = access::read(element, found);
-    const auto* text = std::get_if<std::u16string>(&value.data());
+    const memory::Content content = value.content();
+    const auto* text = std::get_if<std::u16string>(&content);
     return text == nullptr ? std::string() : text::toUtf8(*text);
 }
 

@@ -11,7 +11,7 @@ ClassObject::ClassObject(const ClassObject* metaClass, std::u16string_view name,
                          std::u16string_view qualifiedName, Storage& storage,
                          std::vector<ClassObject*> superclasses)
     : StructuredTypeObject(Kind::Class, name, qualifiedName,
-                           metaClass != nullptr ? *metaClass : *this, storage),
+                           metaClass != nullptr ? metaClass->self_ : self_, storage),
       superclasses_(std::move(superclasses)),
       layout_(*this, superclasses_, nullptr) {
     self_ = Lending::lend<meta::Class>(this);

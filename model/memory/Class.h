@@ -48,7 +48,9 @@ class MODELING_NUV0_MODEL_EXPORT ClassObject final : public StructuredTypeObject
     meta::Property getProperty(std::u16string_view name) const;
     bool hasProperty(const meta::Property& property) const noexcept;
     /// Whether this class is the other one or a subclass of it.
-    bool isKindOf(const ClassObject& other) const noexcept { return layout_.hasInLineage(other); }
+    bool isKindOf(const ClassObject& other) const noexcept {
+        return layout_.descendsFrom(other.layout_);
+    }
     std::vector<meta::Class> getSuperclasses() const;
 
     const std::deque<PropertyObject>& ownProperties() const noexcept { return ownProperties_; }
@@ -66,17 +68,6 @@ class MODELING_NUV0_MODEL_EXPORT ClassObject final : public StructuredTypeObject
     std::deque<PropertyObject> ownProperties_;
     ClassLayout layout_;
 };
-
-inline bool ClassLayout::hasInLineage(const ClassObject& other) const noexcept {
-    // Under single inheritance an ancestor stands at the same place in every lineage.
-    const std::size_t place = other.layout().lineage_.size() - 1;
-    if (place < lineage_.size() && lineage_[place] == &other) return true;
-    return !isChain_ && isAmongAncestors(other);
-}
-
-inline const meta::Class& Object::getClass() const noexcept {
-    return class_->handle();
-}
 
 }  // namespace nuv::zero::memory
 

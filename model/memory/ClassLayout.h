@@ -26,7 +26,14 @@ class ClassLayout {
 
     /// All ancestors, each after its own ancestors, and the class itself last.
     const std::vector<const ClassObject*>& lineage() const noexcept { return lineage_; }
-    inline bool hasInLineage(const ClassObject& other) const noexcept;
+    /// Whether the other layout is of the same class or of an ancestor.
+    bool descendsFrom(const ClassLayout& other) const noexcept {
+        // Under single inheritance an ancestor stands at the same place in every lineage.
+        const std::size_t place = other.lineage_.size() - 1;
+        const ClassObject* sought = other.lineage_.back();
+        if (place < lineage_.size() && lineage_[place] == sought) return true;
+        return !isChain_ && isAmongAncestors(*sought);
+    }
 
     Slot slotOf(const PropertyObject& property) const noexcept {
         const Slot hint = property.slotHint_;

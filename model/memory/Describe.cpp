@@ -25,9 +25,8 @@ std::string element(const Object& element) {
     std::string name;
     if (const meta::Property nameProperty = elementClass->getProperty(u"name")) {
         const Value value = element.get(nameProperty, Object::ReflectionPrivateTag::PUBLIC_ACCESS);
-        if (const auto* text = std::get_if<std::u16string>(&value.data())) {
-            name = text::toUtf8(*text);
-        }
+        const Content content = value.content();
+        if (const auto* text = std::get_if<std::u16string>(&content)) name = text::toUtf8(*text);
     }
     return type(*elementClass.get()) + "'" + name + "'";
 }

@@ -53,12 +53,12 @@ Metamodel::~Metamodel() {
     storage_->release();
 }
 
-MetamodelStorage& Metamodel::storage() const {
-    if (storage_ == nullptr) throw ModelError("A metamodel that was moved from cannot be used.");
+MetamodelStorage& Metamodel::storage() {
+    if (storage_ == nullptr) storage_ = new MetamodelStorage(u"");
     return *storage_;
 }
 
-Pins Metamodel::pinsWith(const std::vector<const TypeObject*>& used) const {
+Pins Metamodel::pinsWith(const std::vector<const TypeObject*>& used) {
     MetamodelStorage& own = storage();
     Pins pins = own.pins();
     for (const TypeObject* type : used) {
@@ -93,7 +93,6 @@ meta::Class Metamodel::addClass(std::u16string_view name,
     ClassObject& made = own.classes().emplace_back(&StandardMetamodel::instance().classOfClasses(),
                                                    name, fullName, own, std::move(checked));
     hierarchy.link(made);
-    own.adopt(made);
     own.pins() = std::move(pins);
     return meta::Class(&made);
 }
@@ -131,8 +130,7 @@ meta::PrimitiveType Metamodel::addPrimitive(std::u16string_view qualifiedName,
                          " cannot be a class; its values are texts or integers.");
     }
     PrimitiveTypeObject& made = own.primitives().emplace_back(
-        kind, qualifiedName, StandardMetamodel::instance().classOfPrimitiveTypes(), own);
-    own.adopt(made);
+        kind, qualifiedName, StandardMetamodel::instance().classOfPrimitiveTypes().handle(), own);
     return meta::PrimitiveType(&made);
 }
 
@@ -149,34 +147,28 @@ meta::Property Metamodel::addProperty(const meta::Class& owner, std::u16string_v
                          ", because it is of another one.");
     }
     if (!type) throw ModelError(refusal() + " without a type.");
-    if (upperBound == 0 || upperBound < unbounded) {
-        throw ModelError(refusal() + " with the upper bound " + std::to_string(upperBound) +
-                         "; it has to be positive, or -1 for no limit.");
-    }
     Pins pins = pinsWith({type.get()});
     PropertyObject& made =
         Hierarchy().addProperty(*owner.get(), name, *type.get(), upperBound, flags);
-    own.adopt(made);
     own.pins() = std::move(pins);
     return meta::Property(&made);
 }
 
 void Metamodel::checkOpposite(const meta::Property& property,
                               const meta::Property& opposite) const {
-    const MetamodelStorage& own = storage();
     if (!property) throw ModelError("A null property cannot have an opposite.");
-    const std::string name = describe::property(*property.get());
-    if (!opposite) throw ModelError("The property " + name + " cannot have a null opposite.");
+    const std::string own = describe::property(*property.get());
+    if (!opposite) throw ModelError("The property " + own + " cannot have a null opposite.");
     const std::string oppositeName = describe::property(*opposite.get());
     for (const meta::Property* each : {&property, &opposite}) {
-        if ((*each)->storage() == &own) continue;
-        throw ModelError("The property " + name + " cannot have the opposite " + oppositeName +
+        if ((*each)->storage() == storage_) continue;
+        throw ModelError("The property " + own + " cannot have the opposite " + oppositeName +
                          ", because " + describe::property(*each->get()) +
-                         " is not of the metamodel " + quoted(own.name()) + ".");
+                         " is not of the metamodel " + quoted(name()) + ".");
     }
     const meta::Property& present = property->getOpposite();
     if (present && !(present == opposite)) {
-        throw ModelError("The property " + name + " cannot have the opposite " + oppositeName +
+        throw ModelError("The property " + own + " cannot have the opposite " + oppositeName +
                          ", because it has the opposite " + describe::property(*present.get()) +
                          " already.");
     }
@@ -194,13 +186,14 @@ void Metamodel::setOpposites(const meta::Property& one, const meta::Property& ot
     Hierarchy::setOpposite(*other.get(), *one.get());
 }
 
-const std::u16string& Metamodel::name() const {
-    return storage().name();
+std::u16string Metamodel::name() const {
+    return storage_ == nullptr ? std::u16string() : storage_->name();
 }
 
 std::vector<meta::Class> Metamodel::classes() const {
     std::vector<meta::Class> classes;
-    for (const ClassObject& type : storage().classes()) classes.push_back(type.handle());
+    if (storage_ == nullptr) return classes;
+    for (const ClassObject& type : storage_->classes()) classes.push_back(type.handle());
     return classes;
 }
 

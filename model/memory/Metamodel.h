@@ -31,7 +31,7 @@ class MODELING_NUV0_MODEL_EXPORT ModelError : public std::invalid_argument {
 ///                                              memory::PropertyFlags::Association);
 ///
 /// Ownership: handles and models made from a metamodel keep its objects valid after the metamodel
-/// object is gone. A metamodel that was moved from can only be destroyed or assigned to. A
+/// object is gone. A metamodel that was moved from is empty, without a name, and usable. A
 /// metamodel may use classes of another one (as superclass or as type) as long as the other does
 /// not, directly or by way of more, use this one; opposites stand in one metamodel. A metamodel may
 /// grow while models of it exist: their elements then read the new properties as never set.
@@ -61,7 +61,8 @@ class MODELING_NUV0_MODEL_EXPORT Metamodel {
     meta::PrimitiveType addPrimitive(std::u16string_view qualifiedName, TypeObject::Kind kind);
 
     /// Adds a property to a class of this metamodel. Throws `ModelError` for a foreign or null
-    /// class, a null type, and an upper bound of zero or below -1.
+    /// class and for a null type. Exactly an upper bound of one makes the property single-valued;
+    /// one below zero is no limit.
     meta::Property addProperty(const meta::Class& owner, std::u16string_view name,
                                const meta::Type& type, int upperBound = 1,
                                PropertyFlags flags = PropertyFlags::None);
@@ -71,16 +72,17 @@ class MODELING_NUV0_MODEL_EXPORT Metamodel {
     /// The same, both ways.
     void setOpposites(const meta::Property& one, const meta::Property& other);
 
-    const std::u16string& name() const;
+    std::u16string name() const;
     std::vector<meta::Class> classes() const;
 
   private:
-    MetamodelStorage& storage() const;
+    MetamodelStorage& storage();
     /// The pins of this metamodel and one for each of the types, if none of them uses this one.
-    Pins pinsWith(const std::vector<const TypeObject*>& used) const;
+    Pins pinsWith(const std::vector<const TypeObject*>& used);
 
     void checkOpposite(const meta::Property& property, const meta::Property& opposite) const;
 
+    /// Null after a move, until something is added.
     MetamodelStorage* storage_;
 };
 

@@ -29,10 +29,10 @@ bool MetamodelStorage::reaches(const Storage& other) const {
 }
 
 void MetamodelStorage::giveUpObjects() noexcept {
-    for (const PrimitiveTypeObject& primitive : primitives_) primitive.release();
+    for (const PrimitiveTypeObject& primitive : primitives_) primitive.giveUp();
     for (const ClassObject& type : classes_) {
-        for (const PropertyObject& property : type.ownProperties()) property.release();
-        type.release();
+        for (const PropertyObject& property : type.ownProperties()) property.giveUp();
+        type.giveUp();
     }
 }
 

@@ -25,8 +25,6 @@ class MetamodelStorage final : public Storage {
     /// Whether this storage keeps another one alive, directly or by way of more.
     bool reaches(const Storage& other) const;
 
-    /// Counts an object of this storage as its user. Every object that stands is counted once.
-    void adopt(const Object&) noexcept { retain(); }
     /// Gives up the reference with which each object started; handles keep some of them.
     void giveUpObjects() noexcept;
 

@@ -1,8 +1,12 @@
 #include "model/memory/Model.h"
 
 #include <algorithm>
+#include <string>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
+#include "model/Compiler.h"
 #include "model/memory/Describe.h"
 #include "model/memory/ModelStorage.h"
 
@@ -21,36 +25,48 @@ std::string describeValue(std::int64_t number) {
 
 /// One property of one element, both known to fit together.
 struct Place {
+    ModelStorage& storage;
     const Object& element;
     const PropertyObject& property;
+    ClassLayout::Slot number;
 
-    [[noreturn]] void refuse(const std::string& value, const std::string& reason) const {
+    /// Throws `std::bad_alloc`, and then has changed nothing.
+    SlotWord& slot() const { return storage.slot(element, number); }
+
+    [[noreturn]] MODELING_NUV0_COLD void refuse(const std::string& value,
+                                                const std::string& reason) const {
         throw ModelError("The property " + describe::property(property) + " of " +
                          describe::element(element) + " cannot hold " + value + ", because " +
                          reason + ".");
     }
 };
 
-Place checkedPlace(const ModelStorage& storage, const ModelElement& element,
-                   const meta::Property& property) {
+[[noreturn]] MODELING_NUV0_COLD void refusePlace(const ModelStorage* storage,
+                                                 const ModelElement& element,
+                                                 const meta::Property& property) {
     if (!property) {
         throw ModelError("A null property cannot be set on " + describeValue(element) + ".");
     }
+    const std::string name = describe::property(*property.get());
     if (!element) {
-        throw ModelError("The property " + describe::property(*property.get()) +
-                         " cannot be set on a null element.");
+        throw ModelError("The property " + name + " cannot be set on a null element.");
     }
-    if (element->storage() != &storage) {
-        throw ModelError("The property " + describe::property(*property.get()) +
-                         " cannot be set on " + describeValue(element) +
-                         ", because that element is of another model.");
+    throw ModelError(
+        "The property " + name + " cannot be set on " + describeValue(element) + ", because " +
+        (element->storage() != storage
+             ? "that element is of another model."
+             : "the class " + describe::type(*element->getClass().get()) + " does not have it."));
+}
+
+Place checkedPlace(ModelStorage* storage, const ModelElement& element,
+                   const meta::Property& property) {
+    if (storage != nullptr && property && element && element->storage() == storage) {
+        const ClassLayout::Slot number =
+            element->getClass().get()->layout().slotOf(*property.get());
+        if (number != ClassLayout::noSlot)
+            return {*storage, *element.get(), *property.get(), number};
     }
-    if (!element->getClass()->hasProperty(property)) {
-        throw ModelError("The property " + describe::property(*property.get()) +
-                         " cannot be set on " + describeValue(element) + ", because the class " +
-                         describe::type(*element->getClass().get()) + " does not have it.");
-    }
-    return {*element.get(), *property.get()};
+    refusePlace(storage, element, property);
 }
 
 template <class Value>
@@ -61,7 +77,7 @@ void checkSingle(const Place& place, const Value& value) {
 
 void checkCount(const Place& place, std::size_t count) {
     const int bound = place.property.getUpperBound();
-    if (bound == unbounded || count <= static_cast<std::size_t>(bound)) return;
+    if (bound < 0 || count <= static_cast<std::size_t>(bound)) return;
     place.refuse(std::to_string(count) + " values", "its upper bound is " + std::to_string(bound));
 }
 
@@ -108,82 +124,200 @@ void checkListType(const Place& place) {
                  "its type is " + describe::type(place.property.type()));
 }
 
-template <class Content>
-PayloadPointer makePayload(Content content) {
-    return PayloadPointer(new Payload(std::in_place_type<Content>, std::move(content)));
+/// A word of its own for each kind of value, with what it counts.
+HeldWord wordFor(std::u16string_view text) {
+    if (SlotWord::fits(text)) return HeldWord(SlotWord::text(text));
+    Payload& made = Payload::make(Payload::Kind::Text, text.size());
+    for (const char16_t unit : text) made.append(unit);
+    return HeldWord(SlotWord::holding(made));
+}
+HeldWord wordFor(std::int64_t number) {
+    if (SlotWord::fits(number)) return HeldWord(SlotWord::number(number));
+    Payload& made = Payload::make(Payload::Kind::Integer, 1);
+    made.append(number);
+    return HeldWord(SlotWord::holding(made));
+}
+/// Null is a value too.
+HeldWord wordFor(const ModelElement& element) {
+    Payload& made = Payload::make(Payload::Kind::Element, 1);
+    made.append<const Object*>(element.get());
+    made.countElements();
+    return HeldWord(SlotWord::holding(made));
 }
 
-/// Puts a new word into a slot. What stood there is released last, when the slot is right already.
-void replace(SlotWord& slot, SlotWord word) noexcept {
-    SlotWord previous = std::exchange(slot, word);
-    previous.release();
+/// What lists of a kind of entry are made of. `entry` makes what is stored of one value.
+template <class Entry>
+struct ListOf;
+template <>
+struct ListOf<ModelElement> {
+    using Stored = const Object*;
+    static constexpr Payload::Kind kind = Payload::Kind::Elements;
+    static Stored entry(const ModelElement& element) noexcept { return element.get(); }
+};
+template <>
+struct ListOf<std::u16string> {
+    using Stored = std::u16string;
+    static constexpr Payload::Kind kind = Payload::Kind::Texts;
+    static Stored entry(std::u16string_view text) { return Stored(text); }
+};
+template <>
+struct ListOf<std::int64_t> {
+    using Stored = std::int64_t;
+    static constexpr Payload::Kind kind = Payload::Kind::Integers;
+    static Stored entry(std::int64_t number) noexcept { return number; }
+};
+
+template <class Entry>
+HeldWord wordFor(const std::vector<Entry>& entries) {
+    using List = ListOf<Entry>;
+    Payload& made = Payload::make(List::kind, entries.size());
+    HeldWord word(SlotWord::holding(made));
+    for (const Entry& entry : entries) {
+        made.append<typename List::Stored>(List::entry(entry));
+    }
+    return word;
 }
 
-void store(ModelStorage& storage, const Place& place, PayloadPointer payload) {
-    // First the slot, which may fail while the payload still has an owner.
-    SlotWord& slot = storage.slot(place.element, place.property);
-    replace(slot, SlotWord::holding(std::move(payload)));
+bool isForeign(const ModelStorage& storage, const ModelElement& element) noexcept {
+    return element->storage() != &storage;
+}
+/// A reference that keeps an element alive which its storage does not keep.
+SlotWord reference(const ModelStorage& storage, const ModelElement& target) noexcept {
+    if (!isForeign(storage, target)) return SlotWord::own(*target.get());
+    target->retain();
+    return SlotWord::counted(*target.get());
 }
 
-template <class Value, class Stored>
-void setSingle(ModelStorage& storage, const Place& place, const Value& value, Stored stored) {
+void store(const Place& place, HeldWord word) {
+    // First the slot, which may fail while the word still has an owner.
+    SlotWord& slot = place.slot();
+    ModelStorage::replace(slot, word.detach());
+}
+
+template <class Value>
+void setSingle(const Place& place, const Value& value) {
     checkSingle(place, value);
     checkType(place, value);
-    store(storage, place, makePayload(std::move(stored)));
+    store(place, wordFor(value));
+}
+
+void checkMany(const Place& place) {
+    if (place.property.isSingleValued()) place.refuse("a collection", "it holds a single value");
 }
 
 template <class Entry>
-void setMany(ModelStorage& storage, const Place& place, std::vector<Entry> entries) {
-    if (place.property.isSingleValued()) place.refuse("a collection", "it holds a single value");
+void setMany(const Place& place, const std::vector<Entry>& entries) {
+    checkMany(place);
     checkListType<Entry>(place);
     checkCount(place, entries.size());
     for (const Entry& entry : entries) checkEntry(place, entry);
-    store(storage, place, makePayload(std::move(entries)));
+    // An empty list reads as one that was never set.
+    if (entries.empty()) return ModelStorage::replace(place.slot(), SlotWord());
+    if constexpr (std::is_same_v<Entry, ModelElement>) {
+        const bool counts = std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) {
+            return isForeign(place.storage, entry);
+        });
+        if (entries.size() == 1 && !counts) {
+            return ModelStorage::replace(place.slot(), SlotWord::own(*entries.front().get()));
+        }
+        HeldWord list = wordFor(entries);
+        if (counts) list.word().payload()->countElements();
+        return store(place, std::move(list));
+    } else {
+        store(place, wordFor(entries));
+    }
+}
+
+/// Capacities are odd: with the payload's own 16 bytes, that is what blocks of the usual
+/// allocators hold.
+std::size_t grownCapacity(std::size_t capacity) {
+    return capacity < 2 ? 3 : 2 * capacity - 1;
+}
+
+/// A list with the entries of another one, and room for more. Entries are moved where nobody else
+/// reads them.
+template <class Stored>
+HeldWord grown(Payload& list) {
+    Payload& made = Payload::make(list.kind(), grownCapacity(list.size()));
+    HeldWord word(SlotWord::holding(made));
+    if (!list.isShared()) {
+        list.moveInto<Stored>(made);
+        return word;
+    }
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        made.append<Stored>(Stored(list.entries<Stored>()[i]));
+    }
+    if (list.countsElements()) made.countElements();
+    return word;
+}
+
+/// Appends to a list that stands in a slot. `counts` says whether the entry needs to be counted.
+template <class Stored>
+void appendTo(SlotWord& slot, Stored entry, bool counts) {
+    Payload* list = slot.payload();
+    if (list->isShared() || list->size() == list->capacity()) {
+        // Somebody may still read the list as it stands, which is then left to them.
+        HeldWord larger = grown<Stored>(*list);
+        list = larger.word().payload();
+        ModelStorage::replace(slot, larger.detach());
+    }
+    if (counts) list->countElements();
+    if constexpr (std::is_same_v<Stored, const Object*>) {
+        if (list->countsElements()) entry->retain();
+    }
+    list->append<Stored>(std::move(entry));
 }
 
 template <class Entry, class Value>
-void addOne(ModelStorage& storage, const Place& place, const Value& value) {
+void addOne(const Place& place, const Value& value) {
+    using List = ListOf<Entry>;
     if (place.property.isSingleValued()) {
         place.refuse(describeValue(value) + " as one more value", "it holds a single value");
     }
     checkEntry(place, value);
+    bool counts = false;
+    if constexpr (std::is_same_v<Entry, ModelElement>) counts = isForeign(place.storage, value);
 
-    SlotWord& slot = storage.slot(place.element, place.property);
-    Payload* present = slot.isPayload() ? slot.payload() : nullptr;
-    if (present == nullptr) {
+    SlotWord& slot = place.slot();
+    if (slot.isNeverSet() || slot.isWithoutPayload()) {
         checkCount(place, 1);
-        std::vector<Entry> first;
-        first.emplace_back(value);
-        replace(slot, SlotWord::holding(makePayload(std::move(first))));
-        return;
+        if constexpr (std::is_same_v<Entry, ModelElement>) {
+            if (!counts) return ModelStorage::replace(slot, SlotWord::own(*value.get()));
+        }
+        typename List::Stored entry = List::entry(value);
+        ModelStorage::replace(slot, SlotWord::holding(Payload::make(List::kind, 1)));
+        return appendTo(slot, std::move(entry), counts);
     }
-
-    if (present->planted) {
+    if (slot.isReference()) {
+        checkCount(place, 2);
+        Payload& list = Payload::make(Payload::Kind::Elements, grownCapacity(1));
+        list.append(slot.target());
+        slot = SlotWord::holding(list);
+    } else if (slot.payload()->kind() == Payload::Kind::Planted) {
         place.refuse(describeValue(value) + " as well",
                      "what it holds was planted; set or clear it first");
+    } else {
+        checkCount(place, slot.payload()->size() + 1);
     }
-    auto& entries = std::get<std::vector<Entry>>(present->data);
-    checkCount(place, entries.size() + 1);
-    if (!present->isShared()) {
-        entries.emplace_back(value);
-        return;
-    }
-    // Somebody still reads the list as it stands, so it is left to them.
-    std::vector<Entry> grown;
-    grown.reserve(2 * entries.size() + 1);
-    grown.insert(grown.end(), entries.begin(), entries.end());
-    grown.emplace_back(value);
-    replace(slot, SlotWord::holding(makePayload(std::move(grown))));
+    appendTo<typename List::Stored>(slot, List::entry(value), counts);
 }
 
-ModelStorage& usable(ModelStorage* storage) {
-    if (storage == nullptr) throw ModelError("A model that was moved from cannot be used.");
-    return *storage;
-}
+/// What a planted value holds, all of it counted. A single element is a payload, as a collection
+/// is, because a reference would be a collection of one where many are planted.
+struct PlantedWord {
+    HeldWord operator()(std::monostate) const { return HeldWord(SlotWord::withoutPayload()); }
+    template <class Single>
+    HeldWord operator()(const Single& value) const {
+        return wordFor(value);
+    }
+    HeldWord operator()(const std::vector<ModelElement>& elements) const {
+        HeldWord list = wordFor(elements);
+        list.word().payload()->countElements();
+        return list;
+    }
+};
 
 }  // namespace
-
-Model::Model() : storage_(new ModelStorage) {}
 
 Model::Model(Model&& other) noexcept : storage_(std::exchange(other.storage_, nullptr)) {}
 
@@ -200,13 +334,12 @@ Model::~Model() {
 }
 
 ModelElement Model::create(const meta::Class& elementClass) {
-    ModelStorage& storage = usable(storage_);
     if (!elementClass) throw ModelError("An element cannot be made of a null class.");
-    return ModelElement(&storage.create(*elementClass.get()));
+    if (storage_ == nullptr) storage_ = new ModelStorage;
+    return storage_->create(*elementClass.get());
 }
 
 ModelElement Model::create(const meta::Class& elementClass, std::u16string_view name) {
-    ModelStorage& storage = usable(storage_);
     if (!elementClass) {
         throw ModelError("An element " + describeValue(name) + " cannot be made of a null class.");
     }
@@ -217,96 +350,91 @@ ModelElement Model::create(const meta::Class& elementClass, std::u16string_view 
                          " cannot have the name " + describeValue(name) +
                          ", because the class has no property called 'name' that holds one text.");
     }
-    PayloadPointer payload = makePayload(std::u16string(name));
-    ModelElement element(&storage.create(*elementClass.get()));
+    HeldWord word = wordFor(name);
+    ModelElement element = create(elementClass);
     // A new element has a slot for every property of its class, so nothing fails any more.
-    store(storage, {*element.get(), *property.get()}, std::move(payload));
+    store(checkedPlace(storage_, element, property), std::move(word));
     return element;
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property,
                 const ModelElement& target) {
-    ModelStorage& storage = usable(storage_);
-    const Place place = checkedPlace(storage, element, property);
-    if (!target) return setSingle(storage, place, target, ModelElement());
+    const Place place = checkedPlace(storage_, element, property);
+    if (!target) return setSingle(place, target);
     checkSingle(place, target);
     checkType(place, target);
-    SlotWord& slot = storage.slot(place.element, place.property);
-    replace(slot, SlotWord::reference(*target.get()));
+    SlotWord& slot = place.slot();
+    ModelStorage::replace(slot, reference(place.storage, target));
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property,
                 std::u16string_view text) {
-    ModelStorage& storage = usable(storage_);
-    setSingle(storage, checkedPlace(storage, element, property), text, std::u16string(text));
+    setSingle(checkedPlace(storage_, element, property), text);
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property, std::int64_t number) {
-    ModelStorage& storage = usable(storage_);
-    setSingle(storage, checkedPlace(storage, element, property), number, number);
+    setSingle(checkedPlace(storage_, element, property), number);
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property,
-                std::vector<ModelElement> targets) {
-    ModelStorage& storage = usable(storage_);
-    setMany(storage, checkedPlace(storage, element, property), std::move(targets));
+                const std::vector<ModelElement>& targets) {
+    setMany(checkedPlace(storage_, element, property), targets);
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property,
-                std::vector<std::u16string> texts) {
-    ModelStorage& storage = usable(storage_);
-    setMany(storage, checkedPlace(storage, element, property), std::move(texts));
+                const std::vector<std::u16string>& texts) {
+    setMany(checkedPlace(storage_, element, property), texts);
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property,
-                std::vector<std::int64_t> numbers) {
-    ModelStorage& storage = usable(storage_);
-    setMany(storage, checkedPlace(storage, element, property), std::move(numbers));
+                const std::vector<std::int64_t>& numbers) {
+    setMany(checkedPlace(storage_, element, property), numbers);
+}
+
+void Model::set(const ModelElement& element, const meta::Property& property,
+                std::initializer_list<ModelElement> targets) {
+    const Place place = checkedPlace(storage_, element, property);
+    if (targets.size() != 0) return setMany(place, std::vector<ModelElement>(targets));
+    // Empty braces do not say of what, and need not.
+    checkMany(place);
+    ModelStorage::replace(place.slot(), SlotWord());
 }
 
 void Model::add(const ModelElement& element, const meta::Property& property,
                 const ModelElement& target) {
-    ModelStorage& storage = usable(storage_);
-    addOne<ModelElement>(storage, checkedPlace(storage, element, property), target);
+    addOne<ModelElement>(checkedPlace(storage_, element, property), target);
 }
 
 void Model::add(const ModelElement& element, const meta::Property& property,
                 std::u16string_view text) {
-    ModelStorage& storage = usable(storage_);
-    addOne<std::u16string>(storage, checkedPlace(storage, element, property), text);
+    addOne<std::u16string>(checkedPlace(storage_, element, property), text);
 }
 
 void Model::add(const ModelElement& element, const meta::Property& property, std::int64_t number) {
-    ModelStorage& storage = usable(storage_);
-    addOne<std::int64_t>(storage, checkedPlace(storage, element, property), number);
+    addOne<std::int64_t>(checkedPlace(storage_, element, property), number);
 }
 
 void Model::unset(const ModelElement& element, const meta::Property& property) {
-    ModelStorage& storage = usable(storage_);
-    const Place place = checkedPlace(storage, element, property);
+    const Place place = checkedPlace(storage_, element, property);
     const bool single = place.property.isSingleValued();
-    replace(storage.slot(place.element, place.property),
-            single ? SlotWord() : SlotWord::withoutPayload());
+    ModelStorage::replace(place.slot(), single ? SlotWord() : SlotWord::withoutPayload());
 }
 
 void Model::clear(const ModelElement& element, const meta::Property& property) {
-    ModelStorage& storage = usable(storage_);
-    const Place place = checkedPlace(storage, element, property);
-    replace(storage.slot(place.element, place.property), SlotWord());
+    const Place place = checkedPlace(storage_, element, property);
+    ModelStorage::replace(place.slot(), SlotWord());
 }
 
 void Model::plant(const ModelElement& element, const meta::Property& property, PlantedValue value) {
-    ModelStorage& storage = usable(storage_);
-    const Place place = checkedPlace(storage, element, property);
-    PayloadPointer payload(new Payload(std::move(value.data)));
-    payload->planted = true;
-    payload->plantedMany = value.many;
-    payload->plantedType = std::move(value.type);
-    store(storage, place, std::move(payload));
+    const Place place = checkedPlace(storage_, element, property);
+    HeldWord word = std::visit(PlantedWord(), value.data);
+    Payload& planted = Payload::make(Payload::Kind::Planted, 1);
+    planted.append(Payload::Planted{std::move(value.type), word.detach(), value.many});
+    store(place, HeldWord(SlotWord::holding(planted)));
 }
 
-std::size_t Model::size() const {
-    return usable(storage_).size();
+std::size_t Model::size() const noexcept {
+    return storage_ == nullptr ? 0 : storage_->size();
 }
 
 }  // namespace nuv::zero::memory

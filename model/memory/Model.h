@@ -1,10 +1,13 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
+#include <initializer_list>
+#include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
-#include "model/memory/ElementView.h"
 #include "model/memory/Metamodel.h"
 #include "model/memory/Value.h"
 
@@ -15,7 +18,7 @@ namespace nuv::zero::memory {
 struct PlantedValue {
     meta::Type type;
     bool many = false;
-    Payload::Data data;
+    Content data;
 };
 
 /// The elements of one model, and the only way to change them.
@@ -35,13 +38,13 @@ struct PlantedValue {
 /// Ownership: the model owns its elements. A handle that outlives the model stays valid; its
 /// properties read as never set. References may lead into other models. Building and destroying are
 /// linear and never recurse, so cycles and long chains are no concern. Reading never grows a model.
-/// A model that was moved from can only be destroyed or assigned to.
+/// A model that was moved from is empty and usable.
 ///
 /// Threads: an unchanging model may be read on any number of threads; changing it needs the one
 /// thread that nobody reads on.
 class MODELING_NUV0_MODEL_EXPORT Model {
   public:
-    Model();
+    Model() noexcept = default;
     Model(const Model&) = delete;
     Model& operator=(const Model&) = delete;
     Model(Model&& other) noexcept;
@@ -58,19 +61,37 @@ class MODELING_NUV0_MODEL_EXPORT Model {
              const ModelElement& target);
     void set(const ModelElement& element, const meta::Property& property, std::u16string_view text);
     void set(const ModelElement& element, const meta::Property& property, std::int64_t number);
-    /// Sets a whole collection.
+    /// Sets a whole collection, of at most 2^32 - 1 values.
     void set(const ModelElement& element, const meta::Property& property,
-             std::vector<ModelElement> targets);
+             const std::vector<ModelElement>& targets);
     void set(const ModelElement& element, const meta::Property& property,
-             std::vector<std::u16string> texts);
+             const std::vector<std::u16string>& texts);
     void set(const ModelElement& element, const meta::Property& property,
-             std::vector<std::int64_t> numbers);
+             const std::vector<std::int64_t>& numbers);
+    /// Braces mean a collection, however few values stand in them: `{}` empties any.
+    void set(const ModelElement& element, const meta::Property& property,
+             std::initializer_list<ModelElement> targets);
+    template <class Entry>
+    requires(std::integral<Entry> ||
+             std::convertible_to<
+                 const Entry&, std::u16string_view>) void set(const ModelElement& element,
+                                                              const meta::Property& property,
+                                                              std::initializer_list<Entry> values) {
+        using Stored = std::conditional_t<std::integral<Entry>, std::int64_t, std::u16string>;
+        set(element, property, std::vector<Stored>(values.begin(), values.end()));
+    }
 
     /// Appends to a collection; amortised constant cost while nobody holds the collection's value.
     void add(const ModelElement& element, const meta::Property& property,
              const ModelElement& target);
     void add(const ModelElement& element, const meta::Property& property, std::u16string_view text);
     void add(const ModelElement& element, const meta::Property& property, std::int64_t number);
+    /// One value at a time; braces would mean several.
+    void add(const ModelElement& element, const meta::Property& property,
+             std::initializer_list<ModelElement> targets) = delete;
+    template <class Entry>
+    void add(const ModelElement& element, const meta::Property& property,
+             std::initializer_list<Entry> values) = delete;
 
     /// Leaves the property without a value: a single value is unset, a collection has no payload
     /// at all (reading elements from it then fails, unlike from an empty one).
@@ -82,10 +103,11 @@ class MODELING_NUV0_MODEL_EXPORT Model {
     void plant(const ModelElement& element, const meta::Property& property, PlantedValue value);
 
     /// The number of elements made.
-    std::size_t size() const;
+    std::size_t size() const noexcept;
 
   private:
-    ModelStorage* storage_;
+    /// Null until the first element is made.
+    ModelStorage* storage_ = nullptr;
 };
 
 }  // namespace nuv::zero::memory

@@ -7,7 +7,6 @@
 
 #include "model/Export.h"
 #include "model/memory/Object.h"
-#include "model/memory/Pins.h"
 
 namespace nuv::zero {
 
@@ -87,10 +86,6 @@ class Lending {
     }
     static void forget(ModelElement& lent) noexcept { lent.impl_ = nullptr; }
 };
-
-inline void Pins::pin(const ModelElement& element) {
-    if (element) pin(element->storage());
-}
 
 }  // namespace nuv::zero::memory
 

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <type_traits>
-
-#include "model/memory/Class.h"
+#include <utility>
 
 namespace nuv::zero::memory {
 namespace {
@@ -23,42 +22,45 @@ static_assert(std::is_trivially_destructible_v<SlotWord>);
 
 ModelStorage::~ModelStorage() = default;
 
-Object& ModelStorage::create(const ClassObject& elementClass) {
+ModelElement ModelStorage::create(const ClassObject& elementClass) {
     pins_.pin(elementClass.storage());
     const ClassLayout::Slot slotCount = elementClass.layout().slotCount();
     std::byte* place = placeFor(bytesFor(slotCount));
 
-    auto* element = new (place) Object(&elementClass, *this);
+    auto* element = new (place) Object(elementClass.handle(), *this);
     element->inlineSlotCount_ = slotCount;
     std::uninitialized_default_construct_n(inlineSlots(*element), slotCount);
-    retain();
     ++size_;
-    return *element;
+    // Nobody else knows the element yet, so its second reference needs no atomic addition.
+    element->references_.store(2, std::memory_order_relaxed);
+    return Lending::lend<ModelElement>(element);
 }
 
-SlotWord& ModelStorage::slot(const Object& element, const PropertyObject& property) {
-    auto& writable = const_cast<Object&>(element);
-    const std::size_t slot = element.class_->layout().slotOf(property);
-    if (slot < element.inlineSlotCount_) return inlineSlots(writable)[slot];
-
-    const std::size_t late = slot - element.inlineSlotCount_;
-    if (writable.lateSlots_ == nullptr) {
-        writable.lateSlots_ = new std::vector<SlotWord>(late + 1);
-    } else if (late >= writable.lateSlots_->size()) {
-        writable.lateSlots_->resize(late + 1);
+SlotWord& ModelStorage::lateSlot(Object& element, ClassLayout::Slot number) {
+    const std::size_t late = number - element.inlineSlotCount_;
+    if (element.lateSlots_ == nullptr) {
+        element.lateSlots_ = new std::vector<SlotWord>(late + 1);
+    } else if (late >= element.lateSlots_->size()) {
+        element.lateSlots_->resize(late + 1);
     }
-    return (*writable.lateSlots_)[late];
+    return (*element.lateSlots_)[late];
 }
 
 void ModelStorage::giveUpElements() noexcept {
     forEachElement([](Object& element) {
-        SlotWord* slots = inlineSlots(element);
-        for (std::size_t i = 0; i < element.inlineSlotCount_; ++i) slots[i].release();
-        if (element.lateSlots_ == nullptr) return;
-        for (SlotWord& slot : *element.lateSlots_) slot.release();
-        delete std::exchange(element.lateSlots_, nullptr);
+        const SlotWord* slots = inlineSlots(element);
+        for (std::size_t i = 0; i < element.inlineSlotCount_; ++i) releaseBySlot(slots[i]);
+        if (element.lateSlots_ != nullptr) {
+            for (const SlotWord& slot : *element.lateSlots_) releaseBySlot(slot);
+            delete std::exchange(element.lateSlots_, nullptr);
+        }
+        element.giveUp();
     });
-    forEachElement([](Object& element) { element.release(); });
+    // Nobody can read the slots of a storage that nobody else needs; it is about to be freed.
+    if (!isShared()) return;
+    forEachElement([](Object& element) {
+        std::fill_n(inlineSlots(element), element.inlineSlotCount_, SlotWord());
+    });
 }
 
 std::byte* ModelStorage::placeFor(std::size_t bytes) {
@@ -76,10 +78,6 @@ std::byte* ModelStorage::placeFor(std::size_t bytes) {
 
 std::size_t ModelStorage::bytesFor(std::size_t slotCount) noexcept {
     return sizeof(Object) + slotCount * sizeof(SlotWord);
-}
-
-SlotWord* ModelStorage::inlineSlots(Object& element) noexcept {
-    return reinterpret_cast<SlotWord*>(&element + 1);
 }
 
 template <class Visit>

@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "model/memory/Object.h"
+#include "model/memory/Class.h"
+#include "model/memory/Payload.h"
 #include "model/memory/Pins.h"
-#include "model/memory/SlotWord.h"
 #include "model/memory/Storage.h"
 
 namespace nuv::zero::memory {
@@ -21,12 +21,21 @@ class ModelStorage final : public Storage {
 
     /// Makes an element with all its slots never set. Throws `std::bad_alloc`, and then has made
     /// nothing.
-    Object& create(const ClassObject& elementClass);
+    ModelElement create(const ClassObject& elementClass);
     std::size_t size() const noexcept { return size_; }
 
-    /// The slot of a property, to be written. Throws `std::bad_alloc`, and then has changed
-    /// nothing. REQUIRES: the element is of this storage and its class has the property.
-    SlotWord& slot(const Object& element, const PropertyObject& property);
+    /// The slot of that number, to be written. Throws `std::bad_alloc`, and then has changed
+    /// nothing. REQUIRES: the element is of this storage and its class has that slot.
+    SlotWord& slot(const Object& element, ClassLayout::Slot number) {
+        auto& writable = const_cast<Object&>(element);
+        if (number < element.inlineSlotCount_) return inlineSlots(writable)[number];
+        return lateSlot(writable, number);
+    }
+    /// Puts a word, with what it counts, into a slot. What stood there is released last, when the
+    /// slot is right already.
+    static void replace(SlotWord& slot, SlotWord word) noexcept {
+        releaseBySlot(std::exchange(slot, word));
+    }
 
     /// Empties all slots, then gives up the reference with which each element started; handles
     /// keep some of them. Afterwards nothing in this storage refers to anything.
@@ -44,7 +53,18 @@ class ModelStorage final : public Storage {
     /// The place of the next element; grows the storage where needed.
     std::byte* placeFor(std::size_t bytes);
     static std::size_t bytesFor(std::size_t slotCount) noexcept;
-    static SlotWord* inlineSlots(Object& element) noexcept;
+    static SlotWord* inlineSlots(Object& element) noexcept {
+        return reinterpret_cast<SlotWord*>(&element + 1);
+    }
+    static SlotWord& lateSlot(Object& element, ClassLayout::Slot number);
+    static void releaseBySlot(SlotWord word) noexcept {
+        if (!word.isCounted()) return;
+        if (word.isPayload()) {
+            word.payload()->releaseBySlot();
+        } else {
+            word.target()->release();
+        }
+    }
     template <class Visit>
     void forEachElement(const Visit& visit) noexcept;
 

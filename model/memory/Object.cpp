@@ -1,55 +1,10 @@
 #include "model/memory/Object.h"
 
-#include "model/memory/ElementView.h"
-#include "model/memory/MessageException.h"
+#include "model/memory/Class.h"
 #include "model/memory/Storage.h"
 #include "model/memory/Value.h"
 
 namespace nuv::zero::memory {
-namespace {
-
-/// A collection of the declared type that holds nothing.
-Payload::Data emptyCollection(TypeObject::Kind kind) {
-    switch (kind) {
-        case TypeObject::Kind::Text:
-            return std::vector<std::u16string>();
-        case TypeObject::Kind::Integer:
-            return std::vector<std::int64_t>();
-        case TypeObject::Kind::Class:
-            break;
-    }
-    return std::vector<ModelElement>();
-}
-
-bool holdsNothing(const Payload* payload) noexcept {
-    return payload == nullptr || std::holds_alternative<std::monostate>(payload->data);
-}
-
-[[noreturn]] void failCast(const TypeObject* type) {
-    throw CannotCastIncompatibleTypes(type != nullptr ? type->getQualifiedName()
-                                                      : std::u16string());
-}
-
-/// The element of a single-valued property that holds a payload, which keeps the element alive.
-ElementView viewSingle(const Payload* payload, const TypeObject* type, bool isMany) {
-    if (holdsNothing(payload)) return {};
-    const auto* element = std::get_if<ModelElement>(&payload->data);
-    const bool isElement = element != nullptr && !isMany && type != nullptr && type->isClass();
-    if (!isElement) failCast(type);
-    return ElementView(element->get());
-}
-
-/// The elements of a many-valued property that holds a payload.
-ElementView viewMany(Payload* payload, const TypeObject* type, bool isMany) {
-    const auto* elements =
-        payload != nullptr ? std::get_if<std::vector<ModelElement>>(&payload->data) : nullptr;
-    const bool isList = elements != nullptr && isMany && type != nullptr && type->isClass();
-    if (!isList) failCast(type);
-    if (elements->empty()) return {};
-    return ElementView(PayloadPointer::share(payload));
-}
-
-}  // namespace
 
 void Object::becomeReferenced() const noexcept {
     storage_->retain();
@@ -58,37 +13,31 @@ void Object::becomeUnreferenced() const noexcept {
     storage_->release();
 }
 
+void Object::giveUp() const noexcept {
+    std::uint32_t own = 1;
+    if (references_.compare_exchange_strong(own, 0, std::memory_order_acq_rel)) return;
+    // Somebody holds a handle, and with it the storage from here on.
+    storage_->retain();
+    release();
+}
+
 Value Object::get(const meta::Property& property, ReflectionPrivateTag) const {
     if (!property) return {};
     const PropertyObject& declaration = *property.get();
-    const SlotWord word = slot(declaration);
-    const bool many = !declaration.isSingleValued();
-
-    PayloadPointer payload;
-    if (word.isPayload()) {
-        payload = PayloadPointer::share(word.payload());
-        if (payload && payload->planted) {
-            const ValueMeta meta(payload->plantedType, payload->plantedMany);
-            return {meta, holdsNothing(payload.get()) ? PayloadPointer() : std::move(payload)};
-        }
-    } else if (word.isReference()) {
-        payload = PayloadPointer(
-            new Payload(std::in_place_type<ModelElement>, ModelElement(word.target())));
-    } else if (many) {
-        payload = PayloadPointer(new Payload(emptyCollection(declaration.type().kind())));
+    const SlotWord word = slotAt(class_->get()->layout().slotOf(declaration));
+    const Payload* payload = word.isPayload() ? word.payload() : nullptr;
+    if (payload != nullptr && payload->kind() == Payload::Kind::Planted) {
+        const auto& planted = payload->entries<Payload::Planted>()[0];
+        return {ValueMeta(planted.type, planted.many), HeldWord::keeping(planted.word)};
     }
-    return {ValueMeta(declaration.getType(), many), std::move(payload)};
+    return {ValueMeta(declaration.getType(), !declaration.isSingleValued()),
+            HeldWord::keeping(word)};
 }
 
-ElementView Object::viewPayload(const PropertyObject& declaration, SlotWord word) const {
-    const bool many = !declaration.isSingleValued();
-    // Never set, and no collection of elements: an empty collection of texts, say.
-    if (word.isNeverSet()) failCast(&declaration.type());
-    Payload* payload = word.payload();
-    const bool planted = payload != nullptr && payload->planted;
-    const TypeObject* type = planted ? payload->plantedType.get() : &declaration.type();
-    const bool holdsMany = planted ? payload->plantedMany : many;
-    return many ? viewMany(payload, type, holdsMany) : viewSingle(payload, type, holdsMany);
+ElementView Object::view(const meta::Property& property, ReflectionPrivateTag access) const {
+    const Value value = get(property, access);
+    if (!property || (property->isSingleValued() && !value.isSet())) return {};
+    return property->isSingleValued() ? value.viewElement() : value.viewElements();
 }
 
 }  // namespace nuv::zero::memory

@@ -1,71 +1,142 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
-#include <variant>
-#include <vector>
 
-#include "model/memory/Class.h"
+#include "model/Export.h"
+#include "model/memory/SlotWord.h"
+#include "model/memory/Type.h"
 
 namespace nuv::zero::memory {
 
-/// What a many-valued slot, an attribute or an ill-typed value holds. Counted, and changed in place
-/// only by its one owner: whoever reads a value keeps the payload that stood there, and a model
-/// that is edited meanwhile gets a copy of its own.
-struct Payload {
-    using Data =
-        std::variant<std::monostate, ModelElement, std::vector<ModelElement>, std::u16string,
-                     std::vector<std::u16string>, std::int64_t, std::vector<std::int64_t>>;
-
-    explicit Payload(Data&& value) noexcept : data(std::move(value)) {}
-    /// Takes over the content without a detour by way of a variant.
-    template <class Content>
-    Payload(std::in_place_type_t<Content> type, Content content) noexcept
-        : data(type, std::move(content)) {}
-
-    std::atomic<std::uint32_t> references{1};
-    /// Whether the value says by itself what it is, instead of by its property's declaration.
-    bool planted = false;
-    bool plantedMany = false;
-    meta::Type plantedType;
-    Data data;
-
-    bool isShared() const noexcept { return references.load(std::memory_order_acquire) != 1; }
-};
-
-/// A counted pointer to a payload.
-class PayloadPointer {
+/// What a slot holds that does not fit into its word: one block of memory, entries and all. It is
+/// counted, and changed in place only by its one owner: whoever reads a value keeps the payload
+/// that stood there, and a model that is edited meanwhile gets a copy of its own.
+///
+/// A list in a slot need not count those elements that live in the slot's own model, which keeps
+/// them. When the slot lets go of a list that somebody else still holds, the list begins to count.
+class Payload {
   public:
-    PayloadPointer() noexcept = default;
-    /// Takes over the one reference that a new payload starts with.
-    explicit PayloadPointer(Payload* fresh) noexcept : payload_(fresh) {}
-    static PayloadPointer share(Payload* payload) noexcept {
-        if (payload != nullptr) payload->references.fetch_add(1, std::memory_order_relaxed);
-        return PayloadPointer(payload);
+    enum class Kind : std::uint8_t { Elements, Texts, Integers, Element, Text, Integer, Planted };
+
+    /// A value that says by itself what it is, instead of by its property's declaration.
+    struct Planted {
+        meta::Type type;
+        /// Whatever it holds is counted.
+        SlotWord word;
+        bool many = false;
+    };
+
+    Payload(const Payload&) = delete;
+    Payload& operator=(const Payload&) = delete;
+
+    /// A payload with room for entries, none of them there yet; one reference is the caller's.
+    /// Throws `std::bad_alloc`, and `std::length_error` for more than 2^32 - 1 entries.
+    MODELING_NUV0_MODEL_EXPORT static Payload& make(Kind kind, std::size_t capacity);
+
+    void retain() noexcept { references_.fetch_add(1, std::memory_order_relaxed); }
+    void release() noexcept {
+        if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) destroy(*this);
     }
-    PayloadPointer(const PayloadPointer& other) noexcept
-        : payload_(share(other.payload_).detach()) {}
-    PayloadPointer(PayloadPointer&& other) noexcept : payload_(other.detach()) {}
-    PayloadPointer& operator=(PayloadPointer other) noexcept {
-        std::swap(payload_, other.payload_);
-        return *this;
+    bool isShared() const noexcept { return references_.load(std::memory_order_acquire) != 1; }
+    /// What a slot of an element does in place of `release`.
+    MODELING_NUV0_MODEL_EXPORT void releaseBySlot() noexcept;
+
+    Kind kind() const noexcept { return kind_; }
+    /// Whether the payload holds a reference of each of its elements.
+    bool countsElements() const noexcept { return countsElements_; }
+    /// Takes such a reference of each element. REQUIRES: nobody else changes it.
+    MODELING_NUV0_MODEL_EXPORT void countElements() noexcept;
+
+    std::size_t size() const noexcept { return size_; }
+    std::size_t capacity() const noexcept { return capacity_; }
+    /// The entries: `const Object*`, perhaps null, or `std::u16string`, `std::int64_t`, `char16_t`,
+    /// `Planted`, as the kind says.
+    template <class Entry>
+    Entry* entries() noexcept {
+        return reinterpret_cast<Entry*>(this + 1);
     }
-    ~PayloadPointer() {
-        if (payload_ != nullptr &&
-            payload_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-            delete payload_;
-        }
+    template <class Entry>
+    const Entry* entries() const noexcept {
+        return reinterpret_cast<const Entry*>(this + 1);
     }
-    explicit operator bool() const noexcept { return payload_ != nullptr; }
-    Payload* operator->() const noexcept { return payload_; }
-    Payload& operator*() const noexcept { return *payload_; }
-    Payload* get() const noexcept { return payload_; }
-    Payload* detach() noexcept { return std::exchange(payload_, nullptr); }
+    /// Appends an entry. REQUIRES: there is room, and nobody else holds the payload; an element is
+    /// counted by the caller where the payload counts.
+    template <class Entry>
+    void append(Entry entry) noexcept {
+        ::new (static_cast<void*>(entries<Entry>() + size_)) Entry(std::move(entry));
+        ++size_;
+    }
+    /// Moves all entries into an empty payload with enough room, counts and all.
+    template <class Entry>
+    void moveInto(Payload& other) noexcept {
+        for (std::size_t i = 0; i < size_; ++i) other.append(std::move(entries<Entry>()[i]));
+        other.countsElements_ = std::exchange(countsElements_, false);
+    }
 
   private:
-    Payload* payload_ = nullptr;
+    Payload(Kind kind, std::uint32_t capacity) noexcept : capacity_(capacity), kind_(kind) {}
+    ~Payload() = default;
+    MODELING_NUV0_MODEL_EXPORT static void destroy(Payload& payload) noexcept;
+
+    std::atomic<std::uint32_t> references_{1};
+    std::uint32_t size_ = 0;
+    std::uint32_t capacity_;
+    Kind kind_;
+    bool countsElements_ = false;
+};
+
+/// Owns what a word refers to: a counted reference or a payload.
+class HeldWord {
+  public:
+    HeldWord() noexcept = default;
+    /// Takes over a word together with what it counts.
+    explicit HeldWord(SlotWord word) noexcept : word_(word) {}
+    /// Shares what is stored in a slot, and keeps it whatever becomes of the model.
+    static HeldWord keeping(SlotWord stored) noexcept {
+        if (!stored.isReference()) return lean(stored);
+        stored.target()->retain();
+        return HeldWord(SlotWord::counted(*stored.target()));
+    }
+    /// The same, but counts no reference that the slot does not count either: for whoever keeps the
+    /// slot's element.
+    static HeldWord lean(SlotWord stored) noexcept {
+        if (stored.isCounted()) count(stored);
+        return HeldWord(stored);
+    }
+    HeldWord(const HeldWord& other) noexcept : HeldWord(lean(other.word_)) {}
+    HeldWord(HeldWord&& other) noexcept : word_(std::exchange(other.word_, SlotWord())) {}
+    HeldWord& operator=(HeldWord other) noexcept {
+        std::swap(word_, other.word_);
+        return *this;
+    }
+    ~HeldWord() {
+        if (word_.isCounted()) discount(word_);
+    }
+
+    const SlotWord& word() const noexcept { return word_; }
+    SlotWord detach() noexcept { return std::exchange(word_, SlotWord()); }
+
+  private:
+    static void count(SlotWord word) noexcept {
+        if (word.isPayload()) {
+            word.payload()->retain();
+        } else {
+            word.target()->retain();
+        }
+    }
+    static void discount(SlotWord word) noexcept {
+        if (word.isPayload()) {
+            word.payload()->release();
+        } else {
+            word.target()->release();
+        }
+    }
+
+    SlotWord word_;
 };
 
 }  // namespace nuv::zero::memory

@@ -3,7 +3,8 @@
 #include <vector>
 
 #include "model/Export.h"
-#include "model/memory/fwd.h"
+#include "model/memory/ModelElement.h"
+#include "model/memory/Storage.h"
 
 namespace nuv::zero::memory {
 
@@ -25,7 +26,9 @@ class MODELING_NUV0_MODEL_EXPORT Pins {
 
     /// Pins the storage of the element; a null element needs none. Throws `std::bad_alloc`, and
     /// then has pinned nothing.
-    inline void pin(const ModelElement& element);
+    void pin(const ModelElement& element) {
+        if (element) pin(element->storage());
+    }
 
     /// Pins one storage; null is ignored.
     void pin(Storage* storage) {

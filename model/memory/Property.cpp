@@ -7,7 +7,7 @@ namespace nuv::zero::memory {
 
 PropertyObject::PropertyObject(ClassObject& owner, std::u16string_view name, const TypeObject& type,
                                int upperBound, PropertyFlags flags, std::uint32_t slot)
-    : Object(&StandardMetamodel::instance().classOfProperties(), *owner.storage()),
+    : Object(StandardMetamodel::instance().classOfProperties().handle(), *owner.storage()),
       owner_(&owner),
       type_(&type),
       name_(name),

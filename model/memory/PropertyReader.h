@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/memory/Class.h"
 #include "model/memory/ElementView.h"
 
 namespace nuv::zero::memory {
@@ -21,16 +22,20 @@ class PropertyReader {
         isEmptyWhenNeverSet_ = property.get()->isEmptyWhenNeverSet();
     }
 
-    /// The same as `Object::view` gives for the property that the reader was made for.
+    /// The same as `Object::view` gives for the property that the reader was made for, but a single
+    /// element of the same model is not counted: whoever reads keeps the element that is read, or
+    /// pins its model, as long as the view.
     ElementView read(const ModelElement& element, const meta::Property& property) const {
         const Object& object = *element.get();
-        if (object.class_ != type_.get()) {
-            return object.view(property, Object::ReflectionPrivateTag::PUBLIC_ACCESS);
+        if (object.getClass().get() == type_.get()) {
+            const SlotWord word = object.slotAt(slot_);
+            if (word.isReference() || (word.isNeverSet() && isEmptyWhenNeverSet_) ||
+                (word.isPayload() && !word.isWithoutPayload() &&
+                 word.payload()->kind() == Payload::Kind::Elements)) {
+                return ElementView(HeldWord::lean(word));
+            }
         }
-        const SlotWord word = object.slotAt(slot_);
-        if (word.isReference()) return ElementView(word.target());
-        if (word.isNeverSet() && isEmptyWhenNeverSet_) return {};
-        return object.viewPayload(*property.get(), word);
+        return object.view(property, Object::ReflectionPrivateTag::PUBLIC_ACCESS);
     }
 
   private:

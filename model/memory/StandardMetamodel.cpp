@@ -31,7 +31,7 @@ StandardMetamodel::StandardMetamodel() {
     properties_ = make(classes_, u"Property");
     primitiveTypes_ = make(classes_, u"PrimitiveType");
     string_ = &storage->primitives().emplace_back(TypeObject::Kind::Text, u"String",
-                                                  *primitiveTypes_, *storage);
+                                                  primitiveTypes_->handle(), *storage);
 }
 
 }  // namespace nuv::zero::memory

@@ -10,9 +10,9 @@ namespace nuv::zero::memory {
 /// The memory in which the objects of one model or one metamodel live.
 ///
 /// A storage is freed when nobody needs it any more: the `Model` or `Metamodel` that made it, each
-/// of its objects that a handle still designates, and each walk that has pinned it count as one
-/// user each. Objects are therefore never freed one by one: releasing the last handle of an
-/// element is a decrement, however long the chain that hangs on the element.
+/// of its objects that a handle still designates after that is gone, and each walk that has pinned
+/// it count as one user each. Objects are therefore never freed one by one: releasing the last
+/// handle of an element is a decrement, however long the chain that hangs on the element.
 ///
 /// Threads: the count may be touched from several threads.
 class MODELING_NUV0_MODEL_EXPORT Storage {
@@ -24,6 +24,9 @@ class MODELING_NUV0_MODEL_EXPORT Storage {
     void release() noexcept {
         if (users_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
     }
+
+    /// Whether anybody but the caller, who is a user, needs the storage.
+    bool isShared() const noexcept { return users_.load(std::memory_order_acquire) != 1; }
 
   protected:
     Storage() noexcept = default;

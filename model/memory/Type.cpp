@@ -6,8 +6,8 @@
 namespace nuv::zero::memory {
 
 TypeObject::TypeObject(Kind kind, std::u16string_view name, std::u16string_view qualifiedName,
-                       const ClassObject& metaClass, Storage& storage)
-    : Object(&metaClass, storage), name_(name), qualifiedName_(qualifiedName), kind_(kind) {}
+                       const meta::Class& metaClass, Storage& storage)
+    : Object(metaClass, storage), name_(name), qualifiedName_(qualifiedName), kind_(kind) {}
 
 bool TypeObject::conformsTo(const meta::Type& other) const noexcept {
     if (!other) return false;
@@ -38,7 +38,7 @@ std::u16string_view simpleName(std::u16string_view qualifiedName) {
 }  // namespace
 
 PrimitiveTypeObject::PrimitiveTypeObject(Kind kind, std::u16string_view qualifiedName,
-                                         const ClassObject& metaClass, Storage& storage)
+                                         const meta::Class& metaClass, Storage& storage)
     : StructuredTypeObject(kind, simpleName(qualifiedName), qualifiedName, metaClass, storage) {}
 
 }  // namespace nuv::zero::memory

@@ -27,7 +27,7 @@ class MODELING_NUV0_MODEL_EXPORT TypeObject : public Object {
 
   protected:
     TypeObject(Kind kind, std::u16string_view name, std::u16string_view qualifiedName,
-               const ClassObject& metaClass, Storage& storage);
+               const meta::Class& metaClass, Storage& storage);
     ~TypeObject() = default;
 
   private:
@@ -45,7 +45,7 @@ class MODELING_NUV0_MODEL_EXPORT StructuredTypeObject : public TypeObject {
 /// A primitive type says by its kind what its values are: texts or integers.
 class MODELING_NUV0_MODEL_EXPORT PrimitiveTypeObject final : public StructuredTypeObject {
   public:
-    PrimitiveTypeObject(Kind kind, std::u16string_view qualifiedName, const ClassObject& metaClass,
+    PrimitiveTypeObject(Kind kind, std::u16string_view qualifiedName, const meta::Class& metaClass,
                         Storage& storage);
 };
 

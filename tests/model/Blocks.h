@@ -31,10 +31,10 @@ struct Blocks {
 };
 
 /// A value that claims to be of the type, single or many, whatever it holds.
-inline memory::PlantedValue single(const meta::Type& type, memory::Payload::Data data = {}) {
+inline memory::PlantedValue single(const meta::Type& type, memory::Content data = {}) {
     return {type, false, std::move(data)};
 }
-inline memory::PlantedValue many(const meta::Type& type, memory::Payload::Data data = {}) {
+inline memory::PlantedValue many(const meta::Type& type, memory::Content data = {}) {
     return {type, true, std::move(data)};
 }
 

@@ -56,15 +56,15 @@ TEST_F(ElementViewTest, FailsNamingTheTypeWhereThereAreNoElements) {
 TEST_F(ElementViewTest, AgreesWithReadingAndConvertingWhateverIsStored) {
     const meta::PrimitiveType& string = meta::StandardTypes::stringMeta();
     const std::vector<meta::Type> types = {{}, m.port, m.integer, string};
-    const std::vector<memory::Payload::Data> contents = {std::monostate(),
-                                                         ModelElement(),
-                                                         p1,
-                                                         Elements{},
-                                                         Elements{p1, {}, b2},
-                                                         std::u16string(u"x"),
-                                                         std::vector<std::u16string>{},
-                                                         std::int64_t{1},
-                                                         std::vector<std::int64_t>{}};
+    const std::vector<memory::Content> contents = {std::monostate(),
+                                                   ModelElement(),
+                                                   p1,
+                                                   Elements{},
+                                                   Elements{p1, {}, b2},
+                                                   std::u16string(u"x"),
+                                                   std::vector<std::u16string>{},
+                                                   std::int64_t{1},
+                                                   std::vector<std::int64_t>{}};
     for (const auto& property : {m.ports, m.boss, m.name, m.tags, m.sizes}) {
         EXPECT_EQ(viewed(b1, property), converted(b1, property)) << "as it was made";
         model.unset(b1, property);

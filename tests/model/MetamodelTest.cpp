@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 
 #include "tests/model/Blocks.h"
@@ -138,11 +139,6 @@ TEST(MetamodelTest, RefusesWrongProperties) {
               "of another one.");
     EXPECT_EQ(errorOf([&] { m.metamodel.addProperty(m.block, u"p", {}); }),
               "The class Block cannot have the property 'p' without a type.");
-    for (const int bound : {0, -2}) {
-        EXPECT_EQ(errorOf([&] { m.metamodel.addProperty(m.block, u"p", m.block, bound); }),
-                  "The class Block cannot have the property 'p' with the upper bound " +
-                      std::to_string(bound) + "; it has to be positive, or -1 for no limit.");
-    }
     EXPECT_FALSE(m.block->getProperty(u"p"));
 }
 
@@ -203,14 +199,38 @@ TEST(MetamodelTest, ForgetsTheSubclassesOfADroppedMetamodel) {
     EXPECT_EQ(shape->getAllClassProperties(), std::vector<meta::Property>{late});
 }
 
-TEST(MetamodelTest, CannotBeUsedAfterItWasMovedFrom) {
+// A moved-from metamodel refused everything.
+TEST(MetamodelTest, IsEmptyAndUsableAfterItWasMovedFrom) {
     Metamodel metamodel(u"m");
+    const meta::Class block = metamodel.addClass(u"Block");
     Metamodel other(std::move(metamodel));
     EXPECT_EQ(other.name(), u"m");
-    EXPECT_EQ(errorOf([&] { metamodel.addClass(u"X"); }),
-              "A metamodel that was moved from cannot be used.");
+    EXPECT_EQ(other.classes(), std::vector<meta::Class>{block});
+    // NOLINTBEGIN(bugprone-use-after-move): that is what is tested
+    EXPECT_EQ(metamodel.name(), u"");
+    EXPECT_TRUE(metamodel.classes().empty());
+    EXPECT_EQ(errorOf([&] { metamodel.addProperty(block, u"p", block); }),
+              "The class Block cannot have the property 'p' from the metamodel '', because it is "
+              "of another one.");
+    const meta::Class fresh = metamodel.addClass(u"Fresh", {block});
+    EXPECT_EQ(fresh->getQualifiedName(), u"Fresh");
+    EXPECT_TRUE(fresh->isKindOf(*block.get()));
+    // NOLINTEND(bugprone-use-after-move)
     metamodel = std::move(other);
     EXPECT_EQ(metamodel.name(), u"m");
+    Metamodel& alias = metamodel;
+    metamodel = std::move(alias);
+    EXPECT_EQ(metamodel.classes(), std::vector<meta::Class>{block});
+}
+
+// Upper bounds of zero and below -1 were refused.
+TEST(MetamodelTest, TakesEveryUpperBoundAndExactlyOneIsSingleValued) {
+    Blocks m;
+    for (const int bound : {INT_MIN, -2, -1, 0, 1, 2, INT_MAX}) {
+        const meta::Property made = m.metamodel.addProperty(m.block, u"p", m.block, bound);
+        EXPECT_EQ(made->getUpperBound(), bound);
+        EXPECT_EQ(made->isSingleValued(), bound == 1) << bound;
+    }
 }
 
 }  // namespace

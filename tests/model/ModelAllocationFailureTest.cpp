@@ -76,7 +76,7 @@ struct World {
         for (const ModelElement& element : {b1, p1}) {
             for (const meta::Property& property : element->getClass()->getAllClassProperties()) {
                 out << ' ' << text::toUtf8(property->getName()) << '='
-                    << std::visit(Print(), access::read(element, property).data());
+                    << std::visit(Print(), access::read(element, property).content());
             }
         }
         return out.str();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -25,7 +26,7 @@ struct ModelTest : testing::Test {
 
     template <class T>
     T held(const ModelElement& element, const meta::Property& property) {
-        return std::get<T>(access::read(element, property).data());
+        return std::get<T>(access::read(element, property).content());
     }
     bool isSet(const ModelElement& element, const meta::Property& property) {
         return access::read(element, property).isSet();
@@ -119,7 +120,7 @@ TEST_F(ModelTest, PlantsAnyValueAndReplacesItByACheckedOne) {
     const Value planted = access::read(b1, m.boss);
     EXPECT_TRUE(planted.getMeta().isMany());
     EXPECT_EQ(planted.getMeta().getType(), m.integer);
-    EXPECT_EQ(std::get<Numbers>(planted.data()), Numbers{1});
+    EXPECT_EQ(std::get<Numbers>(planted.content()), Numbers{1});
     model.set(b1, m.boss, b2);
     EXPECT_EQ(elementOf(b1, m.boss), b2);
 
@@ -239,14 +240,106 @@ TEST_F(ModelTest, RefusesANameForAnElementWithoutAnyAndMakesNone) {
     EXPECT_EQ(model.size(), 4U);
 }
 
-TEST_F(ModelTest, CannotBeUsedAfterItWasMovedFrom) {
+TEST_F(ModelTest, UpperBoundsBelowZeroAreNoLimitAndZeroIsOne) {
+    for (const int bound : {INT_MIN, -2}) {
+        const meta::Property many = m.metamodel.addProperty(m.block, u"many", m.port, bound);
+        model.set(b1, many, Elements{p1, p2});
+        model.add(b1, many, p1);
+        EXPECT_EQ(elementsOf(b1, many), (Elements{p1, p2, p1}));
+    }
+    const meta::Property none = m.metamodel.addProperty(m.block, u"none", m.port, 0);
+    EXPECT_EQ(errorOf([&] { model.add(b1, none, p1); }),
+              "The property Block.none of Block'b1' cannot hold 1 values, because its upper bound "
+              "is 0.");
+    model.set(b1, none, Elements{});
+    EXPECT_EQ(elementsOf(b1, none), Elements{});
+}
+
+// A moved-from model refused everything.
+TEST_F(ModelTest, IsEmptyAndUsableAfterItWasMovedFrom) {
     memory::Model other(std::move(model));
     EXPECT_EQ(other.size(), 4U);
-    EXPECT_EQ(errorOf([&] { model.create(m.block); }),
-              "A model that was moved from cannot be used.");
+    EXPECT_EQ(model.size(), 0U);
+    EXPECT_EQ(errorOf([&] { model.set(b1, m.boss, b2); }),
+              "The property Block.boss cannot be set on Block'b1', because that element is of "
+              "another model.");
+    const ModelElement fresh = model.create(m.block);
+    model.set(fresh, m.boss, fresh);
+    EXPECT_EQ(elementOf(fresh, m.boss), fresh);
     other.set(b1, m.boss, b2);
     model = std::move(other);
     EXPECT_EQ(elementOf(b1, m.boss), b2);
+    EXPECT_FALSE(elementOf(fresh, m.boss)) << "its model is gone";
+    memory::Model& alias = model;
+    model = std::move(alias);
+    EXPECT_EQ(model.size(), 4U);
+    EXPECT_EQ(elementOf(b1, m.boss), b2);
+}
+
+// Braces around one element were a single value, which a collection refuses; empty braces were the
+// number 0.
+TEST_F(ModelTest, BracesAreCollectionsHoweverFewValuesStandInThem) {
+    model.set(b1, m.ports, {p1});
+    EXPECT_EQ(elementsOf(b1, m.ports), Elements{p1});
+    model.set(b1, m.ports, {p1, p2});
+    EXPECT_EQ(elementsOf(b1, m.ports), (Elements{p1, p2}));
+    model.set(b1, m.ports, {});
+    EXPECT_EQ(elementsOf(b1, m.ports), Elements{});
+    model.set(b1, m.tags, {u"x"});
+    EXPECT_EQ(held<Texts>(b1, m.tags), Texts{u"x"});
+    model.set(b1, m.tags, {std::u16string(u"x"), std::u16string(u"y")});
+    EXPECT_EQ(held<Texts>(b1, m.tags), (Texts{u"x", u"y"}));
+    model.set(b1, m.tags, {});
+    EXPECT_EQ(held<Texts>(b1, m.tags), Texts{});
+    model.set(b1, m.sizes, {5});
+    EXPECT_EQ(held<Numbers>(b1, m.sizes), Numbers{5});
+    model.set(b1, m.sizes, {std::int64_t{5}, std::int64_t{6}});
+    EXPECT_EQ(held<Numbers>(b1, m.sizes), (Numbers{5, 6}));
+    model.set(b1, m.sizes, {});
+    EXPECT_EQ(held<Numbers>(b1, m.sizes), Numbers{});
+}
+
+TEST_F(ModelTest, BracesAreRefusedWhereASingleValueIsHeld) {
+    model.set(b1, m.boss, b2);
+    const std::string refusal =
+        "The property Block.boss of Block'b1' cannot hold a collection, because it holds a single "
+        "value.";
+    EXPECT_EQ(errorOf([&] { model.set(b1, m.boss, {b2}); }), refusal);
+    EXPECT_EQ(errorOf([&] { model.set(b1, m.boss, {}); }), refusal);
+    EXPECT_NE(errorOf([&] { model.set(p1, m.size, {}); }), "");
+    EXPECT_NE(errorOf([&] { model.set(p1, m.size, {1}); }), "");
+    EXPECT_NE(errorOf([&] { model.set(b1, m.name, {u"x"}); }), "");
+    EXPECT_EQ(elementOf(b1, m.boss), b2);
+}
+
+TEST_F(ModelTest, HoldsNumbersOfEverySize) {
+    for (const unsigned bits : {0U, 1U, 27U, 28U, 29U, 31U, 59U, 60U, 61U, 62U}) {
+        for (const std::int64_t off : {-1, 0, 1}) {
+            for (const std::int64_t sign : {-1, 1}) {
+                const std::int64_t number = sign * ((std::int64_t{1} << bits) + off);
+                model.set(p1, m.size, number);
+                EXPECT_EQ(held<std::int64_t>(p1, m.size), number);
+            }
+        }
+    }
+    for (const std::int64_t number : {INT64_MIN, INT64_MAX}) {
+        model.set(p1, m.size, number);
+        EXPECT_EQ(held<std::int64_t>(p1, m.size), number);
+    }
+}
+
+TEST_F(ModelTest, HoldsTextsOfEveryLengthAndUnit) {
+    for (std::size_t length = 0; length < 20; ++length) {
+        for (const char16_t unit : {u'\0', u'a', u'\xff', u'\x100', u'\xd800', u'\xffff'}) {
+            std::u16string text(length, u'x');
+            if (length > 0) text[length / 2] = unit;
+            if (length > 1) text.back() = unit;
+            model.set(b1, m.name, text);
+            EXPECT_TRUE(isSet(b1, m.name));
+            EXPECT_EQ(held<std::u16string>(b1, m.name), text);
+            EXPECT_EQ(access::toString(access::read(b1, m.name)), text);
+        }
+    }
 }
 
 }  // namespace

@@ -59,9 +59,7 @@ void declareProperty(Workspace& workspace, Arguments& arguments) {
     const meta::Class owner = workspace.nextClass(arguments);
     const std::u16string name = text::toUtf16(arguments.text());
     const meta::StructuredType type = workspace.nextType(arguments);
-    const int upper = arguments.number<int>();
-    // The model knows bounds that make sense; all others mean many values here.
-    const int upperBound = upper > 0 ? upper : memory::unbounded;
+    const int upperBound = arguments.number<int>();
     const PropertyFlags flags = flagsOf(arguments.word());
     workspace.declareProperty(
         id, workspace.metamodel.addProperty(owner, name, type, upperBound, flags));

@@ -5,7 +5,7 @@ namespace nuv::zero::scenario {
 
 namespace {
 
-using memory::Payload;
+using memory::Content;
 using memory::PlantedValue;
 
 void declareElement(Workspace& workspace, Arguments& arguments) {
@@ -61,14 +61,14 @@ std::vector<std::int64_t> remainingIntegers(Arguments& arguments) {
     return integers;
 }
 
-Payload::Data singlePayload(Workspace& workspace, Arguments& arguments, const std::string& kind) {
+Content singlePayload(Workspace& workspace, Arguments& arguments, const std::string& kind) {
     if (kind == "ref") return workspace.nextElementOrNull(arguments);
     if (kind == "str") return text::toUtf16(arguments.text());
     if (kind == "int") return arguments.integer();
     throw Malformed("a single value has none, ref, str or int in place of " + kind);
 }
 
-Payload::Data manyPayload(Workspace& workspace, Arguments& arguments, const std::string& kind) {
+Content manyPayload(Workspace& workspace, Arguments& arguments, const std::string& kind) {
     if (kind == "refs") return workspace.remainingElements(arguments);
     if (kind == "strs") return remainingTexts(arguments);
     if (kind == "ints") return remainingIntegers(arguments);

@@ -53,7 +53,7 @@ TEST(FirstUseTest, OfTheClassOfClasses) {
 }
 
 TEST(FirstUseTest, OfAValueThatHoldsNothing) {
-    EXPECT_EQ(raced<std::size_t>([] { return Value().data().index(); }), 0U);
+    EXPECT_EQ(raced<std::size_t>([] { return Value().content().index(); }), 0U);
 }
 
 /// Everything at once: a metamodel, a model, a builder and a walk of its own on each thread.

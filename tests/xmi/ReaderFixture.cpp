@@ -120,7 +120,7 @@ Lines describe(const LoadedModel& model) {
         std::string line = model.identity(element) + " " + text::toUtf8(type->getName());
         for (const meta::Property& property : type->getAllClassProperties()) {
             const Value value = access::read(element, property);
-            const std::string text = std::visit(Printer{model}, value.data());
+            const std::string text = std::visit(Printer{model}, value.content());
             if (!value.isSet() || text == "[]" || text == "nothing") continue;
             line += " " + text::toUtf8(property->getName()) + "=" + text;
         }
