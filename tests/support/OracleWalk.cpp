@@ -64,10 +64,11 @@ void OracleGround::addValues(const ModelElement& element) {
         oracle::ValueDefinition definition;
         definition.type = typeIndexOf(value.getMeta().getType());
         definition.many = value.getMeta().isMany();
-        if (const auto* one = std::get_if<ModelElement>(&value.data())) {
+        const memory::Content content = value.content();
+        if (const auto* one = std::get_if<ModelElement>(&content)) {
             definition.payload = Payload::Elements;
             definition.elements.push_back(indexOf(*one));
-        } else if (const auto* all = std::get_if<std::vector<ModelElement>>(&value.data())) {
+        } else if (const auto* all = std::get_if<std::vector<ModelElement>>(&content)) {
             definition.payload = Payload::Elements;
             for (const ModelElement& entry : *all) definition.elements.push_back(indexOf(entry));
         } else if (access::isSet(value)) {
