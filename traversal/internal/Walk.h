@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 
+#include "model/Compiler.h"
 #include "traversal/PropertyProvider.h"
 #include "traversal/internal/AbstractStore.h"
 #include "traversal/internal/Cursor.h"
