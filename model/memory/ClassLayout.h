@@ -21,8 +21,9 @@ class ClassLayout {
     static constexpr Slot noSlot = 0xFFFFFFFFU;
 
     /// The layout of a class below these superclasses. What `before` numbered keeps its number.
-    ClassLayout(const ClassObject& self, const std::vector<ClassObject*>& superclasses,
-                const ClassLayout* before);
+    MODELING_NUV0_MODEL_EXPORT ClassLayout(const ClassObject& self,
+                                           const std::vector<ClassObject*>& superclasses,
+                                           const ClassLayout* before);
 
     /// All ancestors, each after its own ancestors, and the class itself last.
     const std::vector<const ClassObject*>& lineage() const noexcept { return lineage_; }
@@ -36,9 +37,9 @@ class ClassLayout {
     Slot slotCount() const noexcept { return static_cast<Slot>(slotOrder_.size()); }
 
     /// Numbers one more property. Throws `std::bad_alloc`, and then has changed nothing.
-    void takeSlot(const PropertyObject& property);
+    MODELING_NUV0_MODEL_EXPORT void takeSlot(const PropertyObject& property);
     /// Takes back the latest `takeSlot`.
-    void giveBackSlot(const PropertyObject& property) noexcept;
+    MODELING_NUV0_MODEL_EXPORT void giveBackSlot(const PropertyObject& property) noexcept;
 
   private:
     MODELING_NUV0_MODEL_EXPORT bool isAmongAncestors(const ClassObject& other) const noexcept;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "model/Export.h"
 #include "model/memory/fwd.h"
 
 namespace nuv::zero::memory {
@@ -18,9 +19,9 @@ class SlotWord {
     /// The property was never set.
     constexpr SlotWord() noexcept = default;
     /// A reference to one element, counted. REQUIRES: the target is not null.
-    static SlotWord reference(const Object& target) noexcept;
+    MODELING_NUV0_MODEL_EXPORT static SlotWord reference(const Object& target) noexcept;
     /// A payload; takes over its reference. REQUIRES: the pointer is not null.
-    static SlotWord holding(PayloadPointer payload) noexcept;
+    MODELING_NUV0_MODEL_EXPORT static SlotWord holding(PayloadPointer payload) noexcept;
     /// The value was taken away: a collection without even an empty payload.
     static constexpr SlotWord withoutPayload() noexcept { return SlotWord(payloadTag); }
 
@@ -34,7 +35,7 @@ class SlotWord {
     Payload* payload() const noexcept { return reinterpret_cast<Payload*>(bits_ & ~payloadTag); }
 
     /// Gives up what the slot holds and leaves it as never set.
-    void release() noexcept;
+    MODELING_NUV0_MODEL_EXPORT void release() noexcept;
 
   private:
     static constexpr std::uintptr_t payloadTag = 1;
