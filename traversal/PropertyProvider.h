@@ -59,7 +59,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
                                         internal::WalkSupport::Hash<Property>>;
 
     MODELING_NUV0_TRAVERSAL_LOCAL static RuleIndex indexOf(const MatchersMap& matchers);
-    MODELING_NUV0_TRAVERSAL_LOCAL const Settings& lookUp(const Class& type);
+    const Settings& lookUp(const Class& type);
 
     MatchersMap matchers_;
     RuleIndex ruleIndex_;

@@ -137,7 +137,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ElementProgress {
     }
     MODELING_NUV0_TRAVERSAL_LOCAL bool isNamedForPruning(const meta::Property& property) const;
     bool isNotifying() const noexcept { return processor_ != nullptr; }
-    MODELING_NUV0_TRAVERSAL_LOCAL void notify(EventPoint point, const meta::Property& property);
+    void notify(EventPoint point, const meta::Property& property);
     std::size_t settingsCount() const noexcept {
         return settings_ == nullptr ? 0 : settings_->size();
     }
