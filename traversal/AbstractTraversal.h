@@ -102,6 +102,11 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
   protected:
     /// Only `Spec` can make one, so every builder that callers get lives in a shared pointer.
     class InstantiateToken {
+      public:
+        /// The compiler's own would let `std::bit_cast` make a token of any byte.
+        InstantiateToken(const InstantiateToken& /*other*/) noexcept {}
+
+      private:
         friend class Spec;
         explicit InstantiateToken() {}  // NOLINT(modernize-use-equals-default): not an aggregate
     };

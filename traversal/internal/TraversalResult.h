@@ -33,6 +33,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 
     /// Opens the constructor to the builders alone.
     class privateTag {
+      public:
+        /// The compiler's own would let `std::bit_cast` make a tag of any byte.
+        privateTag(const privateTag& /*other*/) noexcept {}
+
+      private:
         template <class Impl>
         friend class traversal::AbstractTraversal;
         explicit privateTag() {}  // NOLINT(modernize-use-equals-default): not an aggregate
