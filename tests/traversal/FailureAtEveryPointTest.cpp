@@ -194,7 +194,8 @@ TEST_P(FailureAtEveryPointTest, UndisturbedTheEngineWalksAsThePlainWalk) {
     EXPECT_GT(expected.size(), 20U);
 }
 
-TEST_P(FailureAtEveryPointTest, AfterEachFailingPredicateFilterAndEventTheWalkGoesOnAsWritten) {
+TEST_P(FailureAtEveryPointTest,
+       AfterEachFailingPredicateFilterAndEventTheEngineGoesOnAsThePlainWalkDoes) {
     int failures = 0;
     for (int call = 1;; ++call) {
         const Lines expected = run<PlainSide>(FailurePlan(call));
@@ -212,7 +213,7 @@ TEST_P(FailureAtEveryPointTest, AfterEachFailingPredicateFilterAndEventTheWalkGo
     test::recordPoints(failures, "failing predicates, filters and events");
 }
 
-TEST_P(FailureAtEveryPointTest, AfterEachUnreadableValueTheWalkGoesOnAsWritten) {
+TEST_P(FailureAtEveryPointTest, AfterEachUnreadableValueTheEngineGoesOnAsThePlainWalkDoes) {
     const auto spoil = [this](const char* element, const Property& property, int how) {
         const meta::Type string = meta::StandardTypes::stringMeta();
         switch (how) {
