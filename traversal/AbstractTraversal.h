@@ -104,6 +104,7 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     class InstantiateToken {
       public:
         /// The compiler's own would let `std::bit_cast` make a token of any byte.
+        // NOLINTNEXTLINE(modernize-use-equals-default): see above
         InstantiateToken(const InstantiateToken& /*other*/) noexcept {}
 
       private:

@@ -9,6 +9,7 @@ namespace nuv::zero::traversal {
 
 template class AbstractTraversal<AdditiveTraversalImpl>;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): tokens are empty
 AdditiveTraversalImpl::AdditiveTraversalImpl(InstantiateToken /*token*/) {}
 AdditiveTraversalImpl::AdditiveTraversalImpl(const AdditiveTraversalImpl& other) = default;
 AdditiveTraversalImpl& AdditiveTraversalImpl::operator=(const AdditiveTraversalImpl& other) {

@@ -35,6 +35,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     class privateTag {
       public:
         /// The compiler's own would let `std::bit_cast` make a tag of any byte.
+        // NOLINTNEXTLINE(modernize-use-equals-default): see above
         privateTag(const privateTag& /*other*/) noexcept {}
 
       private:
