@@ -5,7 +5,7 @@
 
 namespace traversal = nuv::zero::traversal;
 
-struct Derived : traversal::KIND {
+struct Forger : traversal::KIND {
     using Token = traversal::KIND::InstantiateToken;
 
     static void make(const Token& given) {

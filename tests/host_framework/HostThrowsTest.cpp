@@ -20,7 +20,7 @@ using nuv::zero::meta::Class;
 using nuv::zero::meta::Property;
 using namespace nuv::zero::traversal;
 
-using host::Kind;
+using host::HostKind;
 using Lines = std::vector<std::string>;
 using Walk = TraversalResult::IterationContext;
 
@@ -62,7 +62,7 @@ bool persist(const std::function<void()>& action) {
     }
 }
 
-class HostThrows : public testing::TestWithParam<std::tuple<std::string, Kind, Algo>> {
+class HostThrows : public testing::TestWithParam<std::tuple<std::string, HostKind, Algo>> {
   protected:
     HostThrows() {
         host::World::setOpposite(parts, owner);
@@ -78,7 +78,7 @@ class HostThrows : public testing::TestWithParam<std::tuple<std::string, Kind, A
 
     /// Builds and runs. Whatever fails on the way is done again: the builder is as it was, or as it
     /// is to be.
-    std::shared_ptr<TraversalResult> build(Kind kind, Algo order,
+    std::shared_ptr<TraversalResult> build(HostKind kind, Algo order,
                                            UniquenessMode unique = UniquenessMode::UniqueLinks) {
         const auto all = [](const Class&) { return true; };
         const auto none = [](const Class&) { return false; };
@@ -87,7 +87,7 @@ class HostThrows : public testing::TestWithParam<std::tuple<std::string, Kind, A
             persist([&] { result = builder->run({root, b}, order); });
         };
         switch (kind) {
-            case Kind::Additive: {
+            case HostKind::Additive: {
                 const auto builder = Spec::additiveTraversal();
                 persist([&] { builder->traverse(next, ResultPolicy::Report); });
                 persist([&] { builder->traverse(parts, ResultPolicy::Report); });
@@ -96,7 +96,7 @@ class HostThrows : public testing::TestWithParam<std::tuple<std::string, Kind, A
                 run(builder);
                 break;
             }
-            case Kind::Composition: {
+            case HostKind::Composition: {
                 const auto builder = Spec::compositionTraversal();
                 persist([&] { builder->prune({parts, none, part}); });
                 persist([&] { builder->prune({parts, none, twig}); });
@@ -104,7 +104,7 @@ class HostThrows : public testing::TestWithParam<std::tuple<std::string, Kind, A
                 run(builder);
                 break;
             }
-            case Kind::Subtractive: {
+            case HostKind::Subtractive: {
                 const auto builder = Spec::subtractiveTraversal();
                 persist([&] { builder->prune({owner, none, part}); });
                 persist([&] { builder->prune({owner, none, twig}); });
@@ -203,17 +203,18 @@ const std::vector<std::string>& everyOperation() {
 }
 
 /// Which of them a kind asks.
-bool isAsked(const std::string& operation, Kind kind) {
-    if (operation == "hasProperty") return kind == Kind::Additive;
-    if (operation == "allProperties" || operation == "isComposite") return kind != Kind::Additive;
-    if (operation == "isSet" || operation == "toElement") return kind != Kind::Composition;
+bool isAsked(const std::string& operation, HostKind kind) {
+    if (operation == "hasProperty") return kind == HostKind::Additive;
+    if (operation == "allProperties" || operation == "isComposite")
+        return kind != HostKind::Additive;
+    if (operation == "isSet" || operation == "toElement") return kind != HostKind::Composition;
     return true;
 }
 
-std::vector<std::tuple<std::string, Kind, Algo>> everyCase() {
-    std::vector<std::tuple<std::string, Kind, Algo>> cases;
+std::vector<std::tuple<std::string, HostKind, Algo>> everyCase() {
+    std::vector<std::tuple<std::string, HostKind, Algo>> cases;
     for (const std::string& operation : everyOperation()) {
-        for (const Kind kind : host::everyKind) {
+        for (const HostKind kind : host::everyKind) {
             for (const Algo order : host::everyOrder) {
                 if (isAsked(operation, kind)) cases.emplace_back(operation, kind, order);
             }

@@ -36,25 +36,25 @@ inline std::string ringModel(int size) {
     return model;
 }
 
-enum class Kind { Additive, Composition, Subtractive };
+enum class BuilderKind { Additive, Composition, Subtractive };
 
-inline std::vector<Kind> everyKind() {
-    return {Kind::Additive, Kind::Composition, Kind::Subtractive};
+inline std::vector<BuilderKind> everyKind() {
+    return {BuilderKind::Additive, BuilderKind::Composition, BuilderKind::Subtractive};
 }
-inline const char* nameOf(Kind kind) {
+inline const char* nameOf(BuilderKind kind) {
     switch (kind) {
-        case Kind::Additive:
+        case BuilderKind::Additive:
             return "Additive";
-        case Kind::Composition:
+        case BuilderKind::Composition:
             return "Composition";
-        case Kind::Subtractive:
+        case BuilderKind::Subtractive:
             break;
     }
     return "Subtractive";
 }
 
 /// For the names of parameterised tests.
-inline void PrintTo(Kind kind, std::ostream* out) {
+inline void PrintTo(BuilderKind kind, std::ostream* out) {
     *out << nameOf(kind);
 }
 
@@ -66,24 +66,24 @@ inline Predicates steadyPredicates() {
 }
 
 inline std::shared_ptr<traversal::TraversalResult> cyclicResult(
-    const ModelBuilder& m, Kind kind, traversal::Algo order,
+    const ModelBuilder& m, BuilderKind kind, traversal::Algo order,
     const std::vector<ModelElement>& inputs, const Predicates& saying = steadyPredicates()) {
     using traversal::ResultPolicy;
     using traversal::Spec;
     switch (kind) {
-        case Kind::Additive:
+        case BuilderKind::Additive:
             return Spec::additiveTraversal()
                 ->traverse(m["Node.y"], saying(true), ResultPolicy::Report)
                 ->traverse(m["Node.x"], saying(true), ResultPolicy::Report)
                 ->traverse(m["Leaf.z"], saying(true), ResultPolicy::Extended)
                 ->traverse(m["Node.boss"], saying(true), ResultPolicy::WalkOnly)
                 ->run(inputs, order);
-        case Kind::Composition:
+        case BuilderKind::Composition:
             return Spec::compositionTraversal()
                 ->prune(m["Node.x"], saying(false))
                 ->prune(m["Leaf.z"], saying(false))
                 ->run(inputs, order);
-        case Kind::Subtractive:
+        case BuilderKind::Subtractive:
             break;
     }
     return Spec::subtractiveTraversal()
@@ -94,7 +94,7 @@ inline std::shared_ptr<traversal::TraversalResult> cyclicResult(
 }
 
 inline std::shared_ptr<traversal::PropertyProvider> cyclicProvider(
-    const ModelBuilder& m, Kind kind, const Predicates& saying = steadyPredicates()) {
+    const ModelBuilder& m, BuilderKind kind, const Predicates& saying = steadyPredicates()) {
     using traversal::CompositeMatcher;
     using traversal::ResultPolicy;
     using traversal::internal::Candidates;
@@ -106,18 +106,18 @@ inline std::shared_ptr<traversal::PropertyProvider> cyclicProvider(
             .first->second.composeMatcher(access::owningClass(property), saying(answer), policy);
     };
     switch (kind) {
-        case Kind::Additive:
+        case BuilderKind::Additive:
             add("Node.y", Mode::Visit, true, ResultPolicy::Report);
             add("Node.x", Mode::Visit, true, ResultPolicy::Report);
             add("Leaf.z", Mode::Visit, true, ResultPolicy::Extended);
             add("Node.boss", Mode::Visit, true, ResultPolicy::WalkOnly);
             return traversal::internal::makeAdditiveProvider(
                 rules, {m["Node.y"], m["Node.x"], m["Leaf.z"], m["Node.boss"]});
-        case Kind::Composition:
+        case BuilderKind::Composition:
             add("Node.x", Mode::Prune, false, ResultPolicy::WalkOnly);
             add("Leaf.z", Mode::Prune, false, ResultPolicy::WalkOnly);
             return traversal::internal::makeSubtractiveProvider(rules, Candidates::CompositeOnly);
-        case Kind::Subtractive:
+        case BuilderKind::Subtractive:
             break;
     }
     add("Node.x", Mode::Prune, false, ResultPolicy::WalkOnly);

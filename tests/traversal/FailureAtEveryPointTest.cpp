@@ -19,9 +19,9 @@
 namespace nuv::zero::traversal {
 namespace {
 
+using test::BuilderKind;
 using test::elementsIn;
 using test::FailurePlan;
-using test::Kind;
 using test::Lines;
 using test::ModelBuilder;
 using test::PlainWalk;
@@ -29,11 +29,11 @@ using test::PlannedFailure;
 using test::text;
 
 /// One side by side run: the same rules, filters and observer, each side with a plan of its own.
-class Side {
+class FailingSide {
   public:
-    Side(const ModelBuilder& m, Kind kind, Algo order, const FailurePlan& plan)
+    FailingSide(const ModelBuilder& m, BuilderKind kind, Algo order, const FailurePlan& plan)
         : m_(m), kind_(kind), order_(order), plan_(plan) {}
-    virtual ~Side() = default;
+    virtual ~FailingSide() = default;
 
     Lines lines;
 
@@ -56,9 +56,9 @@ class Side {
     std::vector<ModelElement> inputs() const { return {m_("A"), m_("H"), m_("C")}; }
 
     /// Writes the event down before it may fail.
-    class Observer : public test::EventLog {
+    class FailingObserver : public test::EventLog {
       public:
-        Observer(Side& side) : EventLog(side.lines), side_(side) {}
+        FailingObserver(FailingSide& side) : EventLog(side.lines), side_(side) {}
 
       protected:
         void note(std::string line) override {
@@ -67,14 +67,14 @@ class Side {
         }
 
       private:
-        Side& side_;
+        FailingSide& side_;
     };
 
     const ModelBuilder& m_;
-    Kind kind_;
+    BuilderKind kind_;
     Algo order_;
     FailurePlan plan_;
-    Observer observer_{*this};
+    FailingObserver observer_{*this};
 };
 
 /// Steps to the end; every failure is a line, and leaves the current link as it was. What `onward`
@@ -102,11 +102,11 @@ void stepToTheEnd(Walk& walk, Lines& lines, Onward&& onward) {
     FAIL() << "the walk does not end";
 }
 
-class EngineSide : public Side {
+class FailingEngineSide : public FailingSide {
   public:
-    EngineSide(const ModelBuilder& m, Kind kind, Algo order, const FailurePlan& plan,
-               bool copied = false)
-        : Side(m, kind, order, plan), copied_(copied) {}
+    FailingEngineSide(const ModelBuilder& m, BuilderKind kind, Algo order, const FailurePlan& plan,
+                      bool copied = false)
+        : FailingSide(m, kind, order, plan), copied_(copied) {}
     void run() {
         auto result = test::cyclicResult(m_, kind_, order_, inputs(), failing());
         ResultSetup(result).observe(&observer_).filter(filter());
@@ -127,15 +127,15 @@ class EngineSide : public Side {
 };
 
 /// Goes on with a copy after each failure.
-class CopyingEngineSide : public EngineSide {
+class CopyingEngineSide : public FailingEngineSide {
   public:
-    CopyingEngineSide(const ModelBuilder& m, Kind kind, Algo order, const FailurePlan& plan)
-        : EngineSide(m, kind, order, plan, true) {}
+    CopyingEngineSide(const ModelBuilder& m, BuilderKind kind, Algo order, const FailurePlan& plan)
+        : FailingEngineSide(m, kind, order, plan, true) {}
 };
 
-class PlainSide : public Side {
+class FailingPlainSide : public FailingSide {
   public:
-    using Side::Side;
+    using FailingSide::FailingSide;
     void run() {
         const auto provided = test::cyclicProvider(m_, kind_, failing());
         PlainWalk walk(*provided, &observer_, inputs(), {filter()}, order_);
@@ -169,12 +169,12 @@ class Kept {
     std::vector<ModelElement> data_;
 };
 
-class FailureAtEveryPointTest : public testing::TestWithParam<std::tuple<Kind, Algo>> {
+class FailureAtEveryPointTest : public testing::TestWithParam<std::tuple<BuilderKind, Algo>> {
   protected:
     /// Runs a side; where it fails before its walk stands, that is all there is.
     template <class RunningSide>
     Lines run(const FailurePlan& plan) {
-        RunningSide side(m, std::get<Kind>(GetParam()), std::get<Algo>(GetParam()), plan);
+        RunningSide side(m, std::get<BuilderKind>(GetParam()), std::get<Algo>(GetParam()), plan);
         try {
             side.run();
         } catch (const PlannedFailure& failure) {
@@ -189,8 +189,8 @@ class FailureAtEveryPointTest : public testing::TestWithParam<std::tuple<Kind, A
 };
 
 TEST_P(FailureAtEveryPointTest, UndisturbedTheEngineWalksAsThePlainWalk) {
-    const Lines expected = run<PlainSide>(FailurePlan());
-    EXPECT_EQ(run<EngineSide>(FailurePlan()), expected);
+    const Lines expected = run<FailingPlainSide>(FailurePlan());
+    EXPECT_EQ(run<FailingEngineSide>(FailurePlan()), expected);
     EXPECT_GT(expected.size(), 20U);
 }
 
@@ -198,8 +198,9 @@ TEST_P(FailureAtEveryPointTest,
        AfterEachFailingPredicateFilterAndEventTheEngineGoesOnAsThePlainWalkDoes) {
     int failures = 0;
     for (int call = 1;; ++call) {
-        const Lines expected = run<PlainSide>(FailurePlan(call));
-        ASSERT_EQ(run<EngineSide>(FailurePlan(call)), expected) << "failing at call " << call;
+        const Lines expected = run<FailingPlainSide>(FailurePlan(call));
+        ASSERT_EQ(run<FailingEngineSide>(FailurePlan(call)), expected)
+            << "failing at call " << call;
         ASSERT_EQ(run<CopyingEngineSide>(FailurePlan(call)), expected)
             << "failing at call " << call << ", going on with a copy";
         bool failed = false;
@@ -239,8 +240,8 @@ TEST_P(FailureAtEveryPointTest, AfterEachUnreadableValueTheEngineGoesOnAsThePlai
             for (int how = 0; how < 4; ++how) {
                 const Kept kept(m, m(element), spoilt);
                 spoil(element, spoilt, how);
-                const Lines expected = run<PlainSide>(FailurePlan());
-                ASSERT_EQ(run<EngineSide>(FailurePlan()), expected)
+                const Lines expected = run<FailingPlainSide>(FailurePlan());
+                ASSERT_EQ(run<FailingEngineSide>(FailurePlan()), expected)
                     << element << " " << property << " " << how;
                 ASSERT_EQ(run<CopyingEngineSide>(FailurePlan()), expected)
                     << element << " " << property << " " << how << ", going on with a copy";
@@ -255,7 +256,7 @@ INSTANTIATE_TEST_SUITE_P(KindsAndOrders, FailureAtEveryPointTest,
                          testing::Combine(testing::ValuesIn(test::everyKind()),
                                           testing::ValuesIn(test::everyOrder())),
                          [](const auto& each) {
-                             return std::string(test::nameOf(std::get<Kind>(each.param))) +
+                             return std::string(test::nameOf(std::get<BuilderKind>(each.param))) +
                                     test::nameOf(std::get<Algo>(each.param));
                          });
 

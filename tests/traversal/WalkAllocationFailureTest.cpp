@@ -20,14 +20,14 @@ namespace nuv::zero::traversal {
 namespace {
 
 using test::AllocationMeter;
-using test::Kind;
+using test::BuilderKind;
 using test::Lines;
 using test::ModelBuilder;
 using test::PlainWalk;
 using test::text;
 using Walk = TraversalResult::IterationContext;
 
-struct World {
+struct ScarceWorld {
     const char* name;
     std::string model;
     std::vector<const char*> inputs;
@@ -35,14 +35,14 @@ struct World {
     int stepsBetweenCopies;
 };
 
-const std::vector<World>& worlds() {
+const std::vector<ScarceWorld>& worlds() {
     // The ring is deeper than what a walk makes room for at once.
-    static const std::vector<World> all{{"Small", test::cyclicModel, {"A", "H", "C"}, 1},
-                                        {"Ring", test::ringModel(70), {"N3", "N40"}, 4}};
+    static const std::vector<ScarceWorld> all{{"Small", test::cyclicModel, {"A", "H", "C"}, 1},
+                                              {"Ring", test::ringModel(70), {"N3", "N40"}, 4}};
     return all;
 }
 
-using Parameter = std::tuple<std::size_t, Kind, Algo, UniquenessMode>;
+using Parameter = std::tuple<std::size_t, BuilderKind, Algo, UniquenessMode>;
 
 class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
   protected:
@@ -51,7 +51,7 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
     }
 
     /// Neither what it writes down nor its own copies of links are the walk's.
-    class Observer : public test::EventLog {
+    class ScarceLog : public test::EventLog {
       public:
         using EventLog::EventLog;
 
@@ -136,7 +136,7 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
         const auto mayFail = [&] {
             if (++passed == place) throw std::bad_alloc();
         };
-        Observer observer(lines);
+        ScarceLog observer(lines);
         const auto provider = test::cyclicProvider(m, kind);
         drive(
             [&] {
@@ -155,7 +155,7 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
 
     /// The engine's walk of which the allocation with this number fails; false when there was none.
     bool engineFailingAt(long allocation, Lines& lines) {
-        Observer observer(lines);
+        ScarceLog observer(lines);
         const auto result = test::cyclicResult(m, kind, order, inputs);
         ResultSetup(result).observe(&observer).unique(mode).filter(
             [this](const Link& link) { return filter(link); });
@@ -165,8 +165,8 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
         return AllocationMeter::hasFailed();
     }
 
-    const World& world = worlds()[std::get<0>(GetParam())];
-    const Kind kind = std::get<1>(GetParam());
+    const ScarceWorld& world = worlds()[std::get<0>(GetParam())];
+    const BuilderKind kind = std::get<1>(GetParam());
     const Algo order = std::get<2>(GetParam());
     const UniquenessMode mode = std::get<3>(GetParam());
     ModelBuilder m{test::cyclicMetamodel, world.model};
@@ -266,7 +266,7 @@ class CopyAllocationFailureTest : public testing::TestWithParam<Parameter> {
         }
     }
 
-    const World& world = worlds()[std::get<0>(GetParam())];
+    const ScarceWorld& world = worlds()[std::get<0>(GetParam())];
     const int stride = world.stepsBetweenCopies;
     ModelBuilder m{test::cyclicMetamodel, world.model};
     const Property pruned = m["Node.y"];

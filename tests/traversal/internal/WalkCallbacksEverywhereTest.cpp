@@ -20,7 +20,7 @@
 namespace nuv::zero::traversal::internal {
 namespace {
 
-using test::Kind;
+using test::BuilderKind;
 using test::Lines;
 using test::ModelBuilder;
 using test::PlainWalk;
@@ -48,13 +48,13 @@ enum class Act {
 
 /// One side of the comparison. Its callbacks write down that they were called; one of them acts.
 template <class Walk>
-class Side {
+class ActingSide {
   public:
-    Side(const ModelBuilder& model, Kind wanted, Algo inOrder, Act act, int actingCall)
+    ActingSide(const ModelBuilder& model, BuilderKind wanted, Algo inOrder, Act act, int actingCall)
         : m(model), kind(wanted), order(inOrder), act_(act), actingCall_(actingCall) {}
-    Side(const Side&) = delete;
-    Side& operator=(const Side&) = delete;
-    virtual ~Side() = default;
+    ActingSide(const ActingSide&) = delete;
+    ActingSide& operator=(const ActingSide&) = delete;
+    virtual ~ActingSide() = default;
 
     /// What the walk and its callbacks did.
     Lines run() {
@@ -93,22 +93,22 @@ class Side {
     }
     std::vector<ModelElement> inputs() const { return {m("A"), m("H"), m("C")}; }
 
-    class Observer : public test::EventLog {
+    class ActingObserver : public test::EventLog {
       public:
-        explicit Observer(Side& side) : EventLog(side.unused_), side_(side) {}
+        explicit ActingObserver(ActingSide& side) : EventLog(side.unused_), side_(side) {}
 
       protected:
         void note(std::string line) override { side_.called(line); }
 
       private:
-        Side& side_;
+        ActingSide& side_;
     };
 
     Lines lines;
     const ModelBuilder& m;
-    Kind kind;
+    BuilderKind kind;
     Algo order;
-    Observer observer{*this};
+    ActingObserver observer{*this};
 
   private:
     void called(const std::string& line) {
@@ -219,9 +219,9 @@ class Side {
     std::optional<Walk> copy_;
 };
 
-class EngineSide : public Side<TraversalResult::IterationContext> {
+class ActingEngineSide : public ActingSide<TraversalResult::IterationContext> {
   public:
-    using Side::Side;
+    using ActingSide::ActingSide;
 
   private:
     using Walk = TraversalResult::IterationContext;
@@ -239,9 +239,9 @@ class EngineSide : public Side<TraversalResult::IterationContext> {
     std::shared_ptr<TraversalResult> result_;
 };
 
-class PlainSide : public Side<PlainWalk> {
+class ActingPlainSide : public ActingSide<PlainWalk> {
   public:
-    using Side::Side;
+    using ActingSide::ActingSide;
 
   private:
     void begin(std::optional<PlainWalk>& walk) override {
@@ -256,13 +256,15 @@ class PlainSide : public Side<PlainWalk> {
     std::shared_ptr<PropertyProvider> provider_;
 };
 
-class WalkCallbacksEverywhereTest : public testing::TestWithParam<std::tuple<Kind, Algo>> {
+class WalkCallbacksEverywhereTest : public testing::TestWithParam<std::tuple<BuilderKind, Algo>> {
   protected:
     /// Lets each call act in turn, and gives the number of calls.
     int compareAtEachCall(Act act) {
         for (int call = 1;; ++call) {
-            PlainSide plain(m, std::get<Kind>(GetParam()), std::get<Algo>(GetParam()), act, call);
-            EngineSide engine(m, std::get<Kind>(GetParam()), std::get<Algo>(GetParam()), act, call);
+            ActingPlainSide plain(m, std::get<BuilderKind>(GetParam()), std::get<Algo>(GetParam()),
+                                  act, call);
+            ActingEngineSide engine(m, std::get<BuilderKind>(GetParam()),
+                                    std::get<Algo>(GetParam()), act, call);
             const Lines expected = plain.run();
             EXPECT_EQ(engine.run(), expected) << "acting at call " << call;
             if (!plain.hasActed() || HasFailure()) return call - 1;
@@ -321,7 +323,7 @@ INSTANTIATE_TEST_SUITE_P(KindsAndOrders, WalkCallbacksEverywhereTest,
                          testing::Combine(testing::ValuesIn(test::everyKind()),
                                           testing::ValuesIn(test::everyOrder())),
                          [](const auto& each) {
-                             return std::string(test::nameOf(std::get<Kind>(each.param))) +
+                             return std::string(test::nameOf(std::get<BuilderKind>(each.param))) +
                                     test::nameOf(std::get<Algo>(each.param));
                          });
 
