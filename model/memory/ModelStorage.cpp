@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t smallestChunk = 1024;
 /// Large enough that a chunk costs nothing per element, small enough not to waste much.
-constexpr std::size_t largestChunk = 256 * 1024;
+constexpr std::size_t largestChunk = std::size_t{256} * 1024;
 
 }  // namespace
 

@@ -29,7 +29,7 @@ std::size_t bytesPerEntry(Payload::Kind kind) noexcept {
         case Payload::Kind::Planted:
             return sizeof(Payload::Planted);
     }
-    return sizeof(const Object*);
+    return sizeof(void*);
 }
 
 }  // namespace
