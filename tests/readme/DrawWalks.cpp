@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "model/memory/Model.h"
+#include "tests/readme/SmallModel.h"
 #include "tests/readme/WalkSnapshot.h"
 #include "traversal/Traversal.h"
 
@@ -34,23 +34,12 @@ struct Point {
     int y;
 };
 
-/// A -> B, A -> C, B -> C, B -> D, D -> E, all by way of p.
-struct SmallModel {
-    memory::Metamodel metamodel{u"m"};
-    meta::Class node = metamodel.addClass(u"Node");
-    meta::Property name = metamodel.addProperty(node, u"name", meta::StandardTypes::stringMeta());
-    meta::Property p = metamodel.addProperty(node, u"p", node, memory::unbounded,
-                                             memory::PropertyFlags::Association);
-    memory::Model model;
-    ModelElement a = model.create(node, u"A");
-    ModelElement b = model.create(node, u"B");
-    ModelElement c = model.create(node, u"C");
-    ModelElement d = model.create(node, u"D");
+/// The small model with B -> C and D -> E besides.
+struct DrawnModel : SmallModel {
     ModelElement e = model.create(node, u"E");
-    SmallModel() {
-        model.set(a, p, {b, c});
+    DrawnModel() {
         model.set(b, p, {c, d});
-        model.set(d, p, {e});
+        model.add(d, p, e);
     }
     std::vector<ModelElement> elements() const { return {a, b, c, d, e}; }
 };
@@ -219,7 +208,7 @@ void drawState(Drawing& drawing, const WalkSnapshot& walk, bool isDepthFirst) {
 }
 
 std::string draw(const std::string& order, traversal::Algo algo) {
-    const SmallModel small;
+    const DrawnModel small;
     const auto result = traversal::Spec::subtractiveTraversal()->run({small.a}, algo);
     const SnapshotLink middle{"B", "D"};
     std::vector<SnapshotLink> reported;
