@@ -1,7 +1,6 @@
 #include "benchmarks/Plot.h"
 
 #include <algorithm>
-#include <cmath>
 #include <ostream>
 
 #include "benchmarks/Format.h"
@@ -87,10 +86,8 @@ void drawRow(Picture& picture, const WalkRow& row, double y) {
         row.shape + ", " + std::string(nameOf(row.kind)) + ", " + std::string(nameOf(row.order)));
     picture.bar(picture.x(0), y, picture.x(row.ratio.median), barColour);
     picture.line(picture.x(row.ratio.least), y, picture.x(row.ratio.greatest), y, "#182838", 1.5);
-    const double limit = targetsOf(row.shape, row.order).ratio;
-    if (std::isfinite(limit)) {
-        picture.line(picture.x(limit), y - 7, picture.x(limit), y + 7, targetColour, 2);
-    }
+    const double limit = targetsOf(row).ratio;
+    picture.line(picture.x(limit), y - 7, picture.x(limit), y + 7, targetColour, 2);
     picture.dot(picture.x(row.nodeRatio.median), y, nodeColour);
     picture.dot(picture.x(row.markRatio.median), y, markColour);
 }

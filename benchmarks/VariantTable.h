@@ -15,10 +15,10 @@ struct VariantRow {
     std::string shape;
     Kind kind = Kind::Composition;
     traversal::Algo order = traversal::Algo::DepthFirstPreOrder;
+    /// Nanoseconds per link of the plain walk.
     Spread perLink;
-    /// Time per reported link over the plain walk's, both by the library.
+    /// The time of the walk over the plain one's, both by the library.
     Spread ratio;
-    /// Zero where there is none.
     double target = 0;
 };
 
