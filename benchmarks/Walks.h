@@ -21,6 +21,9 @@ inline constexpr std::array<traversal::Algo, 3> allOrders = {traversal::Algo::De
 std::string_view nameOf(Kind kind);
 std::string_view nameOf(traversal::Algo order);
 
+/// How a filter that lets every link pass takes its link.
+enum class Filter { None, ByReference, ByValue };
+
 /// What to walk and how; the library and the hand-written loops take the same description.
 struct Walk {
     const Shape* shape = nullptr;
@@ -31,6 +34,7 @@ struct Walk {
     traversal::ResultPolicy pseudoLinks = traversal::ResultPolicy::Report;
     /// The following concern the library alone.
     bool observed = false;
+    Filter filter = Filter::None;
     traversal::UniquenessMode uniqueness = traversal::UniquenessMode::NoUniqueness;
 };
 

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/FileModel.h"
@@ -59,10 +60,11 @@ void measureWalks(const Options& options, const Shape& shape, Measured& measured
                 measured.walks.push_back(measureWalk(walk, options.rounds));
             }
             if (wantsVariants(options, walk)) {
-                append(measured.variants, measureVariants(walk, options.rounds));
+                measured.variants.push_back(measureVariants(walk, options.rounds));
             }
             if (wantsForeign(options, walk)) {
-                append(measured.foreign, measureForeign(walk, options.rounds));
+                ForeignRow row = measureForeign(walk, options.rounds);
+                if (!row.cells.empty()) measured.foreign.push_back(std::move(row));
             }
         }
     }
