@@ -55,6 +55,8 @@ Options Options::parse(const std::vector<std::string>& arguments) {
             options.order = value();
         } else if (name == "--svg") {
             options.plot = value();
+        } else if (name == "--summary") {
+            options.summary = value();
         } else if (name != "--table") {
             throw UsageError("unknown argument '" + name + "'");
         }
@@ -64,7 +66,7 @@ Options Options::parse(const std::vector<std::string>& arguments) {
 
 std::string_view Options::usage() {
     return "walk-benchmarks [--table] [--rounds N] [--section NAME]... [--shape NAME]...\n"
-           "                [--kind NAME] [--order NAME] [--svg FILE]\n"
+           "                [--kind NAME] [--order NAME] [--svg FILE] [--summary FILE]\n"
            "    Measures the library against hand-written loops and other libraries over the same\n"
            "    models, and prints Markdown tables; what misses its target is in bold.\n"
            "    sections: walks variants foreign first scaling threads model reading\n"

@@ -14,6 +14,7 @@
 #include "benchmarks/Plot.h"
 #include "benchmarks/ReadFigures.h"
 #include "benchmarks/SingleCases.h"
+#include "benchmarks/Summary.h"
 #include "benchmarks/VariantTable.h"
 #include "benchmarks/WalkFigures.h"
 #include "benchmarks/WalkTable.h"
@@ -113,6 +114,14 @@ std::vector<Figure> measureStarts(std::size_t rounds) {
     return figures;
 }
 
+/// Nowhere, where no file is named.
+void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
+    if (path.empty()) return;
+    std::ofstream file(path);
+    write(file);
+    if (!file.flush()) throw std::runtime_error("cannot write " + path);
+}
+
 void writeTables(const Options& options) {
     Measured measured;
     const bool wantsShapes =
@@ -143,11 +152,9 @@ void writeTables(const Options& options) {
     writeFigures(options, "threads", "Two threads", measureThreads);
     writeFigures(options, "model", "The in-memory model", measureModel);
     writeReading(options);
-    if (!options.plot.empty()) {
-        std::ofstream plot(options.plot);
-        drawPlot(plot, measured.walks);
-        if (!plot.flush()) throw std::runtime_error("cannot write " + options.plot);
-    }
+    const std::vector<GroupSummary> groups = summarise(measured.walks);
+    writeFile(options.plot, [&](std::ostream& out) { drawPlot(out, groups); });
+    writeFile(options.summary, [&](std::ostream& out) { writeSummary(out, groups); });
 }
 
 }  // namespace
