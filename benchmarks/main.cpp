@@ -9,6 +9,7 @@
 
 #include "benchmarks/FileModel.h"
 #include "benchmarks/ForeignTable.h"
+#include "benchmarks/HostTable.h"
 #include "benchmarks/ModelFigures.h"
 #include "benchmarks/Options.h"
 #include "benchmarks/Plot.h"
@@ -28,6 +29,7 @@ struct Measured {
     std::vector<WalkRow> walks;
     std::vector<VariantRow> variants;
     std::vector<ForeignRow> foreign;
+    std::vector<HostRow> host;
 };
 
 template <class Row>
@@ -124,8 +126,8 @@ void writeFile(const std::string& path, const std::function<void(std::ostream&)>
 
 void writeTables(const Options& options) {
     Measured measured;
-    const bool wantsShapes =
-        options.wants("walks") || options.wants("variants") || options.wants("foreign");
+    const bool wantsShapes = options.wants("walks") || options.wants("variants") ||
+                             options.wants("foreign") || options.wants("host");
     std::vector<std::string> names = options.shapes;
     if (names.empty()) {
         names = shapeNames();
@@ -133,7 +135,13 @@ void writeTables(const Options& options) {
     }
     for (const std::string& name : names) {
         if (!wantsShapes) break;
-        if (const auto shape = shapeFor(name)) measureWalks(options, *shape, measured);
+        const auto shape = shapeFor(name);
+        if (!shape) continue;
+        measureWalks(options, *shape, measured);
+        if (options.wants("host")) {
+            std::cerr << shape->name << ", by way of a host\n";
+            measured.host.push_back(measureHost(*shape, options.rounds));
+        }
     }
     if (!measured.walks.empty()) {
         writeHeading("Walks");
@@ -146,6 +154,10 @@ void writeTables(const Options& options) {
     if (!measured.foreign.empty()) {
         writeHeading("Other libraries over the same model");
         writeTable(std::cout, measured.foreign);
+    }
+    if (!measured.host.empty()) {
+        writeHeading("A host's model of {store, number} handles over the built-in model");
+        writeTable(std::cout, measured.host);
     }
     writeFigures(options, "first", "Starting and copying", measureStarts);
     writeFigures(options, "scaling", "Growth with the model", measureScaling);
