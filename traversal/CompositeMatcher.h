@@ -5,16 +5,18 @@
 
 #include "traversal/ClassPredicate.h"
 #include "traversal/Export.h"
-#include "traversal/fwd.h"
 #include "traversal/RuleTree.h"
+#include "traversal/fwd.h"
 
 namespace nuv::zero::traversal {
 
 /// All rules given for one property.
 ///
 /// Each rule is filed under a class; rules are asked in the order of `ClassHierarchyComparator`,
-/// subclasses first, and the first whose predicate accepts a class answers for it. The class asked
-/// about is never compared with the classes that rules are filed under.
+/// subclasses first, and the first whose predicate accepts a class answers for it. Where a
+/// subclass's name sorts after its superclass's, either may come first, and the order of filing
+/// decides; of two such rules the one filed first is asked first. The class asked about is never
+/// compared with the classes that rules are filed under.
 ///
 ///     CompositeMatcher rules(CompositeMatcher::VisitMode::Visit);
 ///     rules.composeMatcher(block, isKindOfBlock, ResultPolicy::Report);
@@ -54,7 +56,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
     ResultPolicy getPolicy(const Class& type) const;
     /// Whether the answers are known without asking a predicate: the same for every class.
     bool answersAlike() const noexcept { return rules_.answersAlike(); }
-    // The const result is part of the published interface, pointless as it is.
+    // g++ remarks that the const of a result has no effect.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wignored-qualifiers"
     const bool isPruning() const;  // NOLINT(readability-const-return-type)

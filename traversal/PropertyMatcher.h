@@ -14,8 +14,9 @@ namespace nuv::zero::traversal {
 ///     builder->prune({owner, isSportsCar, sportsCar});         // only where the predicate accepts
 ///
 /// Among the rules for one property, a rule filed under a subclass is asked before one filed under
-/// its superclass; the owner has no other effect. Nothing is validated: an empty predicate is
-/// accepted and fails with `std::bad_function_call` when it is asked.
+/// its superclass, as far as their names allow it (see `CompositeMatcher`), and a rule replaces the
+/// one filed under the same owner; the owner has no other effect. Nothing is validated: an empty
+/// predicate is accepted and fails with `std::bad_function_call` when it is asked.
 ///
 /// A copy shares nothing but the framework objects. Safe to read from several threads.
 class MODELING_NUV0_TRAVERSAL_EXPORT PropertyMatcher {

@@ -31,13 +31,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
 
     /// The properties to follow from elements of a class, in order.
     virtual std::vector<AssociationSetting> computeSettings(const Class& type) = 0;
-    /// The policy of one property for the elements of one class; asked for every reported link.
+    /// The policy of one property for the elements of one class. Asked for every link that may be
+    /// reported, unless no predicate has a say in it.
     virtual ResultPolicy getResultPolicy(const Class& type, const Property& property) = 0;
 
     /// The settings of the element's class: the same vector for every element of the class.
     std::shared_ptr<std::vector<AssociationSetting>> getPropertiesToTraverse(
         const ModelElement& element);
-
 
   protected:
     /// Whether a property is ever followed: it links to other elements and holds its values itself.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model/memory/Model.h"
+#include "tests/readme/SmallModel.h"
 #include "traversal/Traversal.h"
 
 namespace {
@@ -92,23 +93,7 @@ class TranscriptRecorder : public TraversalProcessor {
     Lines lines_;
 };
 
-/// A -> B, A -> C, B -> D, all by way of p.
-struct HowItWorks : testing::Test {
-    memory::Metamodel metamodel{u"m"};
-    meta::Class node = metamodel.addClass(u"Node");
-    meta::Property name = metamodel.addProperty(node, u"name", meta::StandardTypes::stringMeta());
-    meta::Property p = metamodel.addProperty(node, u"p", node, memory::unbounded,
-                                             memory::PropertyFlags::Association);
-    memory::Model model;
-    ModelElement a = model.create(node, u"A");
-    ModelElement b = model.create(node, u"B");
-    ModelElement c = model.create(node, u"C");
-    ModelElement d = model.create(node, u"D");
-    HowItWorks() {
-        model.set(a, p, {b, c});
-        model.add(b, p, d);
-    }
-};
+struct HowItWorks : testing::Test, readme::SmallModel {};
 
 TEST_F(HowItWorks, DepthFirstBracketsNest) {
     EXPECT_EQ(TranscriptRecorder().record(Spec::subtractiveTraversal()->depthFirst({a})),

@@ -1,11 +1,17 @@
 // The code of docs/how-to-use.md that no example shows.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <ranges>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "examples/Station.h"
+#include "model/memory/Payload.h"
 #include "traversal/Traversal.h"
 
 namespace {
@@ -47,6 +53,49 @@ TEST(HowToUse, ASuperclassRuleGivenFirstAnswersWhenItsNameSortsFirst) {
         (Lines{"Not an element-[pseudo]-Machine'Pump'", "Machine'Pump'-[parts]-Machine'Motor'"}));
 }
 
+/// The owners in the order in which their rules are asked.
+Lines askedInOrder(const std::vector<meta::Class>& given) {
+    Lines asked;
+    CompositeMatcher rules(CompositeMatcher::VisitMode::Visit);
+    for (const meta::Class& owner : given) {
+        const auto refuse = [&asked, name = access::toUtf8(owner->getName())](const meta::Class&) {
+            asked.push_back(name);
+            return false;
+        };
+        rules.composeMatcher(owner, refuse, ResultPolicy::Report);
+    }
+    rules.anyMatches(given.front());
+    return asked;
+}
+
+TEST(HowToUse, ThreeRulesNeedNotBeAskedInTheOrderInWhichTheyWereGiven) {
+    memory::Metamodel metamodel{u"m"};
+    const meta::Class b = metamodel.addClass(u"B");
+    const meta::Class c = metamodel.addClass(u"C", {b});
+    const meta::Class d = metamodel.addClass(u"D", {b});
+    EXPECT_EQ(askedInOrder({d, b, c}), (Lines{"C", "D", "B"}));
+    EXPECT_EQ(askedInOrder({b, c, d}), (Lines{"B", "C", "D"}));
+}
+
+TEST(HowToUse, RulesOfALineOfSubclassesGivenFromBelowAreAskedFromBelow) {
+    memory::Metamodel metamodel{u"m"};
+    const meta::Class top = metamodel.addClass(u"A");
+    const meta::Class middle = metamodel.addClass(u"M", {top});
+    const meta::Class bottom = metamodel.addClass(u"Z", {middle});
+    EXPECT_EQ(askedInOrder({bottom, middle, top}), (Lines{"Z", "M", "A"}));
+}
+
+TEST(HowToUse, RulesOfNamesThatSortSubclassesFirstAreAskedThatWayHoweverTheyAreGiven) {
+    memory::Metamodel metamodel{u"m"};
+    const meta::Class z = metamodel.addClass(u"Z");
+    const meta::Class b = metamodel.addClass(u"B", {z});
+    const meta::Class m = metamodel.addClass(u"M");
+    for (const auto& given :
+         {std::vector{z, b, m}, {z, m, b}, {b, z, m}, {b, m, z}, {m, z, b}, {m, b, z}}) {
+        EXPECT_EQ(askedInOrder(given), (Lines{"B", "M", "Z"}));
+    }
+}
+
 TEST(HowToUse, InputsComeFromAnyRangeOfElements) {
     const Station plant;
     const std::vector<ModelElement> chosen{plant.tank, plant.motor};
@@ -86,14 +135,8 @@ TEST(HowToUse, ACopyOfAWalkGoesItsOwnWay) {
                             "Block'Tank'-[ports]-Port'inlet'"}));
 }
 
-TEST(HowToUse, AWalkGoesOnAfterAnException) {
-    const Station plant;
-    const auto result = Spec::compositionTraversal()->depthFirst({plant.tank});
-    ResultSetup(result).filter([&plant](const Link& link) {
-        if (link.getTarget() == plant.inlet) throw std::runtime_error("no inlets today");
-        return ResultPolicy::Report;
-    });
-
+/// The links of a walk, and what its exceptions say.
+Lines linesAndExceptionsOf(const std::shared_ptr<TraversalResult>& result) {
     Lines lines;
     auto walk = result->begin();
     while (!!walk.getCurrent()) {
@@ -105,8 +148,136 @@ TEST(HowToUse, AWalkGoesOnAfterAnException) {
             walk.advance();  // The link that failed is lost; its target stays entered.
         }
     }
-    EXPECT_EQ(lines, (Lines{"Not an element-[pseudo]-Block'Tank'", "no inlets today",
-                            "Block'Tank'-[ports]-Port'drain'"}));
+    return lines;
+}
+
+TEST(HowToUse, AWalkGoesOnAfterAnException) {
+    const Station plant;
+    const auto result = Spec::compositionTraversal()->depthFirst({plant.tank});
+    ResultSetup(result).filter([&plant](const Link& link) {
+        if (link.getTarget() == plant.inlet) throw std::runtime_error("no inlets today");
+        return ResultPolicy::Report;
+    });
+
+    EXPECT_EQ(linesAndExceptionsOf(result),
+              (Lines{"Not an element-[pseudo]-Block'Tank'", "no inlets today",
+                     "Block'Tank'-[ports]-Port'drain'"}));
+}
+
+/// Cuts off what machines contain, when they are entered.
+class MachineCutter : public TraversalProcessor {
+  public:
+    MachineCutter(LinkRange& walk, std::function<bool(const meta::Class&)> isMachine)
+        : walk_(walk), isMachine_(std::move(isMachine)) {}
+
+    void onEnterElement(const ModelElement& element) override {
+        if (isMachine_(element->getClass())) walk_.pruneAllChildren();
+    }
+
+  private:
+    LinkRange& walk_;
+    std::function<bool(const meta::Class&)> isMachine_;
+};
+
+TEST(HowToUse, AnObserverPrunesTheWalkThatTellsIt) {
+    const Station plant;
+    const auto result = Spec::compositionTraversal()->depthFirst({plant.station});
+    LinkRange walk = links(result);
+    MachineCutter cutter(walk, plant.isMachine());
+    ResultSetup(result).observe(&cutter);
+    Lines lines;
+    for (const Link& link : walk) lines.push_back(dumpLink(link));
+    EXPECT_EQ(lines,
+              (Lines{"Not an element-[pseudo]-Block'Station'",
+                     "Block'Station'-[parts]-Machine'Pump'", "Block'Station'-[parts]-Block'Tank'",
+                     "Block'Tank'-[ports]-Port'inlet'", "Block'Tank'-[ports]-Port'drain'"}));
+}
+
+TEST(HowToUse, AFilterThatTakesItsLinkByReferenceIsGivenTheOneThatAllAreGiven) {
+    const Station plant;
+    const auto result = Spec::compositionTraversal()->depthFirst({plant.tank});
+    std::vector<const Link*> first;
+    std::vector<const Link*> second;
+    const auto noteDown = [](std::vector<const Link*>& seen) {
+        return [&seen](const Link& link) {
+            seen.push_back(&link);
+            return ResultPolicy::Report;
+        };
+    };
+    ResultSetup(result).filter(noteDown(first)).filter(noteDown(second));
+    EXPECT_EQ(linesOf(result).size(), 3U);
+    EXPECT_EQ(first, second);
+}
+
+// The views of this standard library do not compile with every compiler that compiles the rest.
+#if !defined(__clang__) || __clang_major__ > 15 || defined(_LIBCPP_VERSION)
+TEST(HowToUse, ANamedRangeIsPrunedWhileItsPipelineIsConsumed) {
+    const Station plant;
+    const auto leadsToABlock = [&plant](const Link& link) {
+        return link.getTarget()->getClass()->conformsTo(plant.block);
+    };
+    Lines lines;
+    auto walk = links(Spec::compositionTraversal()->depthFirst({plant.station}));
+    for (const Link& link : walk | std::views::filter(leadsToABlock)) {
+        lines.push_back(dumpLink(link));
+        if (plant.isMachine()(link.getTarget()->getClass())) walk.pruneAllChildren();
+    }
+    EXPECT_EQ(lines, (Lines{"Not an element-[pseudo]-Block'Station'",
+                            "Block'Station'-[parts]-Machine'Pump'",
+                            "Block'Station'-[parts]-Block'Tank'"}));
+}
+#endif
+
+constexpr Algo everyAlgo[] = {Algo::DepthFirstPreOrder, Algo::DepthFirstPostOrder,
+                              Algo::BreadthFirst};
+
+// The page said that an input's own link is never lost.
+TEST(HowToUse, AnInputsOwnLinkIsLostWhenAFilterThrowsOnIt) {
+    const Station plant;
+    for (const Algo algo : everyAlgo) {
+        const auto result = Spec::compositionTraversal()->run({plant.motor, plant.tank}, algo);
+        ResultSetup(result).filter([&plant](const Link& link) {
+            if (link.getTarget() == plant.tank) throw std::runtime_error("no tanks today");
+            return ResultPolicy::Report;
+        });
+        const bool isPostOrder = algo == Algo::DepthFirstPostOrder;
+        const Lines motor = isPostOrder ? Lines{"Machine'Motor'-[notes]-Note'Oil monthly'",
+                                                "Not an element-[pseudo]-Machine'Motor'"}
+                                        : Lines{"Not an element-[pseudo]-Machine'Motor'",
+                                                "Machine'Motor'-[notes]-Note'Oil monthly'"};
+        Lines tank{"Block'Tank'-[ports]-Port'inlet'", "Block'Tank'-[ports]-Port'drain'"};
+        tank.insert(isPostOrder ? tank.end() : tank.begin(), "no tanks today");
+        Lines expected = motor;
+        expected.insert(expected.end(), tank.begin(), tank.end());
+        EXPECT_EQ(linesAndExceptionsOf(result), expected);
+    }
+}
+
+TEST(HowToUse, AWalkIsNotAdvancedFromItsOwnCallbacks) {
+    const Station plant;
+    const auto result = Spec::compositionTraversal()->depthFirst({plant.tank});
+    auto walk = result->begin();
+    ResultSetup(result).filter([&walk](const Link& /*link*/) {
+        EXPECT_THROW(walk.advance(), std::logic_error);
+        EXPECT_THROW(walk = TraversalResult::IterationContext(), std::logic_error);
+        return ResultPolicy::Report;
+    });
+    walk.advance();
+    EXPECT_EQ(dumpLink(walk.getCurrent()), "Block'Tank'-[ports]-Port'inlet'");
+}
+
+TEST(HowToUse, AWalkOfNoResultIsRefused) {
+    EXPECT_THROW(TraversalResult::IterationContext(nullptr), std::invalid_argument);
+}
+
+TEST(HowToUse, MoreValuesThanFitInOnePlaceAreRefused) {
+    if constexpr (sizeof(std::size_t) > 4) {
+        constexpr auto tooMany = static_cast<std::size_t>(std::uint64_t{1} << 32U);
+        EXPECT_THROW(memory::Payload::make(memory::Payload::Kind::Integers, tooMany),
+                     std::length_error);
+    } else {
+        GTEST_SKIP() << "no so many values fit into memory";
+    }
 }
 
 }  // namespace

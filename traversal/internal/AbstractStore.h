@@ -33,7 +33,8 @@ class AbstractStore {
     virtual std::unique_ptr<AbstractStore> clone() const = 0;
 
     /// Handles links, and what they lead to, until the walk has reported one: true; false when
-    /// nothing is left. What throws leaves everything where it stands; the link under way is lost.
+    /// nothing is left. What throws leaves everything where it stands; the link under way is lost,
+    /// but an input that could not be entered is tried again.
     virtual bool advance(Walk& walk) = 0;
     /// The cursor of an element that may still give links, to prune it; null when there is none.
     virtual Cursor* findUnfinished(Walk& walk, const ModelElement& element) = 0;

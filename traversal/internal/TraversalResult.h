@@ -85,10 +85,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 ///         use(walk.getCurrent());
 ///     }
 ///
-/// Order: the result's. Each step costs the work up to the next reported link, one hash look-up for
-/// each link met on the way; memory grows with the elements entered. A copy is an independent walk
-/// from the same place; it copies the frontier, the memory of what was entered or reported, and the
-/// cursors.
+/// Order: the result's. Each step costs the work up to the next reported link, one question for
+/// each link met on the way whether its target was entered; memory grows with the elements entered.
+/// A copy is an independent walk from the same place; it copies the memory of what was entered or
+/// reported, and shares most of the frontier until one of both changes it.
 ///
 /// Every element is entered once. A link to an element that was entered before is reported with
 /// `shouldCascade()` false, and the walk does not go on from there.
@@ -98,9 +98,12 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 ///
 /// An exception from a predicate, a filter, an observer, the model or an allocation ends the step
 /// and passes through; `getCurrent` keeps its value, what was reached stays reached, and the next
-/// `advance` goes on from there. The link under way is lost, except where it is the input's own
-/// link. When the walk ends, the observer hears `onExitInputElement` for the last input, and again
-/// for each further `advance`.
+/// `advance` goes on from there. The link that was being entered or tried is lost; its target is
+/// entered, and walked, if it was the policy's predicate or a filter that threw. An input that
+/// could not be entered waits and is tried again, with its own link; one whose
+/// `onEnterInputElement` threw, or whose link could not be pushed, is left out. When the walk ends,
+/// the observer hears `onExitInputElement` for the last input, and again for each further
+/// `advance`.
 ///
 /// Callbacks may prune and copy the walk that calls them. Advancing or assigning it from there
 /// throws `std::logic_error` and changes nothing; destroying it from there is not allowed.
@@ -114,7 +117,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     /// As `TraversalResult::begin`. Throws `std::invalid_argument` for a null result.
     explicit IterationContext(const std::shared_ptr<TraversalResult>& result);
     IterationContext(const IterationContext& other);
-    /// Leaves the end of every walk behind. A move is no copy: it costs three words.
+    /// Leaves the end of every walk behind. A move is no copy: it costs the same wherever the walk
+    /// stands.
     IterationContext(IterationContext&& other) noexcept;
     void operator=(const IterationContext& other);
     void operator=(IterationContext&& other);
