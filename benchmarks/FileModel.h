@@ -10,8 +10,8 @@
 
 namespace nuv::zero::benchmarks {
 
-/// A model file with its metamodel. The biggest one of the folder of sample models, which lies
-/// beside the checkout and may be absent.
+/// A model file with its metamodel. The biggest one of the folder of sample models, which may
+/// be absent.
 struct ModelFile {
     std::string path;
     std::string metamodelPath;

@@ -7,8 +7,8 @@
 namespace nuv::zero::benchmarks {
 namespace {
 
-constexpr std::array<std::string_view, 7> sectionNames = {"walks",   "variants", "foreign", "first",
-                                                          "scaling", "threads",  "model"};
+constexpr std::array<std::string_view, 8> sectionNames = {
+    "walks", "variants", "foreign", "first", "scaling", "threads", "model", "reading"};
 
 std::size_t parseCount(const std::string& name, const std::string& text) {
     std::size_t count = 0;
@@ -67,7 +67,7 @@ std::string_view Options::usage() {
            "                [--kind NAME] [--order NAME] [--svg FILE]\n"
            "    Measures the library against hand-written loops and other libraries over the same\n"
            "    models, and prints Markdown tables; what misses its target is in bold.\n"
-           "    sections: walks variants foreign first scaling threads model\n"
+           "    sections: walks variants foreign first scaling threads model reading\n"
            "    shapes:   tree rich chain star small file\n"
            "    kinds:    composition subtractive additive\n"
            "    orders:   pre-order post-order breadth-first\n"

@@ -11,6 +11,7 @@
 #include "benchmarks/ModelFigures.h"
 #include "benchmarks/Options.h"
 #include "benchmarks/Plot.h"
+#include "benchmarks/ReadFigures.h"
 #include "benchmarks/SingleCases.h"
 #include "benchmarks/VariantTable.h"
 #include "benchmarks/WalkFigures.h"
@@ -88,10 +89,20 @@ void writeFigures(const Options& options, const std::string& section, const std:
     writeTable(std::cout, figures);
 }
 
-std::vector<Figure> measureModelAndFile(std::size_t rounds) {
-    std::vector<Figure> figures = measureModel(rounds);
-    if (const auto file = ModelFile::biggest()) append(figures, measureReading(*file, rounds));
-    return figures;
+void writeReading(const Options& options) {
+    if (!options.wants("reading")) return;
+    std::vector<ReadRow> rows;
+    for (const auto& file : {ModelFile::biggest(), ModelFile::withIds()}) {
+        if (!file) continue;
+        std::cerr << "reading " << file->path << '\n';
+        rows.push_back(measureReading(*file, options.rounds));
+    }
+    if (rows.empty()) {
+        std::cerr << "skipped: reading files, since there is no folder of sample models\n";
+        return;
+    }
+    writeHeading("Reading model files");
+    writeTable(std::cout, rows);
 }
 
 std::vector<Figure> measureStarts(std::size_t rounds) {
@@ -128,7 +139,8 @@ void writeTables(const Options& options) {
     writeFigures(options, "first", "Starting and copying", measureStarts);
     writeFigures(options, "scaling", "Growth with the model", measureScaling);
     writeFigures(options, "threads", "Two threads", measureThreads);
-    writeFigures(options, "model", "The in-memory model", measureModelAndFile);
+    writeFigures(options, "model", "The in-memory model", measureModel);
+    writeReading(options);
     if (!options.plot.empty()) {
         std::ofstream plot(options.plot);
         drawPlot(plot, measured.walks);

@@ -2,10 +2,9 @@
 
 #include <utility>
 
+#include "xmi/ByteSource.h"
 #include "xmi/EcoreBuilder.h"
 #include "xmi/EcoreSources.h"
-#include "xmi/SourceFile.h"
-#include "xmi/XmlParser.h"
 
 namespace nuv::zero::xmi {
 
@@ -20,11 +19,14 @@ EcoreReader::EcoreReader(ReadOptions options)
 EcoreReader::~EcoreReader() = default;
 
 EcoreReader& EcoreReader::addFile(const std::string& path) {
-    return addText(path, readFile(path, options_.limits.fileBytes));
+    FileSource source(path, options_.limits.fileBytes);
+    sources_->files.add(XmlDocument::parse(path, source, options_.limits));
+    return *this;
 }
 
 EcoreReader& EcoreReader::addText(const std::string& name, std::string_view bytes) {
-    sources_->files.add(parseXml(name, bytes, options_.limits));
+    TextSource source(bytes);
+    sources_->files.add(XmlDocument::parse(name, source, options_.limits));
     return *this;
 }
 

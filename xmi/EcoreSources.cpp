@@ -25,7 +25,9 @@ std::string_view EcoreTarget::name() const {
 }
 
 EcoreSources::File::File(XmlDocument parsed)
-    : document(std::move(parsed)), resolver(document), roots(document.modelRoots()) {
+    : document(std::move(parsed)),
+      fragments(document.names(), document),
+      roots(document.modelRoots()) {
     for (Node node = 0; node < document.size(); ++node) {
         for (const XmlAttribute& each : document.attributes(node)) {
             const XmlName& name = document.name(each.name);
@@ -87,7 +89,7 @@ void EcoreSources::collect(std::size_t source) {
         const Node parent = document[node].parent;
         if (parent == noNode || packageOf[parent] == noPackage) continue;
         const std::size_t package = packageOf[parent];
-        const std::string& tag = document.nameOf(node).local;
+        const std::string_view tag = document.nameOf(node).local;
         if (tag == "eSubpackages") {
             addPackage(node, packages_[package].qualifiedName + "::");
         } else if (tag == "eClassifiers") {
@@ -137,7 +139,9 @@ std::vector<EcoreTarget> EcoreSources::references(SourceNode from, std::string_v
         if (href == nullptr) continue;
         targets.push_back(resolve({from.source, child}, *href));
         const NameId type = document[child].type;
-        if (type != noName) targets.back().declaredType = "ecore:" + document.name(type).local;
+        if (type != noName) {
+            targets.back().declaredType.assign("ecore:").append(document.name(type).local);
+        }
     }
     return targets;
 }
@@ -169,7 +173,7 @@ EcoreTarget EcoreSources::resolve(SourceNode from, std::string_view reference) c
     const auto path = parseFragmentPath(target.fragment);
     if (path) {
         const auto& roots = packageRoot.empty() ? file.roots : packageRoot;
-        target.place = {source, file.resolver.resolve(*path, roots)};
+        target.place = {source, file.fragments.resolve(*path, roots)};
     } else if (const auto found = file.ids.find(target.fragment); found != file.ids.end()) {
         target.place = {source, found->second};
     }

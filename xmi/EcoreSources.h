@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "xmi/Fragment.h"
+#include "xmi/FragmentIndex.h"
 #include "xmi/ReadOptions.h"
 #include "xmi/XmlDocument.h"
 
@@ -84,7 +84,7 @@ class EcoreSources {
     struct File {
         explicit File(XmlDocument parsed);
         XmlDocument document;
-        FragmentResolver resolver;
+        FragmentIndex fragments;
         std::vector<Node> roots;
         std::map<std::string_view, Node> ids;
     };
@@ -99,7 +99,7 @@ class EcoreSources {
     const ReadLimits& limits_;
     /// Bytes, so far.
     std::size_t qualifiedNames_ = 0;
-    /// Resolvers refer to their documents, so files must not move.
+    /// Indices refer to their documents, so files must not move.
     std::deque<File> files_;
     std::vector<Package> packages_;
     std::vector<Classifier> classifiers_;

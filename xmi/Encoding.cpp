@@ -92,6 +92,34 @@ std::string simplified(std::string_view name) {
     return result;
 }
 
+std::string_view withoutBlanks(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    return first == std::string_view::npos ? std::string_view() : text.substr(first);
+}
+
+/// Takes a part such as ` encoding="latin9"` from the front of an XML declaration and gives its
+/// value; takes nothing where there is another part, or none.
+std::string_view pseudoAttribute(std::string_view& declaration, std::string_view name) {
+    std::string_view rest = withoutBlanks(declaration);
+    const bool isApart = rest.size() < declaration.size();
+    if (!isApart || !rest.starts_with(name)) return {};
+    rest = withoutBlanks(rest.substr(name.size()));
+    if (!rest.starts_with('=')) return {};
+    rest = withoutBlanks(rest.substr(1));
+    if (!rest.starts_with('"') && !rest.starts_with('\'')) return {};
+    const char quote = rest.front();
+    rest.remove_prefix(1);
+    const std::string_view value = rest.substr(0, rest.find(quote));
+    const bool isPlain = std::all_of(value.begin(), value.end(), [](char character) {
+        const bool isMark = character == '.' || character == '-' || character == '_';
+        const auto code = static_cast<unsigned char>(character);
+        return isMark || (code < 0x80U && std::isalnum(code) != 0);
+    });
+    if (!isPlain || value.size() == rest.size()) return {};
+    declaration = rest.substr(value.size() + 1);
+    return value;
+}
+
 }  // namespace
 
 std::optional<EncodingTable> encodingTable(std::string_view name) {
@@ -102,6 +130,51 @@ std::optional<EncodingTable> encodingTable(std::string_view name) {
     if (plain == "cp1251" || plain == "windows1251") return withUpperHalf(codePage1251);
     if (plain == "cp1252" || plain == "windows1252") return withUpperHalf(codePage1252);
     return std::nullopt;
+}
+
+std::string_view declaredEncoding(std::string_view begin) {
+    if (!begin.starts_with("<?xml")) return {};
+    begin.remove_prefix(5);
+    if (pseudoAttribute(begin, "version").empty()) return {};
+    const std::string_view encoding = pseudoAttribute(begin, "encoding");
+    const std::string_view standalone = pseudoAttribute(begin, "standalone");
+    const bool isWhole = standalone.empty() || standalone == "yes" || standalone == "no";
+    return isWhole && withoutBlanks(begin).starts_with("?>") ? encoding : std::string_view();
+}
+
+OneByteDecoder::OneByteDecoder(const EncodingTable& table) : sequences_() {
+    for (std::size_t byte = 0; byte < table.size(); ++byte) {
+        const int point = table[byte];
+        const auto last = static_cast<char>(0x80 | (point & 0x3F));
+        if (point < 0) {
+            sequences_[byte] = {{'\xFF'}, 1};
+        } else if (point < 0x80) {
+            sequences_[byte] = {{static_cast<char>(point)}, 1};
+        } else if (point < 0x800) {
+            sequences_[byte] = {{static_cast<char>(0xC0 | (point >> 6)), last}, 2};
+        } else {
+            const auto middle = static_cast<char>(0x80 | ((point >> 6) & 0x3F));
+            sequences_[byte] = {{static_cast<char>(0xE0 | (point >> 12)), middle, last}, 3};
+        }
+    }
+}
+
+std::size_t OneByteDecoder::decodedSize(std::string_view bytes) const noexcept {
+    // Most files are ASCII for the most part, which stays as it is.
+    const auto beyondAscii = std::count_if(bytes.begin(), bytes.end(), [](char byte) {
+        return static_cast<unsigned char>(byte) >= 0x80U;
+    });
+    if (beyondAscii == 0) return bytes.size();
+    std::size_t size = 0;
+    for (const char byte : bytes) size += sequences_[static_cast<unsigned char>(byte)].size;
+    return size;
+}
+
+void OneByteDecoder::decode(std::string_view bytes, char* to) const noexcept {
+    for (const char byte : bytes) {
+        const Sequence& sequence = sequences_[static_cast<unsigned char>(byte)];
+        for (unsigned char i = 0; i < sequence.size; ++i) *to++ = sequence.bytes[i];
+    }
 }
 
 }  // namespace nuv::zero::xmi

@@ -2,10 +2,15 @@
 
 #include <algorithm>
 #include <charconv>
-#include <tuple>
 
 namespace nuv::zero::xmi {
 namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+bool isBlankCharacter(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
 
 std::optional<std::size_t> number(std::string_view text) {
     std::size_t value = 0;
@@ -43,19 +48,6 @@ FragmentStep parseStep(std::string_view raw) {
     }
     step.text = percentDecoded(text);
     return step;
-}
-
-/// The N-th of the members that have a key, in a list sorted by it; null when they are fewer.
-template <class Member, class Key, class KeyOf>
-const Member* nthOf(const std::vector<Member>& sorted, const Key& key, std::size_t index,
-                    KeyOf keyOf) {
-    const auto begin = std::lower_bound(
-        sorted.begin(), sorted.end(), key,
-        [&](const Member& member, const Key& wanted) { return keyOf(member) < wanted; });
-    const auto left = static_cast<std::size_t>(sorted.end() - begin);
-    if (index >= left) return nullptr;
-    const Member& member = begin[static_cast<std::ptrdiff_t>(index)];
-    return keyOf(member) == key ? &member : nullptr;
 }
 
 }  // namespace
@@ -102,8 +94,17 @@ std::string percentDecoded(std::string_view text) {
     return decoded;
 }
 
+bool isBlank(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), isBlankCharacter);
+}
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
 std::vector<std::string_view> splitAtBlanks(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
     std::vector<std::string_view> words;
     while (true) {
         const std::size_t begin = text.find_first_not_of(blanks);
@@ -133,93 +134,6 @@ std::vector<ListedReference> splitReferences(std::string_view text) {
         }
     }
     return references;
-}
-
-FragmentResolver::FragmentResolver(const XmlDocument& document)
-    : document_(document),
-      ordinals_(document.size()),
-      byName_(sortedBy(document, "name")),
-      bySource_(sortedBy(document, "source")) {
-    for (NameId id = 0; id < document.nameCount(); ++id) {
-        const auto known = tagNumbers_.emplace(document.name(id).local, id).first;
-        tags_.push_back(known->second);
-    }
-    for (Node node = 1; node < document.size(); ++node) byTag_.push_back(node);
-    const auto place = [&](Node node) {
-        return std::tuple(document[node].parent, tagOf(node), node);
-    };
-    std::sort(byTag_.begin(), byTag_.end(),
-              [&](Node one, Node other) { return place(one) < place(other); });
-    for (std::size_t i = 1; i < byTag_.size(); ++i) {
-        const Node before = byTag_[i - 1];
-        const Node node = byTag_[i];
-        if (document[before].parent == document[node].parent && tagOf(before) == tagOf(node)) {
-            ordinals_[node] = ordinals_[before] + 1;
-        }
-    }
-}
-
-std::vector<FragmentResolver::Keyed> FragmentResolver::sortedBy(const XmlDocument& document,
-                                                                std::string_view attribute) {
-    std::vector<Keyed> sorted;
-    for (Node node = 1; node < document.size(); ++node) {
-        const std::string_view* key = document.attribute(node, attribute);
-        if (key != nullptr) sorted.push_back({document[node].parent, *key, node});
-    }
-    std::sort(sorted.begin(), sorted.end(), [](const Keyed& one, const Keyed& other) {
-        return std::tie(one.parent, one.key, one.node) <
-               std::tie(other.parent, other.key, other.node);
-    });
-    return sorted;
-}
-
-Node FragmentResolver::memberOf(const std::vector<Keyed>& sorted, Node parent, std::string_view key,
-                                std::size_t index) {
-    const Keyed* const found = nthOf(sorted, std::pair(parent, key), index, [](const Keyed& each) {
-        return std::pair(each.parent, each.key);
-    });
-    return found == nullptr ? noNode : found->node;
-}
-
-Node FragmentResolver::resolve(const FragmentPath& path, const std::vector<Node>& roots) const {
-    if (path.root >= roots.size()) return noNode;
-    Node node = roots[path.root];
-    for (const FragmentStep& each : path.steps) {
-        node = step(node, each);
-        if (node == noNode) break;
-    }
-    return node;
-}
-
-Node FragmentResolver::step(Node node, const FragmentStep& step) const {
-    switch (step.kind) {
-        case FragmentStep::Kind::Feature:
-            return childOfFeature(node, step.text, step.index);
-        case FragmentStep::Kind::Source:
-            return memberOf(bySource_, node, step.text, step.index);
-        case FragmentStep::Kind::Name:
-            break;
-    }
-    // Read as it stands before it is decoded and before `.N` is taken for a number: names may hold
-    // dots and percent signs.
-    const Node plain = childNamed(node, step.raw, 0);
-    if (plain != noNode) return plain;
-    const Node decoded = childNamed(node, percentDecoded(step.raw), 0);
-    return decoded != noNode ? decoded : childNamed(node, step.text, step.index);
-}
-
-Node FragmentResolver::childOfFeature(Node parent, std::string_view feature,
-                                      std::size_t index) const {
-    const auto tag = tagNumbers_.find(feature);
-    if (tag == tagNumbers_.end()) return noNode;
-    const Node* const found = nthOf(byTag_, std::pair(parent, tag->second), index, [&](Node node) {
-        return std::pair(document_[node].parent, tagOf(node));
-    });
-    return found == nullptr ? noNode : *found;
-}
-
-Node FragmentResolver::childNamed(Node parent, std::string_view name, std::size_t index) const {
-    return memberOf(byName_, parent, name, index);
 }
 
 }  // namespace nuv::zero::xmi

@@ -20,8 +20,8 @@ std::string textOf(const ModelElement& element, std::u16string_view property) {
 std::string LoadedModel::identity(const ModelElement& element) const {
     const Index index = indexOf(element);
     if (index == none) return {};
-    const auto id = idOf_.find(index);
-    return id != idOf_.end() ? std::string(id->second) : pathOf(index);
+    const auto id = ids_.idOf(index);
+    return id ? std::string(*id) : pathOf(index);
 }
 
 std::string LoadedModel::path(const ModelElement& element) const {
@@ -30,8 +30,7 @@ std::string LoadedModel::path(const ModelElement& element) const {
 }
 
 LoadedModel::Index LoadedModel::indexOf(const ModelElement& element) const {
-    const auto found = indices_.find(element.get());
-    return found == indices_.end() ? none : found->second;
+    return numbers_.find(elements_, element);
 }
 
 std::string LoadedModel::pathOf(Index index) const {
@@ -41,15 +40,16 @@ std::string LoadedModel::pathOf(Index index) const {
     if (roots_.size() > 1) path += std::to_string(places_[way.back()].ordinal);
     for (auto each = way.rbegin() + 1; each != way.rend(); ++each) {
         const Place& place = places_[*each];
-        path.append("/@").append(text::toUtf8(place.feature->getName()));
-        if (!place.feature->isSingleValued()) path += '.' + std::to_string(place.ordinal);
+        const memory::PropertyObject& feature = featureOf(place);
+        path.append("/@").append(text::toUtf8(feature.getName()));
+        if (!feature.isSingleValued()) path += '.' + std::to_string(place.ordinal);
     }
     return path;
 }
 
 ModelElement LoadedModel::find(std::string_view idOrPath) const {
-    const auto id = ids_.find(std::string(idOrPath));
-    if (id != ids_.end()) return elements_[id->second];
+    const Index id = ids_.find(idOrPath);
+    if (id != none) return elements_[id];
 
     const auto path = parseFragmentPath(idOrPath);
     if (!path || path->root >= roots_.size()) return {};
@@ -72,7 +72,7 @@ LoadedModel::Index LoadedModel::child(Index parent, std::string_view feature,
     const std::u16string name = text::toUtf16(feature);
     for (Index each = parent + 1; each < places_[parent].end; each = places_[each].end) {
         const Place& place = places_[each];
-        if (place.ordinal == ordinal && place.feature->getName() == name) return each;
+        if (place.ordinal == ordinal && featureOf(place).getName() == name) return each;
     }
     return none;
 }
@@ -96,10 +96,7 @@ std::vector<ModelElement> LoadedModel::contents(const ModelElement& element) con
 }
 
 std::vector<std::string> LoadedModel::ids() const {
-    std::vector<std::string> all;
-    all.reserve(ids_.size());
-    for (const auto& [id, index] : ids_) all.push_back(id);
-    return all;
+    return ids_.all();
 }
 
 }  // namespace nuv::zero::xmi

@@ -4,10 +4,11 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "model/memory/Model.h"
+#include "xmi/ElementNumbers.h"
+#include "xmi/IdTable.h"
 
 namespace nuv::zero::xmi {
 
@@ -46,8 +47,8 @@ class LoadedModel {
 
   private:
     friend class XmiBuilder;
-    using Index = std::uint32_t;
-    static constexpr Index none = 0xFFFFFFFFU;
+    using Index = IdTable::Index;
+    static constexpr Index none = IdTable::none;
 
     /// Where an element stands: elements are numbered as in the file, so a subtree is a range.
     struct Place {
@@ -55,11 +56,14 @@ class LoadedModel {
         Index end = none;
         /// Which one of its siblings in the same feature, or which one of the roots.
         std::uint32_t ordinal = 0;
-        /// Kept alive by the class of the parent.
-        const memory::PropertyObject* feature = nullptr;
+        /// The number of the feature of the parent; 0 for roots.
+        std::uint32_t feature = 0;
     };
 
     Index indexOf(const ModelElement& element) const;
+    const memory::PropertyObject& featureOf(const Place& place) const {
+        return *features_[place.feature];
+    }
     std::string pathOf(Index index) const;
     Index child(Index parent, std::string_view feature, std::size_t ordinal) const;
     Index childNamed(Index parent, std::string_view name, std::size_t ordinal) const;
@@ -68,10 +72,10 @@ class LoadedModel {
     std::vector<ModelElement> roots_;
     std::vector<ModelElement> elements_;
     std::vector<Place> places_;
-    std::unordered_map<const memory::Object*, Index> indices_;
-    std::unordered_map<std::string, Index> ids_;
-    /// The id of those elements that have one.
-    std::unordered_map<Index, std::string_view> idOf_;
+    /// Kept alive by the classes of the elements.
+    std::vector<const memory::PropertyObject*> features_;
+    ElementNumbers numbers_;
+    IdTable ids_;
     std::size_t leftOut_ = 0;
 };
 

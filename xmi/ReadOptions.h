@@ -22,7 +22,7 @@ namespace limits {
 inline constexpr std::size_t fileBytes = std::size_t{1} << 30U;
 /// XML elements nested in each other.
 inline constexpr std::size_t depth = 10'000;
-/// XML elements of a file, and therefore objects of a model. While it is read, each takes about 250
+/// XML elements of a file, and therefore objects of a model. While it is read, each takes about 120
 /// bytes besides its slots.
 inline constexpr std::size_t elements = 20'000'000;
 /// Different names of a file: those of elements, attributes and types, and prefixes.

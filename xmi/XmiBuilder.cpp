@@ -2,28 +2,15 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
-#include <optional>
 #include <utility>
 
 #include "model/memory/ModelAccess.h"
+#include "xmi/Fragment.h"
 #include "xmi/ReadError.h"
+#include "xmi/Utf16.h"
 
 namespace nuv::zero::xmi {
 namespace {
-
-/// Whether a text can identify an element: a path could not be told from one.
-bool isId(std::string_view text) {
-    return !text.empty() && !text.starts_with('/');
-}
-
-constexpr std::string_view blanks = " \t\r\n";
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
 
 std::optional<std::int64_t> integer(std::string_view text) {
     text = trimmed(text);
@@ -37,345 +24,367 @@ std::optional<std::int64_t> integer(std::string_view text) {
     return value;
 }
 
-std::string nameOf(const meta::Property& property) {
-    return text::toUtf8(property->owner().getName()) + "." + text::toUtf8(property->getName());
-}
-
-std::string nameOf(const meta::Class& type) {
-    return text::toUtf8(type->getName());
+std::string nameOf(const KnownClass& type) {
+    return text::toUtf8(type.type->getName());
 }
 
 }  // namespace
 
-XmiBuilder::XmiBuilder(const LoadedMetamodel& metamodel, const XmlDocument& document,
-                       const ReadOptions& options)
+XmiBuilder::XmiBuilder(const LoadedMetamodel& metamodel, const std::string& file,
+                       ByteSource& source, const ReadOptions& options)
     : metamodel_(metamodel),
-      document_(document),
+      file_(file),
+      source_(source),
       options_(options),
-      fragments_(document),
-      rootNodes_(document.modelRoots()),
-      elementAt_(document.size(), LoadedModel::none) {}
+      features_(metamodel, names_),
+      fragments_(names_),
+      references_(fragments_),
+      ownNames_{file, {}} {}
 
 LoadedModel XmiBuilder::build() {
-    if (rootNodes_.empty()) document_.fail(0, "the file holds no element of a model");
-    isMetamodel_ = document_.nameOf(rootNodes_.front()).uri == ecoreNamespace;
-    for (const Node root : rootNodes_) {
-        const std::string_view* nsUri = document_.attribute(root, "nsURI");
-        if (isMetamodel_ && nsUri != nullptr) ownNamespaces_.insert(*nsUri);
+    parseXml(file_, source_, options_.limits, names_, *this);
+    if (failure_) failAt(failure_->node, failure_->reason);
+    if (rootNodes_.empty()) failAt(0, "the file holds no element of a model");
+    try {
+        finish();
+    } catch (const Misfit& misfit) {
+        failAt(misfit.node(), misfit.what());
     }
-    std::size_t nextRoot = 0;
-    for (Node node = 0; node < document_.size();) {
-        bool descend = true;
-        if (nextRoot < rootNodes_.size() && node == rootNodes_[nextRoot]) {
-            addRoot(node, nextRoot++);
-        } else if (node != 0) {
-            const Index parent = elementAt_[document_[node].parent];
-            descend = parent != LoadedModel::none && addChild(node, parent);
-        }
-        node = descend ? node + 1 : document_[node].end;
-    }
-    for (Index i = 0; i < nodeOf_.size(); ++i) {
-        const auto end =
-            std::lower_bound(nodeOf_.begin(), nodeOf_.end(), document_[nodeOf_[i]].end);
-        loaded_.places_[i].end = static_cast<Index>(end - nodeOf_.begin());
-    }
-    addIds();
-    for (const Pending& each : pending_) resolve(each);
     return std::move(loaded_);
 }
 
-void XmiBuilder::addRoot(Node node, std::size_t ordinal) {
-    const NameId type = document_[node].type;
-    const meta::Class named = classNamed(node, type == noName ? document_[node].name : type);
-    const Index element = create(node, named, LoadedModel::none, nullptr, ordinal);
-    loaded_.roots_.push_back(loaded_.elements_[element]);
+void XmiBuilder::finish() {
+    for (std::uint32_t i = 0; i < features_.size(); ++i) {
+        loaded_.features_.push_back(features_[i].property.get());
+    }
+    loaded_.numbers_.sort(loaded_.elements_);
+    loaded_.ids_.settle();
+    const bool leavesOut = options_.crossFile == CrossFile::LeaveOut ||
+                           (options_.crossFile == CrossFile::LeaveOutOfMetamodels && isMetamodel_);
+    ReferenceResolver resolver(
+        {loaded_.model_, loaded_.elements_, loaded_.ids_, fragments_, contents_, rootNodes_},
+        features_, ownNames_, leavesOut);
+    resolver.resolve(references_);
+    loaded_.leftOut_ = resolver.leftOut();
 }
 
-bool XmiBuilder::addChild(Node node, Index parent) {
-    const XmlName& name = document_.nameOf(node);
-    if (name.isXmi) return false;
-    if (!name.uri.empty() && !metamodel_.hasNamespace(name.uri)) {
-        document_.fail(node, "no given metamodel has the namespace " + inQuotes(name.uri) +
-                                 " of the element " + inQuotes(name.local));
-    }
-    const meta::Property property = propertyOf(node, parent, document_[node].name);
-    if (isNil(node)) return false;
-    if (property->isAssociation()) return addContent(node, parent, property);
-    if (document_.firstChild(node) != noNode) {
-        document_.fail(node, "the value of " + nameOf(property) + " is no text");
-    }
-    addOneValue(node, parent, property, document_[node].text);
-    return false;
+void XmiBuilder::fail(Node node, Check check, const std::string& reason) {
+    // The text of an element is looked at first and known last, so it may come before a failure.
+    if (failure_ && std::pair(failure_->node, failure_->check) <= std::pair(node, check)) return;
+    failure_ = Failure{node, check, reason};
 }
 
-bool XmiBuilder::addContent(Node node, Index parent, const meta::Property& property) {
-    const auto& target = static_cast<const memory::ClassObject&>(property->type());
-    const std::string_view* href = document_.attribute(node, "href");
-    if (href != nullptr && !hasHref(target)) {
-        pending_.push_back({node, parent, property, *href, true});
-        return false;
-    }
-    for (const XmlAttribute& each : document_.attributes(node)) {
-        const XmlName& name = document_.name(each.name);
-        if (!name.isXmi || name.local != "idref") continue;
-        pending_.push_back({node, parent, property, each.value, true});
-        return false;
-    }
-    if (property->isComposite()) {
-        const meta::Class type = classOfContent(node, property);
-        const Index element = create(node, type, parent, property.get(), fragments_.ordinal(node));
-        link(node, parent, property, loaded_.elements_[element]);
-        return true;
-    }
-    const bool isReference = document_.firstChild(node) == noNode;
-    if (!isReference) {
-        document_.fail(node, nameOf(property) + " refers to elements and does not contain them");
-    }
-    pending_.push_back({node, parent, property, document_[node].text, false});
-    return false;
+void XmiBuilder::failAt(Node node, std::string_view reason) {
+    throw ReadError(file_, positionAt(source_, contents_[node].offset), reason);
 }
 
-XmiBuilder::Index XmiBuilder::create(Node node, const meta::Class& type, Index parent,
-                                     const memory::PropertyObject* feature, std::size_t ordinal) {
-    if (metamodel_.isAbstract(type)) {
-        document_.fail(node, "the class " + nameOf(type) +
-                                 " is abstract, so the type of the element is missing (xsi:type)");
+void XmiBuilder::enter(const XmlStart& start) {
+    if (failure_) {
+        ++unseen_;
+        return;
     }
-    slots_ += type->layout().slotCount();
+    const Node node = fragments_.enter(start.name, start.attributes);
+    const bool hasHref = start.attribute(names_, "href") != nullptr;
+    contents_.push_back(
+        {static_cast<std::uint32_t>(start.place.offset()), hasHref ? elementElsewhere : noElement});
+    const std::size_t depth = open_.size();
+    try {
+        open(node, start);
+    } catch (const Misfit& misfit) {
+        // What was opened before the failure has a text that is to be looked at.
+        const bool isOpen = open_.size() > depth;
+        unseen_ = isOpen ? 0 : 1;
+        fail(misfit.node(), isOpen ? Check::AfterText : Check::BeforeText, misfit.what());
+    }
+}
+
+void XmiBuilder::text(std::string_view part) {
+    if (unseen_ != 0) return;
+    const Open& around = open_.back();
+    if (around.role == Role::Value || around.role == Role::References) {
+        text_.append(part);
+    } else if (around.role == Role::Element && !isBlank(part)) {
+        fail(around.node, Check::Text,
+             "the element " + inQuotes(names_[around.name].local) +
+                 " holds text where elements are expected");
+    }
+}
+
+void XmiBuilder::leave() {
+    if (unseen_ != 0) {
+        --unseen_;
+        return;
+    }
+    const Open closed = open_.back();
+    open_.pop_back();
+    if (failure_) return;
+    fragments_.leave();
+    try {
+        if (closed.role == Role::Element) closeElement(closed);
+        if (closed.role == Role::Value) {
+            const Feature& feature = *closed.feature;
+            if (feature.isSingle) {
+                refuseSecondValue(closed.node, loaded_.elements_[closed.element], feature.property);
+            }
+            addOneValue(closed.node, closed.element, feature, text_);
+        } else if (closed.role == Role::References) {
+            references_.addList({closed.node, closed.element, closed.feature->number}, text_);
+        }
+    } catch (const Misfit& misfit) {
+        fail(misfit.node(), Check::AfterText, misfit.what());
+    }
+}
+
+void XmiBuilder::open(Node node, const XmlStart& start) {
+    const XmlName& name = names_[start.name];
+    if (open_.empty()) {
+        if (name.isXmi && name.local == "XMI") {
+            open_.push_back({node, start.name, Role::Wrapper, noElement, nullptr, nullptr, 0});
+        } else {
+            openRoot(node, start);
+        }
+        return;
+    }
+    const Open parent = open_.back();
+    const bool isSkipped = name.isXmi || parent.role == Role::Skipped;
+    if (parent.role == Role::Value) {
+        throw Misfit(parent.node,
+                     "the value of " + nameOf(parent.feature->property) + " is no text");
+    }
+    if (parent.role == Role::References) {
+        throw Misfit(parent.node, nameOf(parent.feature->property) +
+                                      " refers to elements and does not contain them");
+    }
+    if (isSkipped) {
+        open_.push_back({node, start.name, Role::Skipped, noElement, nullptr, nullptr, 0});
+    } else if (parent.role == Role::Wrapper) {
+        openRoot(node, start);
+    } else {
+        openChild(node, start, parent);
+    }
+}
+
+void XmiBuilder::openRoot(Node node, const XmlStart& start) {
+    const auto ordinal = static_cast<std::uint32_t>(rootNodes_.size());
+    if (ordinal == 0) isMetamodel_ = names_[start.name].uri == ecoreNamespace;
+    rootNodes_.push_back(node);
+    const std::string_view* nsUri = start.attribute(names_, "nsURI");
+    if (isMetamodel_ && nsUri != nullptr) ownNames_.namespaces.add(*nsUri);
+    const KnownClass& type = classNamed(node, start.type == noName ? start.name : start.type);
+    create(node, start, type, noElement, nullptr);
+    const Index root = contents_[node].element;
+    loaded_.places_[root].ordinal = ordinal;
+    loaded_.roots_.push_back(loaded_.elements_[root]);
+}
+
+void XmiBuilder::openChild(Node node, const XmlStart& start, const Open& parent) {
+    const XmlName& name = names_[start.name];
+    if (!features_.isNamespaceKnown(start.name)) {
+        throw Misfit(node, "no given metamodel has the namespace " + inQuotes(name.uri) +
+                               " of the element " + inQuotes(name.local));
+    }
+    const Feature& feature = featureNamed(node, *parent.type, start.name);
+    Role role = Role::Skipped;
+    if (!isNil(start)) {
+        if (feature.kind == Feature::Kind::Reference) {
+            openContent(node, start, parent, feature);
+            return;
+        }
+        role = Role::Value;
+        text_.clear();
+    }
+    open_.push_back({node, start.name, role, parent.element, nullptr, &feature, 0});
+}
+
+void XmiBuilder::openContent(Node node, const XmlStart& start, const Open& parent,
+                             const Feature& feature) {
+    const ReferenceLog::Place place{node, parent.element, feature.number};
+    const std::string_view* reference =
+        feature.target->hasHref ? nullptr : start.attribute(names_, "href");
+    for (const XmlAttribute& each : start.attributes) {
+        const XmlName& name = names_[each.name];
+        if (reference == nullptr && name.isXmi && name.local == "idref") reference = &each.value;
+    }
+    if (reference != nullptr) {
+        references_.addOne(place, *reference);
+        open_.push_back({node, start.name, Role::Skipped, noElement, nullptr, nullptr, 0});
+    } else if (feature.isComposite) {
+        const Index container = parent.element;
+        create(node, start, classOfContent(node, start.type, feature), container, &feature);
+        contain(node, container, feature, contents_[node].element);
+    } else {
+        text_.clear();
+        open_.push_back({node, start.name, Role::References, parent.element, nullptr, &feature, 0});
+    }
+}
+
+void XmiBuilder::create(Node node, const XmlStart& start, const KnownClass& type, Index parent,
+                        const Feature* feature) {
+    if (type.isAbstract) {
+        throw Misfit(node, "the class " + nameOf(type) +
+                               " is abstract, so the type of the element is missing (xsi:type)");
+    }
+    slots_ += type.slotCount;
     if (slots_ > options_.limits.slots) {
-        document_.fail(node, "the model needs more than " + std::to_string(options_.limits.slots) +
-                                 " places for values");
-    }
-    if (!trimmed(document_[node].text).empty()) {
-        document_.fail(node, "the element " + inQuotes(document_.nameOf(node).local) +
-                                 " holds text where elements are expected");
+        throw Misfit(node, "the model needs more than " + std::to_string(options_.limits.slots) +
+                               " places for values");
     }
     const auto index = static_cast<Index>(loaded_.elements_.size());
-    const ModelElement element = loaded_.model_.create(type);
-    loaded_.elements_.push_back(element);
+    loaded_.elements_.push_back(loaded_.model_.create(type.type));
+    loaded_.numbers_.add(loaded_.elements_.back(), index);
     loaded_.places_.push_back(
-        {parent, LoadedModel::none, static_cast<std::uint32_t>(ordinal), feature});
-    loaded_.indices_.emplace(element.get(), index);
-    elementAt_[node] = index;
-    nodeOf_.push_back(node);
-    addAttributes(node, index);
-    return index;
+        {parent, LoadedModel::none, 0, feature == nullptr ? 0 : feature->number});
+    contents_[node].element = index;
+    open_.push_back({node, start.name, Role::Element, index, &type, feature, waiting_.size()});
+    addAttributes(node, start, index, type);
 }
 
-void XmiBuilder::addAttributes(Node node, Index element) {
-    for (const XmlAttribute& each : document_.attributes(node)) {
-        const XmlName& name = document_.name(each.name);
+void XmiBuilder::contain(Node node, Index parent, const Feature& feature, Index element) {
+    const ModelElement& container = loaded_.elements_[parent];
+    const ModelElement& content = loaded_.elements_[element];
+    const meta::Property& property = feature.property;
+    const bool fits = content->getClass()->canStandFor(property->type());
+    if (feature.isUnbounded && fits) {
+        // Of those that wait, its siblings stand in front of its own children.
+        const std::size_t place = open_.back().firstChild;
+        waiting_.push_back({feature.number, element});
+        open_.back().firstChild = place + 1;
+        return;
+    }
+    if (feature.isSingle) refuseSecondValue(node, container, property);
+    try {
+        feature.isSingle ? loaded_.model_.set(container, property, content)
+                         : loaded_.model_.add(container, property, content);
+    } catch (const memory::ModelError& error) {
+        throw Misfit(node, error.what());
+    }
+}
+
+void XmiBuilder::closeElement(const Open& closed) {
+    loaded_.places_[closed.element].end = static_cast<Index>(loaded_.elements_.size());
+    fragments_.forEachChild(closed.node, [&](Node child, std::uint32_t ordinal) {
+        const Index element = contents_[child].element;
+        if (element < elementElsewhere) loaded_.places_[element].ordinal = ordinal;
+    });
+    addContents(closed.element, closed.firstChild);
+}
+
+void XmiBuilder::addContents(Index element, std::size_t firstChild) {
+    const auto begin = waiting_.begin() + static_cast<std::ptrdiff_t>(firstChild);
+    // By feature; those of one feature stay in the order of the file.
+    if (!std::is_sorted(begin, waiting_.end())) std::sort(begin, waiting_.end());
+    for (auto each = begin; each != waiting_.end();) {
+        const auto end = std::find_if(each, waiting_.end(), [&](const Waiting& other) {
+            return other.feature != each->feature;
+        });
+        list_.clear();
+        const meta::Property& property = features_[each->feature].property;
+        for (; each != end; ++each) list_.push_back(loaded_.elements_[each->element]);
+        loaded_.model_.set(loaded_.elements_[element], property, list_);
+    }
+    waiting_.erase(begin, waiting_.end());
+}
+
+void XmiBuilder::addAttributes(Node node, const XmlStart& start, Index element,
+                               const KnownClass& type) {
+    for (const XmlAttribute& each : start.attributes) {
+        const XmlName& name = names_[each.name];
         if (name.isXmi && name.local == "id") addXmiId(node, element, each.value);
-        if (name.isXmi || name.isXsi || name.uri == "http://www.w3.org/XML/1998/namespace") {
-            continue;
+        if (name.isXmi || name.isXsi || name.isXml) continue;
+        if (!features_.isNamespaceKnown(each.name)) {
+            throw Misfit(node, "no given metamodel has the namespace " + inQuotes(name.uri) +
+                                   " of the attribute " + inQuotes(name.local));
         }
-        if (!name.uri.empty() && !metamodel_.hasNamespace(name.uri)) {
-            document_.fail(node, "no given metamodel has the namespace " + inQuotes(name.uri) +
-                                     " of the attribute " + inQuotes(name.local));
-        }
-        const meta::Property property = propertyOf(node, element, each.name);
-        if (property->isAssociation()) {
-            pending_.push_back({node, element, property, each.value, false});
-        } else if (property->isSingleValued()) {
-            addOneValue(node, element, property, each.value);
+        const Feature& feature = featureNamed(node, type, each.name);
+        if (feature.kind == Feature::Kind::Reference) {
+            references_.addList({node, element, feature.number}, each.value);
+        } else if (feature.isSingle) {
+            // Of an element that was just made, only another attribute can have set the value.
+            if (feature.number >= lastOwner_.size()) {
+                lastOwner_.resize(features_.size(), noElement);
+            }
+            const Index before = std::exchange(lastOwner_[feature.number], element);
+            if (before == element) {
+                refuseSecondValue(node, loaded_.elements_[element], feature.property);
+            }
+            addOneValue(node, element, feature, each.value);
         } else {
             for (const std::string_view word : splitAtBlanks(each.value)) {
-                addOneValue(node, element, property, word);
+                addOneValue(node, element, feature, word);
             }
         }
     }
-}
-
-void XmiBuilder::addOneValue(Node node, Index element, const meta::Property& property,
-                             std::string_view text) {
-    const ModelElement& owner = loaded_.elements_[element];
-    const bool isSingle = property->isSingleValued();
-    if (isSingle) refuseSecond(node, element, property);
-    try {
-        if (property->type().kind() == memory::TypeObject::Kind::Integer) {
-            const std::optional<std::int64_t> number = integer(text);
-            if (!number) {
-                document_.fail(node, "the value " + inQuotes(text) + " of " + nameOf(property) +
-                                         " is no integer");
-            }
-            isSingle ? loaded_.model_.set(owner, property, *number)
-                     : loaded_.model_.add(owner, property, *number);
-        } else {
-            const std::u16string value = text::toUtf16(text);
-            isSingle ? loaded_.model_.set(owner, property, value)
-                     : loaded_.model_.add(owner, property, value);
-        }
-    } catch (const memory::ModelError& error) {
-        document_.fail(node, error.what());
-    }
-    if (metamodel_.isId(property)) idValues_.push_back({element, std::string(text)});
-}
-
-void XmiBuilder::refuseSecond(Node node, Index element, const meta::Property& property) const {
-    if (!access::isSet(access::read(loaded_.elements_[element], property))) return;
-    document_.fail(node, nameOf(property) + " holds one value, and the file gives two");
 }
 
 void XmiBuilder::addXmiId(Node node, Index element, std::string_view id) {
-    if (!isId(id)) return;
-    const auto [place, isNew] = loaded_.ids_.emplace(id, element);
-    if (!isNew) {
-        const Position first = document_[nodeOf_[place->second]].position;
-        document_.fail(node, "the id " + inQuotes(id) + " is given twice, first in line " +
-                                 std::to_string(first.line));
-    }
-    loaded_.idOf_.emplace(element, place->first);
+    if (!IdTable::isId(id)) return;
+    const Index before = loaded_.ids_.addXmiId(id, element);
+    if (before == IdTable::none) return;
+    Node first = 0;
+    while (contents_[first].element != before) ++first;
+    const Position position = positionAt(source_, contents_[first].offset);
+    throw Misfit(node, "the id " + inQuotes(id) + " is given twice, first in line " +
+                           std::to_string(position.line));
 }
 
-void XmiBuilder::addIds() {
-    std::unordered_map<std::string_view, Index> first;
-    for (const IdValue& each : idValues_) {
-        const auto [known, isNew] = first.emplace(each.text, each.element);
-        if (!isNew && known->second != each.element) ambiguousIds_.insert(each.text);
-    }
-    for (const IdValue& each : idValues_) {
-        if (!isId(each.text) || ambiguousIds_.contains(each.text)) continue;
-        const auto [place, isNew] = loaded_.ids_.emplace(each.text, each.element);
-        // The `xmi:id` of another element has precedence.
-        if (isNew) loaded_.idOf_.emplace(each.element, place->first);
-    }
-}
-
-void XmiBuilder::resolve(const Pending& pending) {
-    if (pending.isSingleReference) {
-        resolveOne(pending, trimmed(pending.text));
-        return;
-    }
-    // Ids of single references may hold blanks.
-    if (pending.property->isSingleValued()) {
-        const auto whole = loaded_.ids_.find(std::string(trimmed(pending.text)));
-        if (whole != loaded_.ids_.end()) {
-            link(pending.node, pending.element, pending.property, loaded_.elements_[whole->second]);
-            return;
-        }
-    }
-    for (const ListedReference& each : splitReferences(pending.text)) {
-        resolveOne(pending, each.text);
-    }
-}
-
-void XmiBuilder::resolveOne(const Pending& pending, std::string_view reference) {
-    const std::size_t hash = reference.find('#');
-    const bool hasFile = hash != std::string_view::npos && hash != 0;
-    if (hasFile && !meansThisFile(reference.substr(0, hash))) {
-        leaveOut(pending, reference);
-        return;
-    }
-    const std::string_view fragment =
-        hash == std::string_view::npos ? reference : reference.substr(hash + 1);
-    const Index target =
-        fragment.starts_with('/') ? targetOfPath(fragment) : targetOfId(pending, fragment);
-    if (target == elsewhere) {
-        leaveOut(pending, reference);
-    } else if (target == LoadedModel::none) {
-        document_.fail(pending.node, "the reference " + inQuotes(reference) + " of " +
-                                         nameOf(pending.property) +
-                                         " leads to nothing in this file");
-    } else {
-        link(pending.node, pending.element, pending.property, loaded_.elements_[target]);
-    }
-}
-
-XmiBuilder::Index XmiBuilder::targetOfPath(std::string_view fragment) const {
-    const auto path = parseFragmentPath(fragment);
-    const Node node = path ? fragments_.resolve(*path, rootNodes_) : noNode;
-    if (node == noNode) return LoadedModel::none;
-    // What a path leads to may itself be kept in another file.
-    const bool isElsewhere =
-        elementAt_[node] == LoadedModel::none && document_.attribute(node, "href") != nullptr;
-    return isElsewhere ? elsewhere : elementAt_[node];
-}
-
-XmiBuilder::Index XmiBuilder::targetOfId(const Pending& pending, std::string_view id) const {
-    auto found = loaded_.ids_.find(std::string(id));
-    if (found == loaded_.ids_.end()) found = loaded_.ids_.find(percentDecoded(id));
-    if (found != loaded_.ids_.end()) return found->second;
-    if (ambiguousIds_.contains(std::string(id))) {
-        document_.fail(pending.node, "the reference " + inQuotes(id) + " of " +
-                                         nameOf(pending.property) +
-                                         " is the id of several elements");
-    }
-    return LoadedModel::none;
-}
-
-void XmiBuilder::leaveOut(const Pending& pending, std::string_view reference) {
-    const bool allowed = options_.crossFile == CrossFile::LeaveOut ||
-                         (options_.crossFile == CrossFile::LeaveOutOfMetamodels && isMetamodel_);
-    if (!allowed) {
-        document_.fail(pending.node, "the reference " + inQuotes(reference) + " of " +
-                                         nameOf(pending.property) + " leads into another file");
-    }
-    ++loaded_.leftOut_;
-}
-
-bool XmiBuilder::meansThisFile(std::string_view file) const {
-    if (file == document_.file()) return true;
-    const std::filesystem::path own(document_.file());
-    if (percentDecoded(file) == own.filename().string()) return true;
-    return ownNamespaces_.contains(file);
-}
-
-void XmiBuilder::link(Node node, Index element, const meta::Property& property,
-                      const ModelElement& target) {
-    const ModelElement& owner = loaded_.elements_[element];
-    if (property->isSingleValued()) refuseSecond(node, element, property);
-    try {
-        property->isSingleValued() ? loaded_.model_.set(owner, property, target)
-                                   : loaded_.model_.add(owner, property, target);
-    } catch (const memory::ModelError& error) {
-        document_.fail(node, error.what());
-    }
-}
-
-meta::Class XmiBuilder::classNamed(Node node, NameId id) const {
-    const XmlName& name = document_.name(id);
-    const meta::Class found = metamodel_.findClass(name.uri, name.local);
-    if (found) return found;
+const KnownClass& XmiBuilder::classNamed(Node node, NameId id) {
+    const KnownClass* const found = features_.findClass(id);
+    if (found != nullptr) return *found;
+    const XmlName& name = names_[id];
     if (!metamodel_.hasNamespace(name.uri)) {
-        document_.fail(node, "no given metamodel has the namespace " + inQuotes(name.uri) +
-                                 " of the class " + inQuotes(name.local));
+        throw Misfit(node, "no given metamodel has the namespace " + inQuotes(name.uri) +
+                               " of the class " + inQuotes(name.local));
     }
-    document_.fail(node,
-                   "the package " + inQuotes(name.uri) + " has no class " + inQuotes(name.local));
+    throw Misfit(node,
+                 "the package " + inQuotes(name.uri) + " has no class " + inQuotes(name.local));
 }
 
-meta::Class XmiBuilder::classOfContent(Node node, const meta::Property& property) const {
-    const NameId type = document_[node].type;
+const KnownClass& XmiBuilder::classOfContent(Node node, NameId type, const Feature& feature) {
     if (type != noName) return classNamed(node, type);
-    const auto& declared = static_cast<const memory::ClassObject&>(property->type());
-    if (property->getType() == ModelElement::metaClass()) {
-        document_.fail(node, "an element of " + nameOf(property) +
-                                 " may be of any class, so its type is missing (xsi:type)");
+    if (feature.property->getType() == ModelElement::metaClass()) {
+        throw Misfit(node, "an element of " + nameOf(feature.property) +
+                               " may be of any class, so its type is missing (xsi:type)");
     }
-    return declared.handle();
+    return *feature.target;
 }
 
-meta::Property XmiBuilder::propertyOf(Node node, Index element, NameId name) {
-    const meta::Class& type = loaded_.elements_[element]->getClass();
-    meta::Property& property = properties_[{type.get(), name}];
-    if (!property) property = metamodel_.findProperty(type, document_.name(name).local);
-    if (property) return property;
-    document_.fail(node, "the class " + nameOf(type) + " has no feature " +
-                             inQuotes(document_.name(name).local));
+const Feature& XmiBuilder::featureNamed(Node node, const KnownClass& type, NameId name) {
+    const Feature* const feature = features_.find(type, name);
+    if (feature != nullptr) return *feature;
+    throw Misfit(node,
+                 "the class " + nameOf(type) + " has no feature " + inQuotes(names_[name].local));
 }
 
-bool XmiBuilder::hasHref(const memory::ClassObject& type) {
-    const auto [known, isNew] = hasHref_.emplace(&type, false);
-    if (isNew) known->second = static_cast<bool>(type.getProperty(u"href"));
-    return known->second;
+bool XmiBuilder::isNil(const XmlStart& start) const {
+    return std::any_of(start.attributes.begin(), start.attributes.end(),
+                       [&](const XmlAttribute& each) {
+                           const XmlName& name = names_[each.name];
+                           return name.isXsi && name.local == "nil" && each.value == "true";
+                       });
 }
 
-bool XmiBuilder::isNil(Node node) const {
-    const auto attributes = document_.attributes(node);
-    return std::any_of(attributes.begin(), attributes.end(), [&](const XmlAttribute& each) {
-        const XmlName& name = document_.name(each.name);
-        return name.isXsi && name.local == "nil" && each.value == "true";
-    });
+void XmiBuilder::addOneValue(Node node, Index element, const Feature& feature,
+                             std::string_view text) {
+    const ModelElement& owner = loaded_.elements_[element];
+    const meta::Property& property = feature.property;
+    try {
+        if (feature.kind == Feature::Kind::Integer) {
+            const std::optional<std::int64_t> number = integer(text);
+            if (!number) {
+                throw Misfit(node, "the value " + inQuotes(text) + " of " + nameOf(property) +
+                                       " is no integer");
+            }
+            feature.isSingle ? loaded_.model_.set(owner, property, *number)
+                             : loaded_.model_.add(owner, property, *number);
+        } else {
+            assignUtf16(text16_, text);
+            feature.isSingle ? loaded_.model_.set(owner, property, text16_)
+                             : loaded_.model_.add(owner, property, text16_);
+        }
+    } catch (const memory::ModelError& error) {
+        throw Misfit(node, error.what());
+    }
+    if (feature.isId) loaded_.ids_.addValue(text, element);
 }
 
 }  // namespace nuv::zero::xmi

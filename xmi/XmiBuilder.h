@@ -2,27 +2,34 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
-#include "xmi/Fragment.h"
+#include "xmi/FeatureTable.h"
+#include "xmi/FragmentIndex.h"
 #include "xmi/LoadedMetamodel.h"
 #include "xmi/LoadedModel.h"
+#include "xmi/Misfit.h"
 #include "xmi/ReadOptions.h"
-#include "xmi/XmlDocument.h"
+#include "xmi/ReferenceLog.h"
+#include "xmi/ReferenceResolver.h"
+#include "xmi/XmlParser.h"
 
 namespace nuv::zero::xmi {
 
-/// Builds the model of one parsed file, in one go: `XmiBuilder(...).build()`.
+/// Builds the model of one file while it is parsed, in one go: `XmiBuilder(...).build()`.
 ///
 /// First all elements with their contents and values, in the order of the file, then references,
-/// which may lead anywhere in it.
-class XmiBuilder {
+/// which may lead anywhere in it. Besides the model, only what references ask for is kept.
+///
+/// A file that is not well-formed is refused as such, wherever its content may be wrong as well.
+/// So the first misfit is kept, and what follows is parsed and looked at no more.
+class XmiBuilder final : private XmlHandler {
   public:
-    XmiBuilder(const LoadedMetamodel& metamodel, const XmlDocument& document,
+    /// REQUIRES: everything that is given by reference outlives the builder.
+    XmiBuilder(const LoadedMetamodel& metamodel, const std::string& file, ByteSource& source,
                const ReadOptions& options);
 
     LoadedModel build();
@@ -30,85 +37,100 @@ class XmiBuilder {
   private:
     using Index = LoadedModel::Index;
 
-    /// References that stand in one place, to be resolved when all elements are there.
-    struct Pending {
+    /// What an XML element stands for.
+    enum class Role : std::uint8_t {
+        /// `xmi:XMI`, around several roots.
+        Wrapper,
+        /// An element of the model.
+        Element,
+        /// A value of the element around it.
+        Value,
+        /// References of the element around it.
+        References,
+        /// Nothing that is to be read.
+        Skipped,
+    };
+    struct Open {
         Node node;
+        NameId name;
+        Role role;
+        /// The element that it stands for, or the one around it.
         Index element;
-        meta::Property property;
-        std::string_view text;
-        /// One reference as it stands, instead of a list.
-        bool isSingleReference;
+        const KnownClass* type;
+        const Feature* feature;
+        /// Where its children begin among those that wait.
+        std::size_t firstChild;
+    };
+    /// A contained element, to be put into the list of its container with all others.
+    struct Waiting {
+        std::uint32_t feature;
+        Index element;
+        friend auto operator<=>(const Waiting&, const Waiting&) = default;
+    };
+    /// In which order what is wrong with one element is told.
+    enum class Check : std::uint8_t { BeforeText, Text, AfterText };
+    struct Failure {
+        Node node;
+        Check check;
+        std::string reason;
     };
 
-    /// What a path leads to when that is kept in another file.
-    static constexpr Index elsewhere = LoadedModel::none - 1;
+    void enter(const XmlStart& start) override;
+    void text(std::string_view part) override;
+    void leave() override;
 
-    void addRoot(Node node, std::size_t ordinal);
-    /// Returns whether the children of the node are to be looked at.
-    bool addChild(Node node, Index parent);
-    bool addContent(Node node, Index parent, const meta::Property& property);
-    Index create(Node node, const meta::Class& type, Index parent,
-                 const memory::PropertyObject* feature, std::size_t ordinal);
-    void addAttributes(Node node, Index element);
-    void addOneValue(Node node, Index element, const meta::Property& property,
-                     std::string_view text);
+    void fail(Node node, Check check, const std::string& reason);
+    [[noreturn]] void failAt(Node node, std::string_view reason);
+    void finish();
+
+    void open(Node node, const XmlStart& start);
+    void openRoot(Node node, const XmlStart& start);
+    void openChild(Node node, const XmlStart& start, const Open& parent);
+    void openContent(Node node, const XmlStart& start, const Open& parent, const Feature& feature);
+    void create(Node node, const XmlStart& start, const KnownClass& type, Index parent,
+                const Feature* feature);
+    void contain(Node node, Index parent, const Feature& feature, Index element);
+    void closeElement(const Open& closed);
+    void addContents(Index element, std::size_t firstChild);
+    void addAttributes(Node node, const XmlStart& start, Index element, const KnownClass& type);
     void addXmiId(Node node, Index element, std::string_view id);
-    void addIds();
+    void addOneValue(Node node, Index element, const Feature& feature, std::string_view text);
 
-    void resolve(const Pending& pending);
-    void resolveOne(const Pending& pending, std::string_view reference);
-    Index targetOfPath(std::string_view fragment) const;
-    Index targetOfId(const Pending& pending, std::string_view id) const;
-    void leaveOut(const Pending& pending, std::string_view reference);
-    /// Whether the part of a reference in front of `#` means this file.
-    bool meansThisFile(std::string_view file) const;
-    void link(Node node, Index element, const meta::Property& property, const ModelElement& target);
-    void refuseSecond(Node node, Index element, const meta::Property& property) const;
-
-    meta::Class classNamed(Node node, NameId id) const;
+    const KnownClass& classNamed(Node node, NameId id);
     /// The class of a contained element: what the file says, else the type of the property.
-    meta::Class classOfContent(Node node, const meta::Property& property) const;
-    meta::Property propertyOf(Node node, Index element, NameId name);
-    bool isNil(Node node) const;
-    /// Whether `href` is a feature of the class like any other.
-    bool hasHref(const memory::ClassObject& type);
+    const KnownClass& classOfContent(Node node, NameId type, const Feature& feature);
+    const Feature& featureNamed(Node node, const KnownClass& type, NameId name);
+    bool isNil(const XmlStart& start) const;
 
     const LoadedMetamodel& metamodel_;
-    const XmlDocument& document_;
+    const std::string& file_;
+    ByteSource& source_;
     const ReadOptions& options_;
-    FragmentResolver fragments_;
-    std::vector<Node> rootNodes_;
+    XmlNames names_;
+    FeatureTable features_;
+    FragmentIndex fragments_;
+    ReferenceLog references_;
+    OwnNames ownNames_;
     bool isMetamodel_ = false;
-    /// The namespaces of a metamodel's roots, by which it goes, too.
-    std::unordered_set<std::string_view> ownNamespaces_;
 
     LoadedModel loaded_;
-    /// The element that an XML element stands for; `none` where it stands for something else.
-    std::vector<Index> elementAt_;
-    std::vector<Node> nodeOf_;
-    std::vector<Pending> pending_;
+    /// By `Node`.
+    BlockList<NodeContent> contents_;
+    std::vector<Node> rootNodes_;
     std::size_t slots_ = 0;
+    /// By feature, the element that an attribute gave a value last.
+    std::vector<Index> lastOwner_;
 
-    /// The values of iD attributes, until it is known which of them are unique.
-    struct IdValue {
-        Index element;
-        std::string text;
-    };
-    std::vector<IdValue> idValues_;
-    std::unordered_set<std::string> ambiguousIds_;
-
-    struct PropertyKey {
-        const memory::ClassObject* owner;
-        NameId name;
-        bool operator==(const PropertyKey&) const = default;
-    };
-    struct PropertyKeyHash {
-        std::size_t operator()(const PropertyKey& key) const noexcept {
-            return memory::mixAddress(key.owner) + key.name;
-        }
-    };
-    std::unordered_map<PropertyKey, meta::Property, PropertyKeyHash> properties_;
-    std::unordered_map<const memory::ClassObject*, bool> hasHref_;
+    std::vector<Open> open_;
+    std::vector<Waiting> waiting_;
+    /// The list that is being put together.
+    std::vector<ModelElement> list_;
+    /// What stands between the tags of the value or the references that are open.
+    std::string text_;
+    std::u16string text16_;
+    std::optional<Failure> failure_;
+    /// How many of the elements that were entered after the failure are open.
+    std::size_t unseen_ = 0;
 };
 
 }  // namespace nuv::zero::xmi

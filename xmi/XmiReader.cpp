@@ -1,8 +1,7 @@
 #include "xmi/XmiReader.h"
 
-#include "xmi/SourceFile.h"
+#include "xmi/ByteSource.h"
 #include "xmi/XmiBuilder.h"
-#include "xmi/XmlParser.h"
 
 namespace nuv::zero::xmi {
 
@@ -10,12 +9,13 @@ XmiReader::XmiReader(const LoadedMetamodel& metamodel, ReadOptions options)
     : metamodel_(metamodel), options_(options) {}
 
 LoadedModel XmiReader::readFile(const std::string& path) const {
-    return readText(path, xmi::readFile(path, options_.limits.fileBytes));
+    FileSource source(path, options_.limits.fileBytes);
+    return XmiBuilder(metamodel_, path, source, options_).build();
 }
 
 LoadedModel XmiReader::readText(const std::string& name, std::string_view bytes) const {
-    const XmlDocument document = parseXml(name, bytes, options_.limits);
-    return XmiBuilder(metamodel_, document, options_).build();
+    TextSource source(bytes);
+    return XmiBuilder(metamodel_, name, source, options_).build();
 }
 
 }  // namespace nuv::zero::xmi

@@ -1,20 +1,46 @@
 #include "xmi/XmlDocument.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace nuv::zero::xmi {
-namespace {
 
-/// The namespaces of the versions of XMI: "http://www.omg.org/XMI",
-/// "http://www.omg.org/spec/XMI/20131001", "http://schema.omg.org/spec/XMI/2.1".
-bool isXmiNamespace(std::string_view uri) {
-    return uri == "http://www.omg.org/XMI" || uri.starts_with("http://www.omg.org/spec/XMI/") ||
-           uri.starts_with("http://schema.omg.org/spec/XMI/");
+/// Takes down what the parser tells.
+class XmlDocument::Builder final : public XmlHandler {
+  public:
+    explicit Builder(XmlDocument& document) : document_(document) {}
+
+    void enter(const XmlStart& start) override {
+        Element element;
+        element.name = start.name;
+        element.type = start.type;
+        element.parent = open_.empty() ? noNode : open_.back();
+        element.position = start.place.position();
+        element.firstAttribute = static_cast<std::uint32_t>(document_.attributes_.size());
+        element.attributeCount = static_cast<std::uint32_t>(start.attributes.size());
+        for (const XmlAttribute& each : start.attributes) {
+            document_.attributes_.push_back({each.name, document_.texts_.keep(each.value)});
+        }
+        open_.push_back(document_.size());
+        document_.elements_.push_back(element);
+    }
+    /// Metamodels hold nothing of interest between their tags.
+    void text(std::string_view /*part*/) override {}
+    void leave() override {
+        document_.elements_[open_.back()].end = document_.size();
+        open_.pop_back();
+    }
+
+  private:
+    XmlDocument& document_;
+    std::vector<Node> open_;
+};
+
+XmlDocument XmlDocument::parse(std::string file, ByteSource& source, const ReadLimits& limits) {
+    XmlDocument document(std::move(file));
+    Builder builder(document);
+    parseXml(document.file_, source, limits, document.names_, builder);
+    return document;
 }
-
-}  // namespace
-
-XmlDocument::XmlDocument(std::string file) : file_(std::move(file)) {}
 
 std::span<const XmlAttribute> XmlDocument::attributes(Node node) const noexcept {
     const Element& element = elements_[node];
@@ -23,8 +49,7 @@ std::span<const XmlAttribute> XmlDocument::attributes(Node node) const noexcept 
 
 const std::string_view* XmlDocument::attribute(Node node, std::string_view local) const noexcept {
     for (const XmlAttribute& each : attributes(node)) {
-        const XmlName& name = names_[each.name];
-        if (name.uri.empty() && name.local == local) return &each.value;
+        if (names_[each.name].isPlain(local)) return &each.value;
     }
     return nullptr;
 }
@@ -51,32 +76,6 @@ std::vector<Node> XmlDocument::modelRoots() const {
 
 void XmlDocument::fail(Node node, std::string_view reason) const {
     throw ReadError(file_, elements_[node].position, reason);
-}
-
-NameId XmlDocument::intern(std::string_view uri, std::string_view local) {
-    const auto known = nameIds_.find({uri, local});
-    if (known != nameIds_.end()) return known->second;
-    XmlName& name = names_.emplace_back();
-    name.uri = uri;
-    name.local = local;
-    name.isXmi = isXmiNamespace(uri);
-    name.isXsi = uri == "http://www.w3.org/2001/XMLSchema-instance";
-    const auto id = static_cast<NameId>(names_.size() - 1);
-    nameIds_.emplace(std::pair(std::string_view(name.uri), std::string_view(name.local)), id);
-    return id;
-}
-
-std::string_view XmlDocument::keep(std::string_view text) {
-    constexpr std::size_t blockSize = std::size_t{1} << 16U;
-    if (text.empty()) return {};
-    // A block is never grown beyond what it reserved, so views into it stay.
-    if (texts_.empty() || texts_.back().capacity() - texts_.back().size() < text.size()) {
-        texts_.emplace_back().reserve(std::max(blockSize, text.size()));
-    }
-    std::string& block = texts_.back();
-    const std::size_t begin = block.size();
-    block.append(text);
-    return std::string_view(block).substr(begin);
 }
 
 }  // namespace nuv::zero::xmi

@@ -2,42 +2,28 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
-#include <map>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
+#include "xmi/ByteSource.h"
 #include "xmi/ReadError.h"
+#include "xmi/ReadOptions.h"
+#include "xmi/TextArena.h"
+#include "xmi/XmlNames.h"
+#include "xmi/XmlParser.h"
 
 namespace nuv::zero::xmi {
 
-/// A number of an XML element in its document. Parents come before their children.
+/// A number of an XML element in its file. Parents come before their children.
 using Node = std::uint32_t;
 inline constexpr Node noNode = 0xFFFFFFFFU;
 
-/// The name of an XML element, of an attribute or of a type, with the namespace in full.
-struct XmlName {
-    std::string uri;
-    std::string local;
-    /// Whether the namespace is one of the versions of XMI.
-    bool isXmi = false;
-    /// Whether the namespace is XML Schema's for instances (`xsi:type`, `xsi:nil`).
-    bool isXsi = false;
-};
-
-/// A number of a name in its document; equal names have equal numbers.
-using NameId = std::uint32_t;
-inline constexpr NameId noName = 0xFFFFFFFFU;
-
-struct XmlAttribute {
-    NameId name;
-    std::string_view value;
-};
-
 /// An XML file as one flat list of elements, complete and unchangeable after parsing.
+///
+/// For metamodels, which are small and lead from one file into another, so that they are looked at
+/// again and again. Models are built while their file is parsed and have no document.
 ///
 /// Flat, so that no step needs recursion and a subtree is a range of numbers. Attributes and texts
 /// are views that live as long as the document does.
@@ -53,15 +39,13 @@ class XmlDocument {
         std::uint32_t firstAttribute = 0;
         std::uint32_t attributeCount = 0;
         Position position;
-        /// What stands between the tags, without the children; empty when children surround
-        /// nothing but white space.
-        std::string_view text;
     };
 
-    explicit XmlDocument(std::string file);
+    /// Parses a file; throws as `parseXml` does. The source may go afterwards.
+    static XmlDocument parse(std::string file, ByteSource& source, const ReadLimits& limits);
+
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
-    // May throw: what the standard library leaves in a deque that was moved from needs memory.
     XmlDocument(XmlDocument&&) = default;
     XmlDocument& operator=(XmlDocument&&) = default;
     ~XmlDocument() = default;
@@ -70,9 +54,8 @@ class XmlDocument {
     const std::string& file() const noexcept { return file_; }
     Node size() const noexcept { return static_cast<Node>(elements_.size()); }
     const Element& operator[](Node node) const noexcept { return elements_[node]; }
+    const XmlNames& names() const noexcept { return names_; }
     const XmlName& name(NameId id) const noexcept { return names_[id]; }
-    /// The numbers of names are those below this one.
-    NameId nameCount() const noexcept { return static_cast<NameId>(names_.size()); }
     const XmlName& nameOf(Node node) const noexcept { return names_[elements_[node].name]; }
     std::span<const XmlAttribute> attributes(Node node) const noexcept;
     /// The value of an attribute without namespace; null where there is none.
@@ -88,18 +71,14 @@ class XmlDocument {
     [[noreturn]] void fail(Node node, std::string_view reason) const;
 
   private:
-    friend class XmlParser;
-
-    NameId intern(std::string_view uri, std::string_view local);
-    /// Keeps a text for the lifetime of the document.
-    std::string_view keep(std::string_view text);
+    class Builder;
+    explicit XmlDocument(std::string file) : file_(std::move(file)) {}
 
     std::string file_;
     std::vector<Element> elements_;
     std::vector<XmlAttribute> attributes_;
-    std::deque<XmlName> names_;
-    std::map<std::pair<std::string_view, std::string_view>, NameId> nameIds_;
-    std::deque<std::string> texts_;
+    XmlNames names_;
+    TextArena texts_;
 };
 
 }  // namespace nuv::zero::xmi

@@ -48,6 +48,36 @@ TEST(Encoding, NamesAreReadInEveryEncodingSupported) {
     EXPECT_EQ(nameIn(model("ASCII", "e&#xE9;")), "/ A name='e\u00E9'");
 }
 
+/// Files are decoded piece by piece, and most pieces need no decoding.
+TEST(Encoding, LongFilesAreDecodedThroughout) {
+    std::string name(200'000, 'x');
+    for (const std::size_t at : {0U, 65'000U, 131'000U, 199'999U}) name[at] = '\x80';
+    std::string expected = name;
+    for (std::size_t at; (at = expected.find('\x80')) != std::string::npos;) {
+        expected.replace(at, 1, "\u20AC");
+    }
+    EXPECT_EQ(nameIn(model("Cp1252", name)), "/ A name='" + expected + "'");
+    EXPECT_EQ(modelError(names(), model("Cp1252", name + "\x81")),
+              "m.xmi:2:200028: not well-formed (invalid token)");
+    EXPECT_EQ(modelError(names(), model("Cp1252", name) + "\n\x80<"),
+              "m.xmi:3:1: not well-formed (invalid token)");
+}
+
+TEST(Encoding, IsTakenFromTheDeclarationWhereThatIsWhole) {
+    EXPECT_EQ(declaredEncoding("<?xml version='1.0' encoding='a'?>"), "a");
+    EXPECT_EQ(declaredEncoding("<?xml\tversion = \"1.1\"\n encoding\r=\t\"b-1._\" ?>"), "b-1._");
+    EXPECT_EQ(declaredEncoding("<?xml version='1.0' encoding='c' standalone='no'?>"), "c");
+    for (const char* const other :
+         {"", "<a encoding='a'/>", "<?xml encoding='a'?>", "<?xml version='1.0'?>",
+          "<?xml version='1.0'encoding='a'?>", "<?xml version='1.0' encoding='a\">",
+          "<?xml version='1.0' encoding='a' standalone='maybe'?>",
+          "<?xml version='1.0' encoding=a?>", "<?xml version='1.0' encoding='a'",
+          "<?xml version='1.0' encoding='\xE9'?>", "<?xml version='1.0' encoding='a' x='y'?>",
+          " <?xml version='1.0' encoding='a'?>"}) {
+        EXPECT_EQ(declaredEncoding(other), "") << other;
+    }
+}
+
 TEST(Encoding, Utf16IsReadInBothByteOrders) {
     for (const bool bigEndian : {false, true}) {
         EXPECT_EQ(nameIn(utf16("<p:A xmlns:p='urn:p' name='?'/>", u'\u20AC', bigEndian)),

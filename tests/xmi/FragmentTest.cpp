@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "xmi/XmlParser.h"
+#include "xmi/FragmentIndex.h"
 
 namespace nuv::zero::xmi {
 namespace {
@@ -38,11 +38,11 @@ TEST(Fragment, OtherTextsAreNoPaths) {
 }
 
 TEST(Fragment, PathsLeadThroughTagsNamesAndSources) {
-    const XmlDocument document =
-        parseXml("x", R"(<r><a name="n"/><b/><a name="n"><b source="s/t"/></a></r>)", ReadLimits());
-    const FragmentResolver resolver(document);
+    TextSource source(R"(<r><a name="n"/><b/><a name="n"><b source="s/t"/></a></r>)");
+    const XmlDocument document = XmlDocument::parse("x", source, ReadLimits());
+    const FragmentIndex fragments(document.names(), document);
     const auto resolve = [&](std::string_view text) {
-        return resolver.resolve(*parseFragmentPath(text), {0});
+        return fragments.resolve(*parseFragmentPath(text), {0});
     };
     EXPECT_EQ(resolve("/"), 0U);
     EXPECT_EQ(resolve("//@a.0"), 1U);

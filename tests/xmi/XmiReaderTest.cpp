@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "model/memory/ModelAccess.h"
 #include "tests/xmi/ReaderFixture.h"
 
 namespace nuv::zero::xmi::test {
@@ -171,6 +172,49 @@ TEST(XmiReader, ReferencesIntoOtherFilesAreLeftOutOnRequest) {
     EXPECT_EQ(model.path(model.elements()[1]), "//@blocks.1");
 }
 
+/// The same feature under two names, and lists that take turns.
+TEST(XmiReader, ContentsOfOneFeatureKeepTheirOrderUnderTwoNames) {
+    const std::string writtenAs =
+        R"(<eAnnotations source="http:///org/eclipse/emf/ecore/util/ExtendedMetaData">
+           <details key="name" value="item"/></eAnnotations>)";
+    const LoadedMetamodel metamodel = metamodelOf(
+        R"(<eClassifiers xsi:type="ecore:EClass" name="A">)" + reference("others", "A", contents) +
+        R"(<eStructuralFeatures xsi:type="ecore:EReference"
+            name="items" eType="#//A" containment="true" upperBound="-1">)" +
+        writtenAs + "</eStructuralFeatures>" + attribute("name") + "</eClassifiers>");
+    const LoadedModel model =
+        modelOf(metamodel, root("A", "",
+                                "<item name='1'/><others name='2'/><items name='3'/>"
+                                "<item name='4'><items name='5'/></item><others name='6'/>"));
+    EXPECT_EQ(describe(model).front(),
+              "/ A others=[//@others.0 //@others.1] items=[//@items.0 //@items.0 //@items.1]");
+    EXPECT_EQ(model.path(model.elements()[1]), "//@items.0");
+}
+
+/// Long files are read in pieces.
+TEST(XmiReader, ErrorsInLongFilesNameTheLine) {
+    std::string children;
+    for (int i = 0; i < 20'000; ++i) children += "<blocks name='\u00E9'/>\n";
+    EXPECT_EQ(modelError(blocks(), root("Block", "", children + "  <blok/>")),
+              "m.xmi:20002:3: the class Block has no feature 'blok'");
+    EXPECT_EQ(
+        modelError(blocks(), root("Block", "", children + "<!-- \u00E9 --> <core type='x'/>")),
+        "m.xmi:20002:12: the reference 'x' of Block.type leads to nothing in this file");
+}
+
+/// A start tag longer than several pieces.
+TEST(XmiReader, LongListsOfReferencesAreReadWhole) {
+    std::string uses;
+    for (int i = 0; i < 50'000; ++i) uses += i % 2 == 0 ? "//@core " : "/ ";
+    const LoadedModel model = modelOf(blocks(), root("Block", "uses='" + uses + "'", "<core/>"));
+    const std::vector<ModelElement> read = access::toElements(access::read(
+        model.roots().front(), model.roots().front()->getClass()->getProperty(u"uses")));
+    ASSERT_EQ(read.size(), 50'000U);
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        ASSERT_EQ(read[i], model.elements()[1 - i % 2]);
+    }
+}
+
 struct BadModel {
     const char* name;
     std::string text;
@@ -241,6 +285,35 @@ INSTANTIATE_TEST_SUITE_P(
                  "m.xmi:2:1: the value of Named.name is no text"},
         BadModel{"ForeignElement", root("Block", "", "<q:core xmlns:q='urn:q'/>"),
                  "m.xmi:2:1: no given metamodel has the namespace 'urn:q' of the element 'core'"},
+        // What is wrong with the whole file is told before what is wrong with its content, and of
+        // the content what stands first; the text of an element comes before all that is inside.
+        BadModel{"NotXmlBehindAMisfit", root("Block", R"(nam="a")") + "<",
+                 "m.xmi:3:11: unclosed token"},
+        BadModel{"BadTypeBehindAMisfit", root("Block", R"(nam="a")", R"(<core xsi:type="q:X"/>)"),
+                 "m.xmi:2:1: the prefix of the type 'q:X' is not declared"},
+        BadModel{"TwoMisfits", root("Block", "", "<blok/>\n<named/>"),
+                 "m.xmi:2:1: the class Block has no feature 'blok'"},
+        BadModel{"MisfitAndUnknownReference", root("Block", R"(type="x")", "<blok/>"),
+                 "m.xmi:2:1: the class Block has no feature 'blok'"},
+        BadModel{"TextBehindAMisfit", root("Block", "", "<core>\n<blok/>text</core>"),
+                 "m.xmi:2:1: the element 'core' holds text where elements are expected"},
+        BadModel{"TextBehindAMisfitOfTheSameElement",
+                 root("Block", "", R"(<core nam="a">x</core>)"),
+                 "m.xmi:2:1: the element 'core' holds text where elements are expected"},
+        BadModel{"TextAroundATextAmongElements", root("Block", "", "<core>a</core>b"),
+                 "m.xmi:1:1: the element 'Block' holds text where elements are expected"},
+        BadModel{"TextInsideAMisfit", root("Block", "", "<blok>text</blok>"),
+                 "m.xmi:2:1: the class Block has no feature 'blok'"},
+        BadModel{"TextOfALaterElement", root("Block", "", "<blok/>\n<core>text</core>"),
+                 "m.xmi:2:1: the class Block has no feature 'blok'"},
+        BadModel{"ContentOfTheWrongType",
+                 root("Block", "", R"(<named xsi:type="p:Block"/><named xsi:type="p:Other"/>)"),
+                 "m.xmi:2:28: The property Block.named of Block'' cannot hold Other'', because its "
+                 "type is Named."},
+        BadModel{"ListWithAnElementOfTheWrongType",
+                 roots(R"(<p:Block uses="/0 /1 /0"/><p:Other/>)"),
+                 "m.xmi:2:1: The property Block.uses of Block'' cannot hold Other'', because its "
+                 "type is Block."},
         BadModel{"NoRoots", roots(""), "m.xmi:1:1: the file holds no element of a model"}),
     [](const auto& tested) { return std::string(tested.param.name); });
 

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace nuv::zero::xmi {
+
+/// The bytes that are to be parsed, to be read piece by piece and from any place, so that nobody
+/// has to hold all of them.
+class ByteSource {
+  public:
+    ByteSource() = default;
+    ByteSource(const ByteSource&) = delete;
+    ByteSource& operator=(const ByteSource&) = delete;
+    virtual ~ByteSource();
+
+    virtual std::size_t size() const noexcept = 0;
+    /// Copies bytes and says how many. Fewer than wanted mean the end: that of the source, or of a
+    /// file that was cut off meanwhile. Throws `ReadError` when they cannot be read.
+    virtual std::size_t read(std::size_t from, char* into, std::size_t wanted) = 0;
+};
+
+/// Bytes that are at hand, and stay there.
+class TextSource final : public ByteSource {
+  public:
+    explicit TextSource(std::string_view bytes) : bytes_(bytes) {}
+    std::size_t size() const noexcept override { return bytes_.size(); }
+    std::size_t read(std::size_t from, char* into, std::size_t wanted) override;
+
+  private:
+    std::string_view bytes_;
+};
+
+/// The bytes of a file. What can only be read from the front to the back, such as a pipe, is read
+/// as a whole at once.
+class FileSource final : public ByteSource {
+  public:
+    /// Throws `ReadError` when the file cannot be opened or read, or is longer than the limit.
+    FileSource(const std::string& path, std::size_t limit);
+    ~FileSource() override;
+
+    std::size_t size() const noexcept override { return size_; }
+    std::size_t read(std::size_t from, char* into, std::size_t wanted) override;
+
+  private:
+    struct Closing {
+        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    };
+
+    /// Whether one can go to any place; finds the size then.
+    bool isSeekable(std::size_t limit);
+    void readAll(std::size_t limit);
+    [[noreturn]] void failTooLong(std::size_t limit) const;
+    void checkRead() const;
+
+    std::string path_;
+    std::unique_ptr<std::FILE, Closing> file_;
+    std::size_t size_ = 0;
+    /// Where the next byte comes from without a jump.
+    std::size_t at_ = 0;
+    /// All bytes, where one cannot go to any place, and of small files.
+    std::string bytes_;
+    bool isWhole_ = false;
+};
+
+}  // namespace nuv::zero::xmi

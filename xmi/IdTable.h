@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "xmi/TextTable.h"
+
+namespace nuv::zero::xmi {
+
+/// Which element of a file has which id.
+///
+/// An id is an `xmi:id`, or the value of an attribute that the metamodel declares as iD. The first
+/// kind has precedence, and a value that several elements share identifies none of them, so values
+/// count only when all of them are known (`settle`).
+class IdTable {
+  public:
+    /// A number of an element, in the order of the file.
+    using Index = std::uint32_t;
+    static constexpr Index none = 0xFFFFFFFFU;
+
+    /// The element that has the `xmi:id` already; `none` where it is new, and is taken down.
+    /// REQUIRES: the text is an id, see `isId`.
+    Index addXmiId(std::string_view id, Index element);
+    void addValue(std::string_view value, Index element);
+    /// REQUIRES: everything was added.
+    void settle();
+
+    /// The element; `none` where nothing has the id.
+    Index find(std::string_view id) const noexcept;
+    /// Whether several elements share the value, and no `xmi:id` is the same.
+    bool isShared(std::string_view value) const noexcept;
+    /// The id of an element, its first where it has several; nothing where it has none.
+    std::optional<std::string_view> idOf(Index element) const noexcept;
+    /// All ids, in no order.
+    std::vector<std::string> all() const;
+
+    /// Whether a text can identify an element: a path could not be told from one.
+    static bool isId(std::string_view text) noexcept {
+        return !text.empty() && !text.starts_with('/');
+    }
+
+  private:
+    struct Owner {
+        enum class Kind : std::uint8_t { XmiId, Value, Shared, Nobody };
+        Index element;
+        Kind kind;
+        bool hasId() const noexcept { return kind == Kind::XmiId || kind == Kind::Value; }
+    };
+
+    void giveId(Index element, TextTable::Number text);
+
+    TextTable texts_;
+    /// By the number of the text.
+    std::vector<Owner> owners_;
+    /// The number of its id by element, up to the last element that has one.
+    std::vector<TextTable::Number> idOf_;
+};
+
+}  // namespace nuv::zero::xmi
