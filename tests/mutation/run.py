@@ -110,7 +110,9 @@ def run_all(waiting, applying, results, options):
         print(f"{done}/{len(waiting)} {mutant.name}: {verdict(mutant, status)} {detail} "
               f"({seconds:.1f} s)", flush=True)
 
+    # What has to pass all suites takes longest.
     inside = [m for m in waiting if m.name not in workshop.alone]
+    inside.sort(key=lambda mutant: mutant.equivalent != "")
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         for attempted in [pool.submit(attempt, m, workshop.test) for m in inside]:
             attempted.result()
