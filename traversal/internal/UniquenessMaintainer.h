@@ -8,10 +8,12 @@ namespace nuv::zero::traversal::internal {
 
 /// Decides whether a link may be reported, and remembers what it was asked about: a link that is
 /// left out for another reason afterwards still counts as seen.
+///
+/// A maintainer lends the handles of the links that it remembers from whoever asks: elements and
+/// properties must outlive its use of them. A walk guarantees that.
 class UniquenessMaintainer {
   public:
     UniquenessMaintainer() = default;
-    UniquenessMaintainer(const UniquenessMaintainer&) = delete;
     UniquenessMaintainer& operator=(const UniquenessMaintainer&) = delete;
     virtual ~UniquenessMaintainer();
 
@@ -19,6 +21,9 @@ class UniquenessMaintainer {
     virtual std::unique_ptr<UniquenessMaintainer> clone() const = 0;
     /// Whether it ever refuses a link, so that it has to be asked.
     virtual bool remembers() const noexcept = 0;
+
+  protected:
+    UniquenessMaintainer(const UniquenessMaintainer&) = default;
 };
 
 std::unique_ptr<UniquenessMaintainer> makeUniquenessMaintainer(UniquenessMode mode);

@@ -22,7 +22,6 @@ void NumberSet::Entry::spreadTo(Line& line) noexcept {
 }
 
 void NumberSet::Lines::reserve(std::size_t count) {
-    blocks_.reserve(blocks_.size() + 1);
     blocks_.push_back(std::make_unique<Line[]>(count));
     capacity_ = count;
     used_ = 0;
