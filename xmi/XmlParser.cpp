@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <exception>
 #include <limits>
 #include <map>
@@ -162,7 +163,7 @@ class XmlRun {
         guarded(self, [](XmlRun& run) { run.fail("document type declarations are not accepted"); });
     }
 
-    void enter(std::string_view name, const XML_Char** pairs) {
+    void enter(const XML_Char* name, const XML_Char** pairs) {
         if (depth_ >= limits_.depth) {
             fail("elements are nested deeper than " + std::to_string(limits_.depth) + " levels");
         }
@@ -195,9 +196,15 @@ class XmlRun {
         return name;
     }
 
-    NameId nameOf(std::string_view written) {
+    /// The parser keeps a name in one place while it is in use, so that most names are found by
+    /// where they stand. Whether it is still the same name there is looked at nevertheless.
+    NameId nameOf(const XML_Char* written) {
+        const auto address = reinterpret_cast<std::uintptr_t>(written);
+        Known& known = known_[(address / 8) % known_.size()];
+        if (known.place == written && known.text == written) return known.name;
         const NameId id = names_.add(written);
         checkNames();
+        known = {written, names_.writtenAs(id), id};
         return id;
     }
 
@@ -212,6 +219,12 @@ class XmlRun {
     XmlHandler& handler_;
     TypeNames types_;
     Expat parser_;
+    struct Known {
+        const XML_Char* place = nullptr;
+        std::string_view text;
+        NameId name = noName;
+    };
+    std::array<Known, 256> known_;
     std::vector<XmlAttribute> attributes_;
     std::size_t depth_ = 0;
     std::size_t elements_ = 0;
