@@ -34,7 +34,8 @@ class TypeNames {
 
     /// `noName` where the prefix is not declared. REQUIRES: the type is not empty.
     NameId resolve(std::string_view type) {
-        const auto mix = static_cast<unsigned char>(type.back()) * 31U + type.size();
+        const std::size_t mix =
+            static_cast<unsigned char>(type.back()) * std::size_t{31} + type.size();
         Known& known = known_[mix % known_.size()];
         if (known.scope == scope_ && known.type == type) return known.name;
         const NameId name = lookUp(type);
@@ -80,7 +81,7 @@ class XmlRun {
   public:
     XmlRun(const std::string& file, const ReadLimits& limits, XmlNames& names, XmlHandler& handler)
         : file_(file), limits_(limits), names_(names), handler_(handler), types_(names) {
-        const XML_Parser parser = parser_.get();
+        XML_ParserStruct* const parser = parser_.get();
         XML_SetUserData(parser, this);
         XML_SetElementHandler(parser, &XmlRun::startElement, &XmlRun::endElement);
         XML_SetCharacterDataHandler(parser, &XmlRun::text);
