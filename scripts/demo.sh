@@ -43,8 +43,8 @@ every_walk "--traverse Package.packages --traverse Package.blocks --traverse Blo
     examples/models/system.ecore examples/models/drone.xmi
 walk --format count examples/models/system.ecore examples/models/drone.xmi
 
-# Larger models of others, where somebody has put them beside this project.
-models=../shared/models
+# Larger models of others, where somebody has said where they are.
+models=${MODELING_NUV0_SAMPLES:-/nowhere}/models
 
 # more TITLE ADDITIVE_RULES METAMODEL MODEL
 more() {

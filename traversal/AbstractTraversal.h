@@ -102,13 +102,15 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
   protected:
     /// Only `Spec` can make one, so every builder that callers get lives in a shared pointer.
     class InstantiateToken {
+      public:
+        /// The compiler's own would let `std::bit_cast` make a token of any byte.
+        // NOLINTNEXTLINE(modernize-use-equals-default): see above
+        InstantiateToken(const InstantiateToken& /*other*/) noexcept {}
+        InstantiateToken& operator=(const InstantiateToken&) = default;
+
+      private:
         friend class Spec;
         explicit InstantiateToken() {}  // NOLINT(modernize-use-equals-default): not an aggregate
-
-      public:
-        // Not trivial, so that nobody makes a token out of other bytes.
-        InstantiateToken(const InstantiateToken&) {}  // NOLINT(modernize-use-equals-default)
-        InstantiateToken& operator=(const InstantiateToken&) = default;
     };
     friend class Spec;
 

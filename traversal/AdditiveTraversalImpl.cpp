@@ -39,6 +39,7 @@ class AdditivePropertyProvider final : public PropertyProvider {
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): tokens are empty
 AdditiveTraversalImpl::AdditiveTraversalImpl(InstantiateToken /*token*/) {}
 AdditiveTraversalImpl::AdditiveTraversalImpl(const AdditiveTraversalImpl& other) = default;
 AdditiveTraversalImpl& AdditiveTraversalImpl::operator=(const AdditiveTraversalImpl& other) {

@@ -36,6 +36,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AdditiveTraversalImpl
     std::shared_ptr<AdditiveTraversalImpl> traverse(
         const PropertyMatcher& matcher, const std::function<bool(const Class&)>& classMatcher,
         ResultPolicy policy);
+    template <PredicateOverElements F, class = typename RefusedPredicate<F>::Always>
+    std::shared_ptr<AdditiveTraversalImpl> traverse(const PropertyMatcher& matcher,
+                                                    const F& classMatcher,
+                                                    ResultPolicy policy) = delete;
     std::shared_ptr<AdditiveTraversalImpl> traverse(const std::vector<PropertyMatcher>& matchers,
                                                     ResultPolicy policy);
     /// For lists in braces, which may hold one property only.

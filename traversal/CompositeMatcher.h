@@ -43,6 +43,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
     /// predicate that is being asked may file rules, but not replace its own.
     void composeMatcher(const Class& owner, const std::function<bool(const Class&)>& matcher,
                         ResultPolicy policy);
+    template <PredicateOverElements F, class = typename RefusedPredicate<F>::Always>
+    void composeMatcher(const Class& owner, const F& matcher, ResultPolicy policy) = delete;
     /// Changes the policy of the rule filed under a class; without such a rule nothing happens.
     void composePolicy(const Class& owner, ResultPolicy policy);
 

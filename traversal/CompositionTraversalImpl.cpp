@@ -8,6 +8,7 @@ namespace nuv::zero::traversal {
 template class AbstractTraversal<CompositionTraversalImpl>;
 template class PruningTraversal<CompositionTraversalImpl>;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): tokens are empty
 CompositionTraversalImpl::CompositionTraversalImpl(InstantiateToken /*token*/) {}
 CompositionTraversalImpl::CompositionTraversalImpl(const CompositionTraversalImpl& other) = default;
 CompositionTraversalImpl& CompositionTraversalImpl::operator=(const CompositionTraversalImpl& other) = default;

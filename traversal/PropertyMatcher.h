@@ -25,6 +25,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyMatcher {
     PropertyMatcher(const Property& property);  // NOLINT(google-explicit-constructor)
     PropertyMatcher(const Property& property, const std::function<bool(const Class&)>& matcher,
                     const Class& owner);
+    template <PredicateOverElements F, class = typename RefusedPredicate<F>::Always>
+    PropertyMatcher(const Property& property, const F& matcher, const Class& owner) = delete;
     PropertyMatcher(const PropertyMatcher& other);
     /// Leaves no property, no owner and an empty predicate behind.
     PropertyMatcher(PropertyMatcher&& other) noexcept;

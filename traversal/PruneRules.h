@@ -21,8 +21,8 @@ MODELING_NUV0_TRAVERSAL_EXPORT void doSetResultPolicyForMatchersMap(
 namespace internal {
 /// Files a rule that cuts the matcher's property away, in a new pruning entry or in the entry that
 /// the property has.
-void pruneInMatchersMap(std::unordered_map<Property, CompositeMatcher>& matchersMap,
-                        const PropertyMatcher& matcher);
+MODELING_NUV0_TRAVERSAL_EXPORT void pruneInMatchersMap(
+    std::unordered_map<Property, CompositeMatcher>& matchersMap, const PropertyMatcher& matcher);
 }  // namespace internal
 
 }  // namespace nuv::zero::traversal

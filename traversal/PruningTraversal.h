@@ -28,6 +28,8 @@ class PruningTraversal : public AbstractTraversal<Impl> {
     /// The same with another predicate in place of the matcher's own.
     std::shared_ptr<Impl> prune(const PropertyMatcher& matcher,
                                 const std::function<bool(const Class&)>& classMatcher);
+    template <PredicateOverElements F, class = typename RefusedPredicate<F>::Always>
+    std::shared_ptr<Impl> prune(const PropertyMatcher& matcher, const F& classMatcher) = delete;
     std::shared_ptr<Impl> prune(const std::vector<PropertyMatcher>& matchers);
     /// For lists in braces, which may hold one property only.
     std::shared_ptr<Impl> prune(std::initializer_list<PropertyMatcher> matchers) {

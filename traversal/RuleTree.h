@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "traversal/ClassPredicate.h"
+#include "traversal/Export.h"
 #include "traversal/fwd.h"
 
 namespace nuv::zero::traversal::internal {
@@ -16,7 +17,7 @@ namespace nuv::zero::traversal::internal {
 /// the order of filing. That is well defined here: a new class descends right of every entry that
 /// is less than it and left of every other, and stays where the descent ends. Nothing is ever
 /// compared again or moved, so filing a class twice takes the same way and finds its entry.
-class RuleTree {
+class MODELING_NUV0_TRAVERSAL_EXPORT RuleTree {
   public:
     struct Rule {
         Class owner;

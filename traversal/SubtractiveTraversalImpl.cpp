@@ -8,6 +8,7 @@ namespace nuv::zero::traversal {
 template class AbstractTraversal<SubtractiveTraversalImpl>;
 template class PruningTraversal<SubtractiveTraversalImpl>;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): tokens are empty
 SubtractiveTraversalImpl::SubtractiveTraversalImpl(InstantiateToken /*token*/) {}
 SubtractiveTraversalImpl::SubtractiveTraversalImpl(const SubtractiveTraversalImpl& other) = default;
 SubtractiveTraversalImpl& SubtractiveTraversalImpl::operator=(const SubtractiveTraversalImpl& other) = default;

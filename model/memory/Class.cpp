@@ -1,11 +1,86 @@
 #include "model/memory/Class.h"
 
+#include <algorithm>
+#include <functional>
 #include <unordered_set>
 #include <utility>
 
-#include "model/memory/StandardMetamodel.h"
-
 namespace nuv::zero::memory {
+
+PropertyObject::PropertyObject(const meta::Class& metaClass, ClassObject& owner,
+                               std::u16string_view name, const TypeObject& type, int upperBound,
+                               PropertyFlags flags, std::uint32_t slot)
+    : Object(metaClass, *owner.storage()),
+      owner_(&owner),
+      type_(&type),
+      name_(name),
+      upperBound_(upperBound),
+      flags_(flags),
+      emptyWhenNeverSet_(upperBound == 1 || type.isClass()),
+      slotHint_(slot) {}
+
+PropertyObject::~PropertyObject() {
+    Lending::forget(opposite_);
+}
+
+meta::StructuredType PropertyObject::getOwningType() const noexcept {
+    return meta::StructuredType(owner_);
+}
+
+ClassLayout::ClassLayout(const ClassObject& self, const std::vector<ClassObject*>& superclasses,
+                         const ClassLayout* before) {
+    if (before != nullptr) {
+        slotOrder_ = before->slotOrder_;
+        otherSlots_ = before->otherSlots_;
+    }
+
+    // The lineage of each superclass holds its ancestors in the right order already; what an
+    // earlier superclass brought is left out, together with everything above it.
+    std::unordered_set<const ClassObject*> seen;
+    for (const ClassObject* superclass : superclasses) {
+        for (const ClassObject* ancestor : superclass->layout().lineage()) {
+            if (seen.insert(ancestor).second) lineage_.push_back(ancestor);
+        }
+    }
+    lineage_.push_back(&self);
+    isChain_ = superclasses.empty() ||
+               (superclasses.size() == 1 && superclasses.front()->layout().isChain_);
+    sortedLineage_ = lineage_;
+    std::sort(sortedLineage_.begin(), sortedLineage_.end(), std::less<>());
+
+    for (const ClassObject* ancestor : lineage_) {
+        for (const PropertyObject& property : ancestor->ownProperties()) {
+            if (slotOf(property) == noSlot) takeSlot(property);
+        }
+    }
+}
+
+bool ClassLayout::isAmongAncestors(const ClassObject& other) const noexcept {
+    return std::binary_search(sortedLineage_.begin(), sortedLineage_.end(), &other, std::less<>());
+}
+
+ClassLayout::Slot ClassLayout::lookUpSlot(const PropertyObject& property) const noexcept {
+    if (otherSlots_.empty()) return noSlot;
+    const auto found = otherSlots_.find(&property);
+    return found == otherSlots_.end() ? noSlot : found->second;
+}
+
+void ClassLayout::takeSlot(const PropertyObject& property) {
+    const Slot slot = slotCount();
+    slotOrder_.push_back(&property);
+    if (slot == property.slotHint_) return;
+    try {
+        otherSlots_.emplace(&property, slot);
+    } catch (...) {
+        slotOrder_.pop_back();
+        throw;
+    }
+}
+
+void ClassLayout::giveBackSlot(const PropertyObject& property) noexcept {
+    slotOrder_.pop_back();
+    otherSlots_.erase(&property);
+}
 
 ClassObject::ClassObject(const ClassObject* metaClass, std::u16string_view name,
                          std::u16string_view qualifiedName, Storage& storage,
@@ -72,11 +147,3 @@ const PropertyObject* ClassObject::findOwn(std::u16string_view name) const noexc
 }
 
 }  // namespace nuv::zero::memory
-
-namespace nuv::zero::meta {
-
-const Class& Class::metaClass() {
-    return memory::StandardMetamodel::instance().classOfClasses().handle();
-}
-
-}  // namespace nuv::zero::meta

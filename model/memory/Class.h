@@ -1,11 +1,168 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <deque>
+#include <functional>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
-#include "model/memory/ClassLayout.h"
-#include "model/memory/Property.h"
+#include "model/Export.h"
+#include "model/memory/Type.h"
+
+namespace nuv::zero::memory {
+
+/// What a property is, combined with `|`.
+enum class PropertyFlags : std::uint8_t {
+    None = 0,
+    /// The property links to other elements; only such properties are ever walked.
+    Association = 1,
+    /// The value is computed from others; never walked.
+    Derived = 2,
+    /// The property contains its targets.
+    Composite = 4,
+};
+constexpr PropertyFlags operator|(PropertyFlags a, PropertyFlags b) noexcept {
+    return static_cast<PropertyFlags>(static_cast<std::uint8_t>(a) | static_cast<std::uint8_t>(b));
+}
+constexpr bool has(PropertyFlags flags, PropertyFlags flag) noexcept {
+    return (static_cast<std::uint8_t>(flags) & static_cast<std::uint8_t>(flag)) != 0;
+}
+
+/// The upper bound of a property without a limit.
+inline constexpr int unbounded = -1;
+
+}  // namespace nuv::zero::memory
+
+namespace nuv::zero::meta {
+
+/// A handle of a property: a named, typed slot of a class, perhaps with an opposite end.
+class Property : public ModelElement {
+  public:
+    using Impl = memory::PropertyObject;
+    Property() noexcept = default;
+    explicit inline Property(const Impl* impl) noexcept;
+    inline Impl* operator->() const noexcept;
+    inline Impl* get() const noexcept;
+};
+
+}  // namespace nuv::zero::meta
+
+namespace nuv::zero::memory {
+
+class MODELING_NUV0_MODEL_EXPORT PropertyObject final : public Object {
+  public:
+    /// `slot` is the property's slot in the elements of its declaring class.
+    PropertyObject(const meta::Class& metaClass, ClassObject& owner, std::u16string_view name,
+                   const TypeObject& type, int upperBound, PropertyFlags flags, std::uint32_t slot);
+    ~PropertyObject();
+
+    const std::u16string& getName() const noexcept { return name_; }
+    const TypeObject& type() const noexcept { return *type_; }
+    meta::Type getType() const noexcept { return meta::Type(type_); }
+    int getUpperBound() const noexcept { return upperBound_; }
+    /// Exactly an upper bound of one means single-valued.
+    bool isSingleValued() const noexcept { return upperBound_ == 1; }
+    PropertyFlags flags() const noexcept { return flags_; }
+    bool isAssociation() const noexcept { return has(flags_, PropertyFlags::Association); }
+    bool isDerived() const noexcept { return has(flags_, PropertyFlags::Derived); }
+    bool isComposite() const noexcept { return has(flags_, PropertyFlags::Composite); }
+
+    /// Whether a never-set value designates no elements, instead of being none that could.
+    bool isEmptyWhenNeverSet() const noexcept { return emptyWhenNeverSet_; }
+
+    /// The property at the other end of the association; null where there is none.
+    const meta::Property& getOpposite() const noexcept { return opposite_; }
+    /// The type that declares the property.
+    meta::StructuredType getOwningType() const noexcept;
+    const ClassObject& owner() const noexcept { return *owner_; }
+
+  private:
+    friend class ClassLayout;
+    friend class Hierarchy;
+
+    ClassObject* owner_;
+    const TypeObject* type_;
+    std::u16string name_;
+    int upperBound_;
+    PropertyFlags flags_;
+    bool emptyWhenNeverSet_;
+    /// The property's slot in its declaring class, and in most subclasses.
+    std::uint32_t slotHint_;
+    /// Not counted: the storage of the metamodel outlives all its properties.
+    meta::Property opposite_;
+};
+
+}  // namespace nuv::zero::memory
+
+namespace nuv::zero::meta {
+
+inline Property::Property(const Impl* impl) noexcept : ModelElement(impl) {}
+inline Property::Impl* Property::operator->() const noexcept {
+    return get();
+}
+inline Property::Impl* Property::get() const noexcept {
+    return static_cast<Impl*>(ModelElement::get());
+}
+
+}  // namespace nuv::zero::meta
+
+namespace nuv::zero::memory {
+
+/// What a class derives from its place in the hierarchy: its ancestors, and the numbers of the
+/// slots that hold its properties in its elements.
+///
+/// Slot numbers are given as properties become known and never change, so that elements made before
+/// a property was declared stay readable.
+class ClassLayout {
+  public:
+    using Slot = std::uint32_t;
+    static constexpr Slot noSlot = 0xFFFFFFFFU;
+
+    /// The layout of a class below these superclasses. What `before` numbered keeps its number.
+    ClassLayout(const ClassObject& self, const std::vector<ClassObject*>& superclasses,
+                const ClassLayout* before);
+
+    /// All ancestors, each after its own ancestors, and the class itself last.
+    const std::vector<const ClassObject*>& lineage() const noexcept { return lineage_; }
+    /// Whether the other layout is of the same class or of an ancestor.
+    bool descendsFrom(const ClassLayout& other) const noexcept {
+        // Under single inheritance an ancestor stands at the same place in every lineage.
+        const std::size_t place = other.lineage_.size() - 1;
+        const ClassObject* sought = other.lineage_.back();
+        if (place < lineage_.size() && lineage_[place] == sought) return true;
+        return !isChain_ && isAmongAncestors(*sought);
+    }
+
+    Slot slotOf(const PropertyObject& property) const noexcept {
+        const Slot hint = property.slotHint_;
+        if (hint < slotOrder_.size() && slotOrder_[hint] == &property) return hint;
+        return lookUpSlot(property);
+    }
+    Slot slotCount() const noexcept { return static_cast<Slot>(slotOrder_.size()); }
+
+    /// Numbers one more property. Throws `std::bad_alloc`, and then has changed nothing.
+    void takeSlot(const PropertyObject& property);
+    /// Takes back the latest `takeSlot`.
+    void giveBackSlot(const PropertyObject& property) noexcept;
+
+  private:
+    MODELING_NUV0_MODEL_EXPORT bool isAmongAncestors(const ClassObject& other) const noexcept;
+    MODELING_NUV0_MODEL_EXPORT Slot lookUpSlot(const PropertyObject& property) const noexcept;
+
+    std::vector<const ClassObject*> lineage_;
+    /// Whether neither the class nor an ancestor has more than one superclass.
+    bool isChain_ = true;
+    /// The same, sorted by address, to find in.
+    std::vector<const ClassObject*> sortedLineage_;
+    std::vector<const PropertyObject*> slotOrder_;
+    /// Those properties whose number here differs from the one in their declaring class.
+    std::unordered_map<const PropertyObject*, Slot> otherSlots_;
+};
+
+}  // namespace nuv::zero::memory
 
 namespace nuv::zero::meta {
 
@@ -87,3 +244,5 @@ inline Class::Impl* Class::get() const noexcept {
 
 template <>
 struct std::hash<nuv::zero::meta::Class> : std::hash<nuv::zero::ModelElement> {};
+template <>
+struct std::hash<nuv::zero::meta::Property> : std::hash<nuv::zero::ModelElement> {};

@@ -14,7 +14,5 @@ std::string quoted(std::u16string_view text);
 std::string type(const TypeObject& type);
 /// `Block.ports`: the declaring class and the name.
 std::string property(const PropertyObject& property);
-/// `Block'b1'`: the class and the text of the property called "name", empty where there is none.
-std::string element(const Object& element);
 
 }  // namespace nuv::zero::memory::describe

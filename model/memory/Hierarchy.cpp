@@ -47,12 +47,12 @@ void Hierarchy::addSuperclass(ClassObject& type, ClassObject& superclass) {
     superclass.subclasses_.push_back(&type);
 }
 
-PropertyObject& Hierarchy::addProperty(ClassObject& owner, std::u16string_view name,
-                                       const TypeObject& type, int upperBound,
-                                       PropertyFlags flags) {
+PropertyObject& Hierarchy::addProperty(const meta::Class& metaClass, ClassObject& owner,
+                                       std::u16string_view name, const TypeObject& type,
+                                       int upperBound, PropertyFlags flags) {
     const std::vector<ClassObject*> affected = descendants(owner);
-    PropertyObject& property = owner.ownProperties_.emplace_back(owner, name, type, upperBound,
-                                                                 flags, owner.layout_.slotCount());
+    PropertyObject& property = owner.ownProperties_.emplace_back(
+        metaClass, owner, name, type, upperBound, flags, owner.layout_.slotCount());
     std::size_t done = 0;
     try {
         for (; done < affected.size(); ++done) affected[done]->layout_.takeSlot(property);

@@ -25,8 +25,9 @@ class Hierarchy {
     void addSuperclass(ClassObject& type, ClassObject& superclass);
     /// Adds a property to a class and to the layout of all its descendants. Throws
     /// `std::bad_alloc`, and then has changed nothing.
-    PropertyObject& addProperty(ClassObject& owner, std::u16string_view name,
-                                const TypeObject& type, int upperBound, PropertyFlags flags);
+    PropertyObject& addProperty(const meta::Class& metaClass, ClassObject& owner,
+                                std::u16string_view name, const TypeObject& type, int upperBound,
+                                PropertyFlags flags);
 
     static void setOpposite(PropertyObject& property, const PropertyObject& opposite) noexcept;
 

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "model/Export.h"
-#include "model/memory/fwd.h"
 
 namespace nuv::zero {
 

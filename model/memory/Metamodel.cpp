@@ -149,7 +149,8 @@ meta::Property Metamodel::addProperty(const meta::Class& owner, std::u16string_v
     if (!type) throw ModelError(refusal() + " without a type.");
     Pins pins = pinsWith({type.get()});
     PropertyObject& made =
-        Hierarchy().addProperty(*owner.get(), name, *type.get(), upperBound, flags);
+        Hierarchy().addProperty(StandardMetamodel::instance().classOfProperties().handle(),
+                                *owner.get(), name, *type.get(), upperBound, flags);
     own.pins() = std::move(pins);
     return meta::Property(&made);
 }

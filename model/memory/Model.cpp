@@ -4,17 +4,26 @@
 #include <string>
 #include <type_traits>
 #include <utility>
-#include <variant>
 
 #include "model/Compiler.h"
 #include "model/memory/Describe.h"
 #include "model/memory/ModelStorage.h"
+#include "model/memory/StoredWords.h"
+#include "model/memory/Text.h"
 
 namespace nuv::zero::memory {
 namespace {
 
+/// `Block'b1'`: the class and the text of the property called "name", empty where there is none.
 std::string describeValue(const ModelElement& element) {
-    return element ? describe::element(*element.get()) : "null";
+    if (!element) return "null";
+    std::string name;
+    if (const meta::Property named = element->getClass()->getProperty(u"name")) {
+        const Content content =
+            element->get(named, Object::ReflectionPrivateTag::PUBLIC_ACCESS).content();
+        if (const auto* text = std::get_if<std::u16string>(&content)) name = text::toUtf8(*text);
+    }
+    return describe::type(*element->getClass().get()) + "'" + name + "'";
 }
 std::string describeValue(std::u16string_view text) {
     return describe::quoted(text);
@@ -36,8 +45,8 @@ struct Place {
     [[noreturn]] MODELING_NUV0_COLD void refuse(const std::string& value,
                                                 const std::string& reason) const {
         throw ModelError("The property " + describe::property(property) + " of " +
-                         describe::element(element) + " cannot hold " + value + ", because " +
-                         reason + ".");
+                         describeValue(ModelElement(&element)) + " cannot hold " + value +
+                         ", because " + reason + ".");
     }
 };
 
@@ -124,60 +133,6 @@ void checkListType(const Place& place) {
                  "its type is " + describe::type(place.property.type()));
 }
 
-/// A word of its own for each kind of value, with what it counts.
-HeldWord wordFor(std::u16string_view text) {
-    if (SlotWord::fits(text)) return HeldWord(SlotWord::text(text));
-    Payload& made = Payload::make(Payload::Kind::Text, text.size());
-    for (const char16_t unit : text) made.append(unit);
-    return HeldWord(SlotWord::holding(made));
-}
-HeldWord wordFor(std::int64_t number) {
-    if (SlotWord::fits(number)) return HeldWord(SlotWord::number(number));
-    Payload& made = Payload::make(Payload::Kind::Integer, 1);
-    made.append(number);
-    return HeldWord(SlotWord::holding(made));
-}
-/// Null is a value too.
-HeldWord wordFor(const ModelElement& element) {
-    Payload& made = Payload::make(Payload::Kind::Element, 1);
-    made.append<const Object*>(element.get());
-    made.countElements();
-    return HeldWord(SlotWord::holding(made));
-}
-
-/// What lists of a kind of entry are made of. `entry` makes what is stored of one value.
-template <class Entry>
-struct ListOf;
-template <>
-struct ListOf<ModelElement> {
-    using Stored = const Object*;
-    static constexpr Payload::Kind kind = Payload::Kind::Elements;
-    static Stored entry(const ModelElement& element) noexcept { return element.get(); }
-};
-template <>
-struct ListOf<std::u16string> {
-    using Stored = std::u16string;
-    static constexpr Payload::Kind kind = Payload::Kind::Texts;
-    static Stored entry(std::u16string_view text) { return Stored(text); }
-};
-template <>
-struct ListOf<std::int64_t> {
-    using Stored = std::int64_t;
-    static constexpr Payload::Kind kind = Payload::Kind::Integers;
-    static Stored entry(std::int64_t number) noexcept { return number; }
-};
-
-template <class Entry>
-HeldWord wordFor(const std::vector<Entry>& entries) {
-    using List = ListOf<Entry>;
-    Payload& made = Payload::make(List::kind, entries.size());
-    HeldWord word(SlotWord::holding(made));
-    for (const Entry& entry : entries) {
-        made.append<typename List::Stored>(List::entry(entry));
-    }
-    return word;
-}
-
 bool isForeign(const ModelStorage& storage, const ModelElement& element) noexcept {
     return element->storage() != &storage;
 }
@@ -191,7 +146,7 @@ SlotWord reference(const ModelStorage& storage, const ModelElement& target) noex
 void store(const Place& place, HeldWord word) {
     // First the slot, which may fail while the word still has an owner.
     SlotWord& slot = place.slot();
-    ModelStorage::replace(slot, word.detach());
+    place.storage.replace(slot, word.detach());
 }
 
 template <class Value>
@@ -212,13 +167,13 @@ void setMany(const Place& place, const std::vector<Entry>& entries) {
     checkCount(place, entries.size());
     for (const Entry& entry : entries) checkEntry(place, entry);
     // An empty list reads as one that was never set.
-    if (entries.empty()) return ModelStorage::replace(place.slot(), SlotWord());
+    if (entries.empty()) return place.storage.replace(place.slot(), SlotWord());
     if constexpr (std::is_same_v<Entry, ModelElement>) {
         const bool counts = std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) {
             return isForeign(place.storage, entry);
         });
         if (entries.size() == 1 && !counts) {
-            return ModelStorage::replace(place.slot(), SlotWord::own(*entries.front().get()));
+            return place.storage.replace(place.slot(), SlotWord::own(*entries.front().get()));
         }
         HeldWord list = wordFor(entries);
         if (counts) list.word().payload()->countElements();
@@ -226,46 +181,6 @@ void setMany(const Place& place, const std::vector<Entry>& entries) {
     } else {
         store(place, wordFor(entries));
     }
-}
-
-/// Capacities are odd: with the payload's own 16 bytes, that is what blocks of the usual
-/// allocators hold.
-std::size_t grownCapacity(std::size_t capacity) {
-    return capacity < 2 ? 3 : 2 * capacity - 1;
-}
-
-/// A list with the entries of another one, and room for more. Entries are moved where nobody else
-/// reads them.
-template <class Stored>
-HeldWord grown(Payload& list) {
-    Payload& made = Payload::make(list.kind(), grownCapacity(list.size()));
-    HeldWord word(SlotWord::holding(made));
-    if (!list.isShared()) {
-        list.moveInto<Stored>(made);
-        return word;
-    }
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        made.append<Stored>(Stored(list.entries<Stored>()[i]));
-    }
-    if (list.countsElements()) made.countElements();
-    return word;
-}
-
-/// Appends to a list that stands in a slot. `counts` says whether the entry needs to be counted.
-template <class Stored>
-void appendTo(SlotWord& slot, Stored entry, bool counts) {
-    Payload* list = slot.payload();
-    if (list->isShared() || list->size() == list->capacity()) {
-        // Somebody may still read the list as it stands, which is then left to them.
-        HeldWord larger = grown<Stored>(*list);
-        list = larger.word().payload();
-        ModelStorage::replace(slot, larger.detach());
-    }
-    if (counts) list->countElements();
-    if constexpr (std::is_same_v<Stored, const Object*>) {
-        if (list->countsElements()) entry->retain();
-    }
-    list->append<Stored>(std::move(entry));
 }
 
 template <class Entry, class Value>
@@ -282,11 +197,11 @@ void addOne(const Place& place, const Value& value) {
     if (slot.isNeverSet() || slot.isWithoutPayload()) {
         checkCount(place, 1);
         if constexpr (std::is_same_v<Entry, ModelElement>) {
-            if (!counts) return ModelStorage::replace(slot, SlotWord::own(*value.get()));
+            if (!counts) return place.storage.replace(slot, SlotWord::own(*value.get()));
         }
         typename List::Stored entry = List::entry(value);
-        ModelStorage::replace(slot, SlotWord::holding(Payload::make(List::kind, 1)));
-        return appendTo(slot, std::move(entry), counts);
+        place.storage.replace(slot, SlotWord::holding(Payload::make(List::kind, 1)));
+        return appendTo(place.storage, slot, std::move(entry), counts);
     }
     if (slot.isReference()) {
         checkCount(place, 2);
@@ -299,23 +214,8 @@ void addOne(const Place& place, const Value& value) {
     } else {
         checkCount(place, slot.payload()->size() + 1);
     }
-    appendTo<typename List::Stored>(slot, List::entry(value), counts);
+    appendTo<typename List::Stored>(place.storage, slot, List::entry(value), counts);
 }
-
-/// What a planted value holds, all of it counted. A single element is a payload, as a collection
-/// is, because a reference would be a collection of one where many are planted.
-struct PlantedWord {
-    HeldWord operator()(std::monostate) const { return HeldWord(SlotWord::withoutPayload()); }
-    template <class Single>
-    HeldWord operator()(const Single& value) const {
-        return wordFor(value);
-    }
-    HeldWord operator()(const std::vector<ModelElement>& elements) const {
-        HeldWord list = wordFor(elements);
-        list.word().payload()->countElements();
-        return list;
-    }
-};
 
 }  // namespace
 
@@ -364,7 +264,7 @@ void Model::set(const ModelElement& element, const meta::Property& property,
     checkSingle(place, target);
     checkType(place, target);
     SlotWord& slot = place.slot();
-    ModelStorage::replace(slot, reference(place.storage, target));
+    place.storage.replace(slot, reference(place.storage, target));
 }
 
 void Model::set(const ModelElement& element, const meta::Property& property,
@@ -397,7 +297,7 @@ void Model::set(const ModelElement& element, const meta::Property& property,
     if (targets.size() != 0) return setMany(place, std::vector<ModelElement>(targets));
     // Empty braces do not say of what, and need not.
     checkMany(place);
-    ModelStorage::replace(place.slot(), SlotWord());
+    place.storage.replace(place.slot(), SlotWord());
 }
 
 void Model::add(const ModelElement& element, const meta::Property& property,
@@ -417,17 +317,17 @@ void Model::add(const ModelElement& element, const meta::Property& property, std
 void Model::unset(const ModelElement& element, const meta::Property& property) {
     const Place place = checkedPlace(storage_, element, property);
     const bool single = place.property.isSingleValued();
-    ModelStorage::replace(place.slot(), single ? SlotWord() : SlotWord::withoutPayload());
+    place.storage.replace(place.slot(), single ? SlotWord() : SlotWord::withoutPayload());
 }
 
 void Model::clear(const ModelElement& element, const meta::Property& property) {
     const Place place = checkedPlace(storage_, element, property);
-    ModelStorage::replace(place.slot(), SlotWord());
+    place.storage.replace(place.slot(), SlotWord());
 }
 
 void Model::plant(const ModelElement& element, const meta::Property& property, PlantedValue value) {
     const Place place = checkedPlace(storage_, element, property);
-    HeldWord word = std::visit(PlantedWord(), value.data);
+    HeldWord word = plantedWordFor(value.data);
     Payload& planted = Payload::make(Payload::Kind::Planted, 1);
     planted.append(Payload::Planted{std::move(value.type), word.detach(), value.many});
     store(place, HeldWord(SlotWord::holding(planted)));

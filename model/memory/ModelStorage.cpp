@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t smallestChunk = 1024;
 /// Large enough that a chunk costs nothing per element, small enough not to waste much.
-constexpr std::size_t largestChunk = 256 * 1024;
+constexpr std::size_t largestChunk = std::size_t{256} * 1024;
 
 }  // namespace
 
@@ -47,7 +47,7 @@ SlotWord& ModelStorage::lateSlot(Object& element, ClassLayout::Slot number) {
 }
 
 void ModelStorage::giveUpElements() noexcept {
-    forEachElement([](Object& element) {
+    forEachElement([this](Object& element) {
         const SlotWord* slots = inlineSlots(element);
         for (std::size_t i = 0; i < element.inlineSlotCount_; ++i) releaseBySlot(slots[i]);
         if (element.lateSlots_ != nullptr) {

@@ -33,7 +33,7 @@ class ModelStorage final : public Storage {
     }
     /// Puts a word, with what it counts, into a slot. What stood there is released last, when the
     /// slot is right already.
-    static void replace(SlotWord& slot, SlotWord word) noexcept {
+    void replace(SlotWord& slot, SlotWord word) noexcept {
         releaseBySlot(std::exchange(slot, word));
     }
 
@@ -57,10 +57,10 @@ class ModelStorage final : public Storage {
         return reinterpret_cast<SlotWord*>(&element + 1);
     }
     static SlotWord& lateSlot(Object& element, ClassLayout::Slot number);
-    static void releaseBySlot(SlotWord word) noexcept {
+    void releaseBySlot(SlotWord word) noexcept {
         if (!word.isCounted()) return;
         if (word.isPayload()) {
-            word.payload()->releaseBySlot();
+            word.payload()->releaseBySlot(*this);
         } else {
             word.target()->release();
         }

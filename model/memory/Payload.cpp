@@ -29,7 +29,7 @@ std::size_t bytesPerEntry(Payload::Kind kind) noexcept {
         case Payload::Kind::Planted:
             return sizeof(Payload::Planted);
     }
-    return sizeof(const Object*);
+    return sizeof(void*);
 }
 
 }  // namespace
@@ -42,12 +42,14 @@ Payload& Payload::make(Kind kind, std::size_t capacity) {
     return *::new (place) Payload(kind, static_cast<std::uint32_t>(capacity));
 }
 
-void Payload::releaseBySlot() noexcept {
-    if (isShared()) {
-        countElements();
-        release();
+void Payload::releaseBySlot(Storage& storage) noexcept {
+    const bool isKept = isReadElsewhere(storage);
+    // Whoever views the list has pinned those elements that it does not count.
+    if (isShared()) countElements();
+    if (isKept && isViewed_.load(std::memory_order_relaxed)) {
+        storage.keepWhilePinned(*this);
     } else {
-        destroy(*this);
+        release();
     }
 }
 

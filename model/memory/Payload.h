@@ -8,6 +8,7 @@
 
 #include "model/Export.h"
 #include "model/memory/SlotWord.h"
+#include "model/memory/Storage.h"
 #include "model/memory/Type.h"
 
 namespace nuv::zero::memory {
@@ -18,6 +19,9 @@ namespace nuv::zero::memory {
 ///
 /// A list in a slot need not count those elements that live in the slot's own model, which keeps
 /// them. When the slot lets go of a list that somebody else still holds, the list begins to count.
+///
+/// Who has pinned the model need not count what it reads: it marks a payload as viewed, and a model
+/// that is pinned leaves viewed payloads as they stand, until nobody pins it any more.
 class Payload {
   public:
     enum class Kind : std::uint8_t { Elements, Texts, Integers, Element, Text, Integer, Planted };
@@ -43,7 +47,19 @@ class Payload {
     }
     bool isShared() const noexcept { return references_.load(std::memory_order_acquire) != 1; }
     /// What a slot of an element does in place of `release`.
-    MODELING_NUV0_MODEL_EXPORT void releaseBySlot() noexcept;
+    MODELING_NUV0_MODEL_EXPORT void releaseBySlot(Storage& storage) noexcept;
+
+    /// Marks the payload as read by somebody who does not count. Written once only, so that threads
+    /// that read the same lists do not fight over them.
+    void view() noexcept {
+        if (!isViewed_.load(std::memory_order_relaxed)) {
+            isViewed_.store(true, std::memory_order_relaxed);
+        }
+    }
+    /// Whether somebody besides the slot may be reading the payload.
+    bool isReadElsewhere(const Storage& storage) const noexcept {
+        return isShared() || (isViewed_.load(std::memory_order_relaxed) && storage.isPinned());
+    }
 
     Kind kind() const noexcept { return kind_; }
     /// Whether the payload holds a reference of each of its elements.
@@ -87,6 +103,10 @@ class Payload {
     std::uint32_t capacity_;
     Kind kind_;
     bool countsElements_ = false;
+    std::atomic<bool> isViewed_{false};
+    /// The next of those that a pinned storage keeps for whoever views them.
+    Payload* nextKept_ = nullptr;
+    friend class Storage;
 };
 
 /// Owns what a word refers to: a counted reference or a payload.

@@ -9,7 +9,7 @@
 namespace nuv::zero::memory {
 
 Pins::Pins(const Pins& other) : latest_(other.latest_), storages_(other.storages_) {
-    for (Storage* storage : storages_) storage->retain();
+    for (Storage* storage : storages_) storage->pin();
 }
 
 Pins::Pins(Pins&& other) noexcept
@@ -24,7 +24,7 @@ Pins& Pins::operator=(Pins other) noexcept {
 }
 
 Pins::~Pins() {
-    for (Storage* storage : storages_) storage->release();
+    for (Storage* storage : storages_) storage->unpin();
 }
 
 bool Pins::holds(const Storage* storage) const noexcept {
@@ -37,7 +37,7 @@ void Pins::pinAnother(Storage* storage) {
     const auto place = std::lower_bound(storages_.begin(), storages_.end(), storage, std::less<>());
     if (place == storages_.end() || *place != storage) {
         storages_.insert(place, storage);
-        storage->retain();
+        storage->pin();
     }
     latest_ = storage;
 }

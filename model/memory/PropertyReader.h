@@ -22,18 +22,19 @@ class PropertyReader {
         isEmptyWhenNeverSet_ = property.get()->isEmptyWhenNeverSet();
     }
 
-    /// The same as `Object::view` gives for the property that the reader was made for, but a single
-    /// element of the same model is not counted: whoever reads keeps the element that is read, or
-    /// pins its model, as long as the view.
+    /// The same as `Object::view` gives for the property that the reader was made for, but nothing
+    /// of the same model is counted. REQUIRES: whoever reads has pinned the model of the element,
+    /// and keeps it pinned as long as the view is used.
     ElementView read(const ModelElement& element, const meta::Property& property) const {
         const Object& object = *element.get();
         if (object.getClass().get() == type_.get()) {
             const SlotWord word = object.slotAt(slot_);
-            if (word.isReference() || (word.isNeverSet() && isEmptyWhenNeverSet_) ||
-                (word.isPayload() && !word.isWithoutPayload() &&
-                 word.payload()->kind() == Payload::Kind::Elements)) {
-                return ElementView(HeldWord::lean(word));
-            }
+            const bool isPlain =
+                word.isNeverSet()
+                    ? isEmptyWhenNeverSet_
+                    : word.isReference() || (word.isPayload() && !word.isWithoutPayload() &&
+                                             word.payload()->kind() == Payload::Kind::Elements);
+            if (isPlain) return ElementView::pinned(word);
         }
         return object.view(property, Object::ReflectionPrivateTag::PUBLIC_ACCESS);
     }

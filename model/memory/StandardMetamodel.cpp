@@ -34,4 +34,48 @@ StandardMetamodel::StandardMetamodel() {
                                                   primitiveTypes_->handle(), *storage);
 }
 
+bool TypeObject::conformsTo(const meta::Type& other) const noexcept {
+    if (!other) return false;
+    if (other.get() == this) return true;
+    if (!isClass() || !other->isClass()) return false;
+    const auto& declared = static_cast<const ClassObject&>(*other.get());
+    if (static_cast<const ClassObject*>(this)->isKindOf(declared)) return true;
+    const StandardMetamodel& standard = StandardMetamodel::instance();
+    return &declared == &standard.classOfElements() || &declared == &standard.classOfClasses();
+}
+
+bool TypeObject::canStandFor(const TypeObject& declared) const noexcept {
+    if (!isClass() || !declared.isClass()) return false;
+    return static_cast<const ClassObject*>(this)->isKindOf(
+               static_cast<const ClassObject&>(declared)) ||
+           &declared == &StandardMetamodel::instance().classOfElements();
+}
+
 }  // namespace nuv::zero::memory
+
+namespace nuv::zero {
+
+const meta::Class& ModelElement::metaClass() {
+    return memory::StandardMetamodel::instance().classOfElements().handle();
+}
+
+namespace meta {
+
+const Class& Class::metaClass() {
+    return memory::StandardMetamodel::instance().classOfClasses().handle();
+}
+
+const PrimitiveType& StandardTypes::stringMeta() {
+    static const PrimitiveType& type =
+        *new PrimitiveType(internal::getPrimitiveTypeFromMetaRegistry(u"String"));
+    return type;
+}
+
+PrimitiveType internal::getPrimitiveTypeFromMetaRegistry(std::u16string_view name) {
+    const memory::PrimitiveTypeObject& string = memory::StandardMetamodel::instance().stringType();
+    return PrimitiveType(name == string.getQualifiedName() ? &string : nullptr);
+}
+
+}  // namespace meta
+
+}  // namespace nuv::zero

@@ -5,7 +5,8 @@
 
 namespace nuv::zero::memory {
 
-/// The classes and types that every model shares.
+/// The classes and types that every model shares, behind the static functions of the handles:
+/// which class is whose is defined beside this one, as is what conforms to it.
 ///
 /// There is one for the whole process. It is made on first use and never destroyed, so that handles
 /// in static objects may outlive everything else.

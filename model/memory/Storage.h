@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "model/Export.h"
+#include "model/memory/fwd.h"
 
 namespace nuv::zero::memory {
 
@@ -14,7 +15,10 @@ namespace nuv::zero::memory {
 /// it count as one user each. Objects are therefore never freed one by one: releasing the last
 /// handle of an element is a decrement, however long the chain that hangs on the element.
 ///
-/// Threads: the count may be touched from several threads.
+/// Who pins a storage may read its lists without counting them: as long as it is pinned, a list
+/// that a slot lets go of is kept aside.
+///
+/// Threads: the counts may be touched from several threads.
 class MODELING_NUV0_MODEL_EXPORT Storage {
   public:
     Storage(const Storage&) = delete;
@@ -25,6 +29,19 @@ class MODELING_NUV0_MODEL_EXPORT Storage {
         if (users_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
     }
 
+    /// As `retain` and `release`, and keeps besides what is read without counting.
+    void pin() noexcept {
+        retain();
+        pins_.fetch_add(1, std::memory_order_relaxed);
+    }
+    void unpin() noexcept {
+        if (pins_.fetch_sub(1, std::memory_order_acq_rel) == 1) freeKept();
+        release();
+    }
+    bool isPinned() const noexcept { return pins_.load(std::memory_order_acquire) != 0; }
+    /// Takes over a payload's reference until nobody pins the storage.
+    void keepWhilePinned(Payload& payload) noexcept;
+
     /// Whether anybody but the caller, who is a user, needs the storage.
     bool isShared() const noexcept { return users_.load(std::memory_order_acquire) != 1; }
 
@@ -33,7 +50,11 @@ class MODELING_NUV0_MODEL_EXPORT Storage {
     virtual ~Storage();
 
   private:
+    void freeKept() noexcept;
+
     std::atomic<std::size_t> users_{1};
+    std::atomic<std::size_t> pins_{0};
+    std::atomic<Payload*> kept_{nullptr};
 };
 
 }  // namespace nuv::zero::memory

@@ -1,20 +1,14 @@
 #pragma once
 
-#include <cstdint>
-
-/// Forward declarations of the in-memory model.
+/// Names of the in-memory model for headers that only pass them on.
 
 namespace nuv::zero {
-class ModelElement;
 class Value;
-class ValueMeta;
-}  // namespace nuv::zero
+}
 
 namespace nuv::zero::meta {
 class Class;
-class PrimitiveType;
 class Property;
-class StructuredType;
 class Type;
 }  // namespace nuv::zero::meta
 
@@ -22,15 +16,10 @@ namespace nuv::zero::memory {
 class ClassObject;
 class ElementView;
 class Lending;
-class Metamodel;
 class MetamodelStorage;
-class Model;
 class ModelStorage;
 class Object;
-struct Payload;
-class PrimitiveTypeObject;
+class Payload;
 class PropertyObject;
 class Storage;
-class StructuredTypeObject;
-class TypeObject;
 }  // namespace nuv::zero::memory

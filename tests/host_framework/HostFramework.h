@@ -40,8 +40,9 @@ struct Node {
 };
 
 struct ClassNode final : Node {
-    std::u16string getQualifiedName() const { return u"host." + name; }
+    const std::u16string& getQualifiedName() const { return qualifiedName; }
 
+    std::u16string qualifiedName;
     std::shared_ptr<ClassNode> superclass;
     std::vector<std::shared_ptr<Node>> properties;
 };
@@ -54,10 +55,32 @@ struct PropertyNode final : Node {
     bool isMany = false;
 };
 
-/// What the library has asked so far, by name: `a.next` was read, the properties of `Part` listed.
+// Names as the host has them; whatever they are, they convert to views.
+#ifdef HOST_NAMES_COMPARE_OTHERWISE
+/// Its `<` compares addresses.
+using ClassName = const char16_t*;
+/// Its `<` is the opposite of that of views.
+struct PropertyName {
+    std::u16string text;
+    operator std::u16string_view() const { return text; }  // NOLINT(google-explicit-constructor)
+    friend bool operator<(const PropertyName& a, const PropertyName& b) { return b.text < a.text; }
+};
+#else
+using ClassName = std::u16string_view;
+using PropertyName = std::u16string_view;
+#endif
+
+/// What the library has asked so far.
 struct Calls {
+    /// How often, by name: `a.next` was read, the properties of `Part` listed.
     std::map<std::string, int> reads;
     std::map<std::string, int> listings;
+    /// Whose qualified names were fetched, in order.
+    std::vector<std::string> qualifiedNames;
+    /// Operations that were given a null handle. A host need not have an answer to that.
+    std::vector<std::string> onNull;
+    /// Hears of each operation before it answers, and may throw in its place.
+    std::function<void(const std::string& operation)> before;
 
     static Calls& all() {
         static Calls calls;
@@ -65,6 +88,14 @@ struct Calls {
     }
     static void forget() { all() = Calls(); }
 };
+
+/// Called by every operation that the library asks of the host.
+template <class... Handles>
+void asked(const char* operation, const Handles&... handles) {
+    Calls& calls = Calls::all();
+    if (!(static_cast<bool>(handles) && ...)) calls.onNull.emplace_back(operation);
+    if (calls.before) calls.before(operation);
+}
 
 /// Names are in ASCII here.
 inline std::string toUtf8(std::u16string_view text) {
@@ -183,12 +214,17 @@ namespace nuv::zero::access {
 
 using host::toUtf8;
 
+// A null handle is answered all the same, so that a test can say where they came from.
+
 inline meta::Class classOf(const ModelElement& element) {
+    host::asked("classOf", element);
     return element ? meta::Class(element->type.lock()) : meta::Class();
 }
 inline Value read(const ModelElement& element, const meta::Property& property) {
-    ++host::Calls::all().reads[toUtf8(element->name) + "." + toUtf8(property->name)];
+    host::asked("read", element, property);
     Value value;
+    if (!element || !property) return value;
+    ++host::Calls::all().reads[toUtf8(element->name) + "." + toUtf8(property->name)];
     if (property->isReference) {
         const auto links = element->links.find(property->name);
         if (links == element->links.end()) return value;
@@ -200,14 +236,19 @@ inline Value read(const ModelElement& element, const meta::Property& property) {
     return value;
 }
 
-inline std::u16string_view nameOf(const meta::Class& type) {
-    return type->name;
+inline host::ClassName nameOf(const meta::Class& type) {
+    host::asked("nameOf class", type);
+    return type ? host::ClassName(type->name.c_str()) : u"";
 }
-inline std::u16string_view nameOf(const meta::Property& property) {
-    return property->name;
+inline host::PropertyName nameOf(const meta::Property& property) {
+    host::asked("nameOf property", property);
+    return property ? host::PropertyName{property->name} : host::PropertyName{};
 }
-inline std::u16string qualifiedNameOf(const meta::Class& type) {
-    return type->getQualifiedName();
+inline host::ClassName qualifiedNameOf(const meta::Class& type) {
+    host::asked("qualifiedNameOf", type);
+    if (!type) return u"";
+    host::Calls::all().qualifiedNames.push_back(toUtf8(type->name));
+    return type->qualifiedName.c_str();
 }
 
 inline std::vector<meta::Property> listProperties(const meta::Class& type) {
@@ -218,22 +259,26 @@ inline std::vector<meta::Property> listProperties(const meta::Class& type) {
     return properties;
 }
 inline std::vector<meta::Property> allProperties(const meta::Class& type) {
+    host::asked("allProperties", type);
     if (type) ++host::Calls::all().listings[toUtf8(type->name)];
     return listProperties(type);
 }
 inline meta::Property propertyNamed(const meta::Class& type, std::u16string_view name) {
+    host::asked("propertyNamed", type);
     for (const meta::Property& property : listProperties(type)) {
         if (property->name == name) return property;
     }
     return {};
 }
 inline bool hasProperty(const meta::Class& type, const meta::Property& property) {
+    host::asked("hasProperty", type, property);
     for (const meta::Property& other : listProperties(type)) {
         if (other == property) return true;
     }
     return false;
 }
 inline bool conformsTo(const meta::Class& type, const meta::Type& other) {
+    host::asked("conformsTo", type, other);
     for (meta::Class ancestor = type; ancestor; ancestor = meta::Class(ancestor->superclass)) {
         if (ancestor == other) return true;
     }
@@ -241,40 +286,50 @@ inline bool conformsTo(const meta::Class& type, const meta::Type& other) {
 }
 
 inline meta::Class owningClass(const meta::Property& property) {
+    host::asked("owningClass", property);
     return property ? meta::Class(property->owner.lock()) : meta::Class();
 }
 #ifndef HOST_LACKS_OPPOSITE
 inline meta::Property oppositeOf(const meta::Property& property) {
-    return meta::Property(property->opposite.lock());
+    host::asked("oppositeOf", property);
+    return property ? meta::Property(property->opposite.lock()) : meta::Property();
 }
 #endif
 inline bool isAssociation(const meta::Property& property) {
+    host::asked("isAssociation", property);
     return property && property->isReference;
 }
-inline bool isDerived(const meta::Property& /*property*/) {
+inline bool isDerived(const meta::Property& property) {
+    host::asked("isDerived", property);
     return false;
 }
 #ifndef HOST_LACKS_COMPOSITE_FLAG
 inline bool isComposite(const meta::Property& property) {
+    host::asked("isComposite", property);
     return property && property->isContainment;
 }
 #endif
 inline bool isSingleValued(const meta::Property& property) {
-    return !property->isMany;
+    host::asked("isSingleValued", property);
+    return property && !property->isMany;
 }
 
 inline bool isSet(const Value& value) {
+    host::asked("isSet");
     return value.isText || !value.elements.empty();
 }
 inline ModelElement toElement(const Value& value) {
+    host::asked("toElement");
     if (value.isText) throw std::invalid_argument("a text is no element");
     return value.elements.empty() ? ModelElement() : value.elements.front();
 }
 inline std::vector<ModelElement> toElements(const Value& value) {
+    host::asked("toElements");
     if (value.isText) throw std::invalid_argument("a text is no collection of elements");
     return value.elements;
 }
 inline std::u16string toString(const Value& value) {
+    host::asked("toString");
     return value.text;
 }
 

@@ -132,14 +132,14 @@ TEST_F(HostFramework, CompositionWalkPrunesAndReportsEachPairOfOppositesOnce) {
 }
 
 TEST_F(HostFramework, ObserverSeesPropertiesOfTheHost) {
-    struct Recorder : TraversalProcessor {
+    struct PropertyRecorder : TraversalProcessor {
         void onEnterProperty(const ModelElement& element, const Property& property) override {
             lines.push_back(dumpElement(element) + "." +
                             nuv::zero::access::toUtf8(nuv::zero::access::nameOf(property)));
         }
         Lines lines;
     };
-    Recorder recorder;
+    PropertyRecorder recorder;
     const auto result = Spec::compositionTraversal()->prune(parts)->depthFirst({root});
     ResultSetup(result).observe(&recorder);
     EXPECT_EQ(Lines{"Not an element-[pseudo]-Assembly'root'"}, dump(result));

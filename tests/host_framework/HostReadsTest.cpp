@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/host_framework/HostKinds.h"
 #include "tests/host_framework/HostWorld.h"
 #include "traversal/Traversal.h"
 
@@ -239,18 +240,9 @@ TEST_P(HostQuestions, FiltersAreAskedInOrderUpToTheFirstThatSaysWalkOnly) {
     EXPECT_EQ(order, expected);
 }
 
-std::string nameOf(Algo order) {
-    if (order == Algo::DepthFirstPreOrder) return "PreOrder";
-    return order == Algo::DepthFirstPostOrder ? "PostOrder" : "BreadthFirst";
-}
-
-INSTANTIATE_TEST_SUITE_P(Orders, HostReads,
-                         testing::Values(Algo::DepthFirstPreOrder, Algo::DepthFirstPostOrder,
-                                         Algo::BreadthFirst),
-                         [](const auto& each) { return nameOf(each.param); });
-INSTANTIATE_TEST_SUITE_P(Orders, HostQuestions,
-                         testing::Values(Algo::DepthFirstPreOrder, Algo::DepthFirstPostOrder,
-                                         Algo::BreadthFirst),
-                         [](const auto& each) { return nameOf(each.param); });
+INSTANTIATE_TEST_SUITE_P(Orders, HostReads, testing::ValuesIn(host::everyOrder),
+                         [](const auto& each) { return host::nameOf(each.param); });
+INSTANTIATE_TEST_SUITE_P(Orders, HostQuestions, testing::ValuesIn(host::everyOrder),
+                         [](const auto& each) { return host::nameOf(each.param); });
 
 }  // namespace

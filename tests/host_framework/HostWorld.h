@@ -16,6 +16,7 @@ class World {
                                     const nuv::zero::meta::Class& superclass = {}) {
         auto node = std::make_shared<ClassNode>();
         node->name = std::move(name);
+        node->qualifiedName = u"host." + node->name;
         node->superclass = std::static_pointer_cast<ClassNode>(superclass.node());
         return nuv::zero::meta::Class(keep(node));
     }

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <thread>
 #include <type_traits>
 #include <unordered_set>
@@ -63,19 +65,42 @@ TYPED_TEST(HandleTest, SurvivesAssignmentToItself) {
 }
 
 TYPED_TEST(HandleTest, ConvertsToBoolOnlyWhereOneIsAskedFor) {
-    static_assert(!std::is_convertible_v<TypeParam, bool>);
-    static_assert(!std::is_convertible_v<TypeParam, int>);
-    static_assert(std::is_constructible_v<bool, TypeParam>);
-    static_assert(access::contract::Handle<TypeParam>);
+    EXPECT_TRUE(static_cast<bool>(this->made()));
+    EXPECT_FALSE((std::is_convertible_v<TypeParam, bool>));
+    EXPECT_FALSE((std::is_convertible_v<TypeParam, int>));
+    EXPECT_TRUE((std::is_constructible_v<bool, TypeParam>));
 }
 
-// The contract has to refuse what only looks like a handle.
-static_assert(!access::contract::Handle<int*>);
-static_assert(!access::contract::Handle<std::vector<int>>);
-static_assert(!access::contract::Hashed<Value>);
-static_assert(!access::contract::NamedClass<ModelElement>);
-static_assert(!access::contract::DescribedProperty<meta::Class>);
-static_assert(!access::contract::ConvertibleValue<ModelElement, ModelElement>);
+TYPED_TEST(HandleTest, IsAHandleForTheContract) {
+    EXPECT_TRUE(access::contract::Handle<TypeParam>);
+}
+
+struct CopiesThatMayThrow : ModelElement {
+    CopiesThatMayThrow() noexcept = default;
+    CopiesThatMayThrow(const CopiesThatMayThrow& other) noexcept(false) = default;
+    CopiesThatMayThrow(CopiesThatMayThrow&& other) noexcept = default;
+    CopiesThatMayThrow& operator=(const CopiesThatMayThrow& other) noexcept = default;
+    CopiesThatMayThrow& operator=(CopiesThatMayThrow&& other) noexcept = default;
+    ~CopiesThatMayThrow() = default;
+};
+
+TEST(ContractTest, RefusesWhatOnlyLooksLikeAHandle) {
+    EXPECT_FALSE(access::contract::Handle<int*>);
+    EXPECT_FALSE(access::contract::Handle<std::vector<int>>);
+    EXPECT_FALSE(access::contract::Handle<CopiesThatMayThrow>);
+    EXPECT_FALSE(access::contract::Hashed<Value>);
+    EXPECT_FALSE(access::contract::NamedClass<ModelElement>);
+    EXPECT_FALSE(access::contract::DescribedProperty<meta::Class>);
+    EXPECT_FALSE((access::contract::ConvertibleValue<ModelElement, ModelElement>));
+}
+
+TEST(ContractTest, TakesEveryFormOfUtf16Text) {
+    EXPECT_TRUE(access::contract::Utf16<std::u16string>);
+    EXPECT_TRUE(access::contract::Utf16<const std::u16string&>);
+    EXPECT_TRUE(access::contract::Utf16<std::u16string_view>);
+    EXPECT_TRUE(access::contract::Utf16<const char16_t*>);
+    EXPECT_FALSE(access::contract::Utf16<std::string>);
+}
 
 TEST(HandleIdentityTest, EqualMeansTheSameObject) {
     Blocks m;

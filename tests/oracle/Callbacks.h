@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "tests/oracle/World.h"
+#include "tests/oracle/PlainWorld.h"
 
 namespace nuv::zero::oracle {
 
@@ -32,7 +32,7 @@ class Callbacks {
 
     virtual bool predicate(int predicate, int type) = 0;
     /// Zero leaves the link out.
-    virtual int filter(int filter, const Step& link) = 0;
+    virtual int filter(int filter, const IndexedLink& link) = 0;
     /// The property is `none` for events of elements and inputs.
     virtual void event(int observer, Event event, int element, int property) = 0;
     /// Called wherever a walk has to remember something, which is where memory may run out.

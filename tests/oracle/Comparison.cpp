@@ -264,7 +264,7 @@ class Comparison {
     }
 
     Choices& choices_;
-    World world_;
+    PlainWorld world_;
     Kind kind_;
     std::unique_ptr<Side> engine_;
     std::unique_ptr<Side> oracle_;

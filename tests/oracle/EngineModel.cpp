@@ -2,7 +2,7 @@
 
 namespace nuv::zero::oracle {
 
-EngineModel::EngineModel(const World& world)
+EngineModel::EngineModel(const PlainWorld& world)
     : integer_(metamodel_.addPrimitive(u"Integer", memory::TypeObject::Kind::Integer)) {
     for (const ClassDefinition& definition : world.classes) {
         std::vector<meta::Class> superclasses;
@@ -36,7 +36,7 @@ int EngineModel::indexOf(const ModelElement& object) const {
     return object ? indices_.at(object) : none;
 }
 
-Step EngineModel::stepOf(const traversal::internal::Link& link) const {
+IndexedLink EngineModel::stepOf(const traversal::internal::Link& link) const {
     return {indexOf(link.getSource()), indexOf(link.getProperty()), indexOf(link.getTarget()),
             link.shouldCascade()};
 }

@@ -6,7 +6,7 @@
 #include "model/Framework.h"
 #include "model/memory/Metamodel.h"
 #include "model/memory/Model.h"
-#include "tests/oracle/World.h"
+#include "tests/oracle/PlainWorld.h"
 #include "traversal/internal/Link.h"
 
 namespace nuv::zero::oracle {
@@ -14,14 +14,14 @@ namespace nuv::zero::oracle {
 /// An in-memory model of a world, and the way between handles and indices.
 class EngineModel {
   public:
-    explicit EngineModel(const World& world);
+    explicit EngineModel(const PlainWorld& world);
 
     meta::Class classAt(int index) const;
     meta::Property propertyAt(int index) const;
     ModelElement elementAt(int index) const;
     /// The index of an element, a class or a property; `none` for a null handle.
     int indexOf(const ModelElement& object) const;
-    Step stepOf(const traversal::internal::Link& link) const;
+    IndexedLink stepOf(const traversal::internal::Link& link) const;
 
   private:
     /// Adds a handle behind the others of its kind.

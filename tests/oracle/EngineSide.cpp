@@ -30,7 +30,7 @@ using ClassPredicate = std::function<bool(const meta::Class&)>;
 /// Hands every event to the recorder.
 class Observer : public TraversalProcessor {
   public:
-    Observer(int index, const EngineModel& model, Recorder& recorder)
+    Observer(int index, const EngineModel& model, CallRecorder& recorder)
         : index_(index), model_(model), recorder_(recorder) {}
 
     void onEnterInputElement(const ModelElement& element) override {
@@ -57,7 +57,7 @@ class Observer : public TraversalProcessor {
   private:
     int index_;
     const EngineModel& model_;
-    Recorder& recorder_;
+    CallRecorder& recorder_;
 };
 
 using Builder =
@@ -72,7 +72,7 @@ Builder makeBuilder(Kind kind) {
 
 class EngineSide : public Side {
   public:
-    EngineSide(const World& world, Kind kind)
+    EngineSide(const PlainWorld& world, Kind kind)
         : Side(world), world_(world), model_(world), builder_(makeBuilder(kind)) {
         for (int index = 0; index < 2; ++index) observers_.emplace_back(index, model_, recorder);
     }
@@ -163,7 +163,9 @@ class EngineSide : public Side {
 
     bool exists(int place) const override { return walks_.count(place) != 0; }
     bool isAtEnd(int place) const override { return *walks_.at(place) == IterationContext(); }
-    Step current(int place) const override { return model_.stepOf(walks_.at(place)->getCurrent()); }
+    IndexedLink current(int place) const override {
+        return model_.stepOf(walks_.at(place)->getCurrent());
+    }
     bool equal(int one, int other) const override { return *walks_.at(one) == *walks_.at(other); }
 
   private:
@@ -212,7 +214,7 @@ class EngineSide : public Side {
         }
     }
 
-    const World& world_;
+    const PlainWorld& world_;
     EngineModel model_;
     Builder builder_;
     std::deque<Observer> observers_;
@@ -223,7 +225,7 @@ class EngineSide : public Side {
 
 }  // namespace
 
-std::unique_ptr<Side> makeEngineSide(const World& world, Kind kind) {
+std::unique_ptr<Side> makeEngineSide(const PlainWorld& world, Kind kind) {
     return std::make_unique<EngineSide>(world, kind);
 }
 

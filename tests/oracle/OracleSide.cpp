@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "tests/oracle/Walk.h"
+#include "tests/oracle/NaiveWalk.h"
 
 namespace nuv::zero::oracle {
 
@@ -11,7 +11,7 @@ namespace {
 
 class OracleSide : public Side {
   public:
-    OracleSide(const World& world, Kind kind)
+    OracleSide(const PlainWorld& world, Kind kind)
         : Side(world), world_(world), rules_{kind, {}, {}, 1} {}
 
     void rule(const RuleOperation& rule) override {
@@ -23,8 +23,8 @@ class OracleSide : public Side {
     }
 
     void run(const std::vector<int>& inputs, int algo, bool /*onCopy*/) override {
-        auto result = std::make_shared<Result>();
-        result->provider = std::make_shared<Provider>(world_, rules_);
+        auto result = std::make_shared<NaiveResult>();
+        result->provider = std::make_shared<NaiveProvider>(world_, rules_);
         result->inputs = inputs;
         result->dropsPseudoLinks = rules_.pseudoLinkPolicy == 0;
         result->algo = algo;
@@ -32,7 +32,7 @@ class OracleSide : public Side {
     }
 
     void copyResult(int result) override {
-        results_.push_back(std::make_shared<Result>(*at(result)));
+        results_.push_back(std::make_shared<NaiveResult>(*at(result)));
     }
     void attach(int result, int observer) override { at(result)->observer = observer; }
     void addFilter(int result, int filter) override { at(result)->filters.push_back(filter); }
@@ -41,14 +41,14 @@ class OracleSide : public Side {
     void begin(int place, int result) override {
         drop(place);
         try {
-            walks_.emplace(place, Walk(world_, recorder, at(result)));
+            walks_.emplace(place, NaiveWalk(world_, recorder, at(result)));
         } catch (...) {
             recorder.writeCurrentException();
         }
     }
 
     void makeSentinel(int place) override {
-        walks_.insert_or_assign(place, Walk(world_, recorder));
+        walks_.insert_or_assign(place, NaiveWalk(world_, recorder));
     }
     void drop(int place) override { walks_.erase(place); }
 
@@ -61,7 +61,7 @@ class OracleSide : public Side {
     }
 
     void copy(int to, int from) override {
-        const Walk copy = walks_.at(from);
+        const NaiveWalk copy = walks_.at(from);
         walks_.insert_or_assign(to, copy);
     }
     void assign(int to, int from) override { copy(to, from); }
@@ -73,7 +73,7 @@ class OracleSide : public Side {
 
     void hold(int place) override { held_.push_back(current(place)); }
     void writeHeld() override {
-        for (const Step& link : held_) {
+        for (const IndexedLink& link : held_) {
             const int opposite =
                 link.property == none
                     ? none
@@ -81,33 +81,33 @@ class OracleSide : public Side {
             recorder.write(describe(link) + ", opposite " +
                            (opposite == none
                                 ? "none"
-                                : describe(Step{link.target, opposite, link.source, true})));
+                                : describe(IndexedLink{link.target, opposite, link.source, true})));
         }
     }
     void releaseResults() override { results_.clear(); }
 
     bool exists(int place) const override { return walks_.count(place) != 0; }
     bool isAtEnd(int place) const override { return walks_.at(place).current().isEmpty(); }
-    Step current(int place) const override { return walks_.at(place).current(); }
+    IndexedLink current(int place) const override { return walks_.at(place).current(); }
     bool equal(int one, int other) const override {
         return walks_.at(one).equals(walks_.at(other));
     }
 
   private:
-    const std::shared_ptr<Result>& at(int result) const {
+    const std::shared_ptr<NaiveResult>& at(int result) const {
         return results_.at(static_cast<std::size_t>(result));
     }
 
-    const World& world_;
+    const PlainWorld& world_;
     Rules rules_;
-    std::vector<std::shared_ptr<Result>> results_;
-    std::map<int, Walk> walks_;
-    std::vector<Step> held_;
+    std::vector<std::shared_ptr<NaiveResult>> results_;
+    std::map<int, NaiveWalk> walks_;
+    std::vector<IndexedLink> held_;
 };
 
 }  // namespace
 
-std::unique_ptr<Side> makeOracleSide(const World& world, Kind kind) {
+std::unique_ptr<Side> makeOracleSide(const PlainWorld& world, Kind kind) {
     return std::make_unique<OracleSide>(world, kind);
 }
 

@@ -7,6 +7,6 @@
 namespace nuv::zero::oracle {
 
 /// The plain walk, which shares no code with the library. The world has to outlive it.
-std::unique_ptr<Side> makeOracleSide(const World& world, Kind kind);
+std::unique_ptr<Side> makeOracleSide(const PlainWorld& world, Kind kind);
 
 }  // namespace nuv::zero::oracle

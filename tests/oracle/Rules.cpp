@@ -6,11 +6,11 @@ namespace nuv::zero::oracle {
 
 namespace {
 
-const PropertyDefinition& definitionOf(const World& world, int property) {
+const PropertyDefinition& definitionOf(const PlainWorld& world, int property) {
     return world.properties[static_cast<std::size_t>(property)];
 }
 
-bool isFollowable(const World& world, int property) {
+bool isFollowable(const PlainWorld& world, int property) {
     if (property == none) return false;
     const PropertyDefinition& definition = definitionOf(world, property);
     return definition.association && !definition.derived;
@@ -18,7 +18,7 @@ bool isFollowable(const World& world, int property) {
 
 }  // namespace
 
-bool comesBefore(const World& world, int type, int other) {
+bool comesBefore(const PlainWorld& world, int type, int other) {
     if (type == other) return false;
     if (type == none || other == none) return type == none;
     if (world.isKindOf(type, other)) return true;
@@ -31,15 +31,15 @@ bool comesBefore(const World& world, int type, int other) {
 
 RuleSet::Tree RuleSet::copyOf(const Tree& tree) {
     if (!tree) return nullptr;
-    auto copy = std::make_shared<Node>(*tree);
+    auto copy = std::make_shared<FiledRule>(*tree);
     copy->left = copyOf(tree->left);
     copy->right = copyOf(tree->right);
     return copy;
 }
 
-RuleSet::Node* RuleSet::find(const World& world, int owner) const {
-    Node* bound = nullptr;
-    for (Node* node = root_.get(); node != nullptr;) {
+RuleSet::FiledRule* RuleSet::find(const PlainWorld& world, int owner) const {
+    FiledRule* bound = nullptr;
+    for (FiledRule* node = root_.get(); node != nullptr;) {
         if (comesBefore(world, node->owner, owner)) {
             node = node->right.get();
         } else {
@@ -50,38 +50,40 @@ RuleSet::Node* RuleSet::find(const World& world, int owner) const {
     return bound != nullptr && !comesBefore(world, owner, bound->owner) ? bound : nullptr;
 }
 
-void RuleSet::compose(const World& world, int owner, const RulePredicate& predicate, int policy) {
-    if (Node* const present = find(world, owner)) {
+void RuleSet::compose(const PlainWorld& world, int owner, const RulePredicate& predicate,
+                      int policy) {
+    if (FiledRule* const present = find(world, owner)) {
         present->predicate = predicate;
         present->policy = policy;
         return;
     }
     Tree* place = &root_;
     while (*place) {
-        Node& node = **place;
+        FiledRule& node = **place;
         place = comesBefore(world, node.owner, owner) ? &node.right : &node.left;
     }
-    *place = std::make_shared<Node>(Node{owner, predicate, policy, nullptr, nullptr});
+    *place = std::make_shared<FiledRule>(FiledRule{owner, predicate, policy, nullptr, nullptr});
 }
 
-void RuleSet::composePolicy(const World& world, int owner, int policy) {
-    if (Node* const present = find(world, owner)) present->policy = policy;
+void RuleSet::composePolicy(const PlainWorld& world, int owner, int policy) {
+    if (FiledRule* const present = find(world, owner)) present->policy = policy;
 }
 
-const RuleSet::Node* RuleSet::firstAccepting(const Tree& tree, int type, Callbacks& callbacks) {
+const RuleSet::FiledRule* RuleSet::firstAccepting(const Tree& tree, int type,
+                                                  Callbacks& callbacks) {
     if (!tree) return nullptr;
-    if (const Node* const node = firstAccepting(tree->left, type, callbacks)) return node;
+    if (const FiledRule* const node = firstAccepting(tree->left, type, callbacks)) return node;
     if (tree->predicate.accepts(type, callbacks)) return tree.get();
     return firstAccepting(tree->right, type, callbacks);
 }
 
 std::pair<bool, int> RuleSet::anyMatches(int type, Callbacks& callbacks) const {
-    if (const Node* const node = firstAccepting(root_, type, callbacks))
+    if (const FiledRule* const node = firstAccepting(root_, type, callbacks))
         return {true, node->policy};
     return {false, prunes_ ? 1 : 0};
 }
 
-void Rules::apply(const World& world, const RuleOperation& rule, Callbacks& callbacks) {
+void Rules::apply(const PlainWorld& world, const RuleOperation& rule, Callbacks& callbacks) {
     using Operation = RuleOperation::Kind;
     RulePredicate predicate{rule.predicate};
     switch (rule.kind) {
@@ -105,8 +107,8 @@ void Rules::apply(const World& world, const RuleOperation& rule, Callbacks& call
     }
 }
 
-void Rules::traverse(const World& world, int property, const RulePredicate& predicate, int owner,
-                     int policy) {
+void Rules::traverse(const PlainWorld& world, int property, const RulePredicate& predicate,
+                     int owner, int policy) {
     if (sets.count(property) == 0) {
         traversed.push_back(property);
         sets.emplace(property, RuleSet(false));
@@ -114,13 +116,14 @@ void Rules::traverse(const World& world, int property, const RulePredicate& pred
     sets.at(property).compose(world, owner, predicate, policy);
 }
 
-void Rules::prune(const World& world, int property, const RulePredicate& predicate, int owner) {
+void Rules::prune(const PlainWorld& world, int property, const RulePredicate& predicate,
+                  int owner) {
     if (sets.count(property) == 0) sets.emplace(property, RuleSet(true));
     sets.at(property).compose(world, owner, predicate, 0);
 }
 
-void Rules::setPolicy(const World& world, int property, const RulePredicate& predicate, int owner,
-                      int policy, Callbacks& callbacks) {
+void Rules::setPolicy(const PlainWorld& world, int property, const RulePredicate& predicate,
+                      int owner, int policy, Callbacks& callbacks) {
     const auto entry = sets.find(property);
     if (kind == Kind::Additive) {
         if (entry != sets.end()) entry->second.composePolicy(world, owner, policy);
@@ -136,7 +139,7 @@ void Rules::setPolicy(const World& world, int property, const RulePredicate& pre
     if (set.prunes() && !matched) set.compose(world, owner, RulePredicate{none, false}, found);
 }
 
-Settings Provider::settingsOf(int type, Callbacks& callbacks) {
+Settings NaiveProvider::settingsOf(int type, Callbacks& callbacks) {
     if (cache_.count(type) == 0) {
         std::vector<Setting> settings = rules_.kind == Kind::Additive
                                             ? additiveSettings(type, callbacks)
@@ -146,7 +149,7 @@ Settings Provider::settingsOf(int type, Callbacks& callbacks) {
     return cache_.at(type);
 }
 
-std::vector<Setting> Provider::additiveSettings(int type, Callbacks& callbacks) const {
+std::vector<Setting> NaiveProvider::additiveSettings(int type, Callbacks& callbacks) const {
     std::vector<Setting> settings;
     for (const int property : rules_.traversed) {
         if (!isFollowable(*world_, property)) continue;
@@ -157,7 +160,7 @@ std::vector<Setting> Provider::additiveSettings(int type, Callbacks& callbacks) 
     return settings;
 }
 
-std::vector<Setting> Provider::subtractiveSettings(int type, Callbacks& callbacks) const {
+std::vector<Setting> NaiveProvider::subtractiveSettings(int type, Callbacks& callbacks) const {
     std::vector<Setting> settings;
     for (const int property : world_->propertiesOf(type)) {
         if (!isFollowable(*world_, property)) continue;
@@ -180,7 +183,7 @@ std::vector<Setting> Provider::subtractiveSettings(int type, Callbacks& callback
     return settings;
 }
 
-int Provider::resultPolicy(int type, int property, Callbacks& callbacks) const {
+int NaiveProvider::resultPolicy(int type, int property, Callbacks& callbacks) const {
     if (property == none) return 1;
     const auto entry = rules_.sets.find(property);
     if (entry == rules_.sets.end()) return 1;

@@ -11,7 +11,7 @@
 namespace nuv::zero::oracle {
 
 /// Whether rules filed under one class come before those filed under the other.
-bool comesBefore(const World& world, int type, int other);
+bool comesBefore(const PlainWorld& world, int type, int other);
 
 /// The predicate of a rule: one of the world's, or one that answers the same for every class.
 struct RulePredicate {
@@ -30,24 +30,24 @@ class RuleSet {
     RuleSet(const RuleSet& other) : prunes_(other.prunes_), root_(copyOf(other.root_)) {}
     RuleSet& operator=(const RuleSet&) = delete;
 
-    void compose(const World& world, int owner, const RulePredicate& predicate, int policy);
-    void composePolicy(const World& world, int owner, int policy);
+    void compose(const PlainWorld& world, int owner, const RulePredicate& predicate, int policy);
+    void composePolicy(const PlainWorld& world, int owner, int policy);
     std::pair<bool, int> anyMatches(int type, Callbacks& callbacks) const;
     bool prunes() const { return prunes_; }
 
   private:
     /// A rule, and the trees of those that were filed to its left and right.
-    struct Node {
+    struct FiledRule {
         int owner;
         RulePredicate predicate;
         int policy;
-        std::shared_ptr<Node> left;
-        std::shared_ptr<Node> right;
+        std::shared_ptr<FiledRule> left;
+        std::shared_ptr<FiledRule> right;
     };
-    using Tree = std::shared_ptr<Node>;
+    using Tree = std::shared_ptr<FiledRule>;
     static Tree copyOf(const Tree& tree);
-    Node* find(const World& world, int owner) const;
-    static const Node* firstAccepting(const Tree& tree, int type, Callbacks& callbacks);
+    FiledRule* find(const PlainWorld& world, int owner) const;
+    static const FiledRule* firstAccepting(const Tree& tree, int type, Callbacks& callbacks);
 
     bool prunes_;
     Tree root_;
@@ -66,20 +66,21 @@ struct Rules {
     std::vector<int> traversed;
     int pseudoLinkPolicy = 1;
 
-    void apply(const World& world, const RuleOperation& rule, Callbacks& callbacks);
+    void apply(const PlainWorld& world, const RuleOperation& rule, Callbacks& callbacks);
 
   private:
-    void traverse(const World& world, int property, const RulePredicate& predicate, int owner,
+    void traverse(const PlainWorld& world, int property, const RulePredicate& predicate, int owner,
                   int policy);
-    void prune(const World& world, int property, const RulePredicate& predicate, int owner);
-    void setPolicy(const World& world, int property, const RulePredicate& predicate, int owner,
+    void prune(const PlainWorld& world, int property, const RulePredicate& predicate, int owner);
+    void setPolicy(const PlainWorld& world, int property, const RulePredicate& predicate, int owner,
                    int policy, Callbacks& callbacks);
 };
 
 /// Answers a walk's questions from a snapshot of the rules.
-class Provider {
+class NaiveProvider {
   public:
-    Provider(const World& world, Rules rules) : world_(&world), rules_(std::move(rules)) {}
+    NaiveProvider(const PlainWorld& world, Rules rules)
+        : world_(&world), rules_(std::move(rules)) {}
 
     Settings settingsOf(int type, Callbacks& callbacks);
     int resultPolicy(int type, int property, Callbacks& callbacks) const;
@@ -88,7 +89,7 @@ class Provider {
     std::vector<Setting> additiveSettings(int type, Callbacks& callbacks) const;
     std::vector<Setting> subtractiveSettings(int type, Callbacks& callbacks) const;
 
-    const World* world_;
+    const PlainWorld* world_;
     Rules rules_;
     std::map<int, Settings> cache_;
 };

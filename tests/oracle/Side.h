@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "tests/oracle/Recorder.h"
+#include "tests/oracle/CallRecorder.h"
 
 namespace nuv::zero::oracle {
 
@@ -12,7 +12,7 @@ namespace nuv::zero::oracle {
 /// What callbacks are called, what is thrown and where walks stand goes to the recorder.
 class Side {
   public:
-    explicit Side(const World& world) : recorder(world) {}
+    explicit Side(const PlainWorld& world) : recorder(world) {}
     Side(const Side&) = delete;
     Side& operator=(const Side&) = delete;
     virtual ~Side() = default;
@@ -46,10 +46,10 @@ class Side {
 
     virtual bool exists(int place) const = 0;
     virtual bool isAtEnd(int place) const = 0;
-    virtual Step current(int place) const = 0;
+    virtual IndexedLink current(int place) const = 0;
     virtual bool equal(int one, int other) const = 0;
 
-    Recorder recorder;
+    CallRecorder recorder;
 };
 
 }  // namespace nuv::zero::oracle

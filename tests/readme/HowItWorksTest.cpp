@@ -27,9 +27,9 @@ std::string nameOf(const meta::Property& property) {
 }
 
 /// Writes down what happens, and throws once where it is told to.
-class Recorder : public TraversalProcessor {
+class TranscriptRecorder : public TraversalProcessor {
   public:
-    explicit Recorder(std::string throwAt = {}) : throwAt_(std::move(throwAt)) {}
+    explicit TranscriptRecorder(std::string throwAt = {}) : throwAt_(std::move(throwAt)) {}
 
     void onEnterInputElement(const ModelElement& element) override {
         write("onEnterInputElement(" + nameOf(element) + ")");
@@ -111,7 +111,7 @@ struct HowItWorks : testing::Test {
 };
 
 TEST_F(HowItWorks, DepthFirstBracketsNest) {
-    EXPECT_EQ(Recorder().record(Spec::subtractiveTraversal()->depthFirst({a})),
+    EXPECT_EQ(TranscriptRecorder().record(Spec::subtractiveTraversal()->depthFirst({a})),
               (Lines{"onEnterInputElement(A)",
                      "report the pseudo-link of A",
                      "onEnterElement(A)",
@@ -137,7 +137,7 @@ TEST_F(HowItWorks, DepthFirstBracketsNest) {
 }
 
 TEST_F(HowItWorks, BreadthFirstBracketsFollowOneAnother) {
-    EXPECT_EQ(Recorder().record(Spec::subtractiveTraversal()->breadthFirst({a})),
+    EXPECT_EQ(TranscriptRecorder().record(Spec::subtractiveTraversal()->breadthFirst({a})),
               (Lines{"onEnterInputElement(A)",
                      "report the pseudo-link of A",
                      "onEnterElement(A)",
@@ -164,7 +164,7 @@ TEST_F(HowItWorks, BreadthFirstBracketsFollowOneAnother) {
 
 TEST_F(HowItWorks, TheLastInputIsLeftAgainByEachStepPastTheEnd) {
     const auto result = Spec::additiveTraversal()->depthFirst({a});
-    Recorder recorder;
+    TranscriptRecorder recorder;
     ResultSetup(result).observe(&recorder);
     auto walk = result->begin();
     for (int step = 0; step < 3; ++step) walk.advance();
@@ -174,23 +174,24 @@ TEST_F(HowItWorks, TheLastInputIsLeftAgainByEachStepPastTheEnd) {
 }
 
 TEST_F(HowItWorks, AnInputEnteredBeforeHasInputEventsOnly) {
-    EXPECT_EQ(Recorder().record(Spec::additiveTraversal()->depthFirst({a, a})),
+    EXPECT_EQ(TranscriptRecorder().record(Spec::additiveTraversal()->depthFirst({a, a})),
               (Lines{"onEnterInputElement(A)", "report the pseudo-link of A", "onEnterElement(A)",
                      "onExitElement(A)", "onExitInputElement(A)", "onEnterInputElement(A)",
                      "onExitInputElement(A)"}));
 }
 
 TEST_F(HowItWorks, ANullInputIsEnteredButNeitherReportedNorLeft) {
-    EXPECT_EQ(Recorder().record(Spec::subtractiveTraversal()->depthFirst({ModelElement(), d})),
-              (Lines{"onEnterInputElement(null)", "onEnterElement(null)", "onExitElement(null)",
-                     "onEnterInputElement(D)", "report the pseudo-link of D", "onEnterElement(D)",
-                     "onEnterProperty(D, p)", "onExitProperty(D, p)", "onExitElement(D)",
-                     "onExitInputElement(D)"}));
+    EXPECT_EQ(
+        TranscriptRecorder().record(Spec::subtractiveTraversal()->depthFirst({ModelElement(), d})),
+        (Lines{"onEnterInputElement(null)", "onEnterElement(null)", "onExitElement(null)",
+               "onEnterInputElement(D)", "report the pseudo-link of D", "onEnterElement(D)",
+               "onEnterProperty(D, p)", "onExitProperty(D, p)", "onExitElement(D)",
+               "onExitInputElement(D)"}));
 }
 
 TEST_F(HowItWorks, AnElementPrunedBeforeItsTurnHasNoEvents) {
     const auto result = Spec::subtractiveTraversal()->depthFirst({b});
-    Recorder recorder;
+    TranscriptRecorder recorder;
     ResultSetup(result).observe(&recorder);
     auto walk = links(result);
     for (const Link& link : walk) {
@@ -206,7 +207,7 @@ TEST_F(HowItWorks, AnElementPrunedBeforeItsTurnHasNoEvents) {
 TEST_F(HowItWorks, APruneOnABackEdgeEndsTheAncestorInMidProperty) {
     model.set(d, p, {b, c});
     const auto result = Spec::subtractiveTraversal()->depthFirst({b});
-    Recorder recorder;
+    TranscriptRecorder recorder;
     ResultSetup(result).observe(&recorder);
     auto walk = links(result);
     for (const Link& link : walk) {
@@ -224,7 +225,7 @@ TEST_F(HowItWorks, APruneOnABackEdgeEndsTheAncestorInMidProperty) {
 
 TEST_F(HowItWorks, AnObserverAttachedInMidWalkHearsOfElementsEnteredLater) {
     const auto result = Spec::subtractiveTraversal()->depthFirst({a});
-    Recorder recorder;
+    TranscriptRecorder recorder;
     auto walk = links(result);
     for (const Link& link : walk) {
         if (link.getTarget() == b) ResultSetup(result).observe(&recorder);
@@ -236,18 +237,20 @@ TEST_F(HowItWorks, AnObserverAttachedInMidWalkHearsOfElementsEnteredLater) {
 }
 
 /// An observer that throws at one event, and the events of the steps that follow.
-struct Failure {
+struct ObserverFailure {
     std::string event;
     Lines whatFollows;
 
-    friend void PrintTo(const Failure& failure, std::ostream* out) { *out << failure.event; }
+    friend void PrintTo(const ObserverFailure& failure, std::ostream* out) {
+        *out << failure.event;
+    }
 };
 class HowItWorksAfterAFailingEvent : public HowItWorks,
-                                     public testing::WithParamInterface<Failure> {};
+                                     public testing::WithParamInterface<ObserverFailure> {};
 
 TEST_P(HowItWorksAfterAFailingEvent, TheWalkGoesOn) {
-    Lines lines =
-        Recorder(GetParam().event).record(Spec::subtractiveTraversal()->depthFirst({c, d}));
+    Lines lines = TranscriptRecorder(GetParam().event)
+                      .record(Spec::subtractiveTraversal()->depthFirst({c, d}));
     while (!lines.empty() && lines.front() != "exception") lines.erase(lines.begin());
     EXPECT_EQ(lines, GetParam().whatFollows);
 }
@@ -255,16 +258,18 @@ TEST_P(HowItWorksAfterAFailingEvent, TheWalkGoesOn) {
 INSTANTIATE_TEST_SUITE_P(
     Events, HowItWorksAfterAFailingEvent,
     testing::Values(
-        Failure{"onEnterInputElement(D)", {"exception", "onExitInputElement(D)"}},
-        Failure{"onEnterElement(D)",
-                {"exception", "onEnterElement(D)", "onEnterProperty(D, p)", "onExitProperty(D, p)",
-                 "onExitElement(D)", "onExitInputElement(D)"}},
-        Failure{"onEnterProperty(D, p)",
-                {"exception", "onExitProperty(D, p)", "onExitElement(D)", "onExitInputElement(D)"}},
-        Failure{"onExitProperty(D, p)",
-                {"exception", "onExitProperty(D, p)", "onExitElement(D)", "onExitInputElement(D)"}},
-        Failure{"onExitElement(D)", {"exception", "onExitInputElement(D)"}},
-        Failure{"onExitInputElement(D)", {"exception", "onExitInputElement(D)"}}),
+        ObserverFailure{"onEnterInputElement(D)", {"exception", "onExitInputElement(D)"}},
+        ObserverFailure{"onEnterElement(D)",
+                        {"exception", "onEnterElement(D)", "onEnterProperty(D, p)",
+                         "onExitProperty(D, p)", "onExitElement(D)", "onExitInputElement(D)"}},
+        ObserverFailure{
+            "onEnterProperty(D, p)",
+            {"exception", "onExitProperty(D, p)", "onExitElement(D)", "onExitInputElement(D)"}},
+        ObserverFailure{
+            "onExitProperty(D, p)",
+            {"exception", "onExitProperty(D, p)", "onExitElement(D)", "onExitInputElement(D)"}},
+        ObserverFailure{"onExitElement(D)", {"exception", "onExitInputElement(D)"}},
+        ObserverFailure{"onExitInputElement(D)", {"exception", "onExitInputElement(D)"}}),
     [](const auto& failure) {
         return failure.param.event.substr(0, failure.param.event.find('('));
     });

@@ -92,8 +92,9 @@ void compareSettings(Workspace& workspace, Arguments& arguments) {
     auto& provider = testing_support::providerOf(nextResult(workspace, arguments));
     const ModelElement one = workspace.nextElementOrNull(arguments);
     const ModelElement other = workspace.nextElementOrNull(arguments);
-    const bool same =
-        provider.getPropertiesToTraverse(one) == provider.getPropertiesToTraverse(other);
+    // One after the other: each may ask predicates, which print.
+    const auto settings = provider.getPropertiesToTraverse(one);
+    const bool same = settings == provider.getPropertiesToTraverse(other);
     workspace.output << "same " << (same ? "true" : "false") << '\n';
 }
 

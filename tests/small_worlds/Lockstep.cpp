@@ -6,9 +6,9 @@ namespace nuv::zero::small_worlds {
 
 using oracle::EngineModel;
 using oracle::Event;
+using oracle::IndexedLink;
 using oracle::Kind;
 using oracle::none;
-using oracle::Step;
 using traversal::Algo;
 using traversal::Link;
 using traversal::ResultPolicy;
@@ -16,19 +16,20 @@ using traversal::Spec;
 using traversal::TraversalResult;
 
 Script scriptAt(int number) {
-    Script script{};
-    for (Operation& operation : script) {
-        operation = static_cast<Operation>(number % 6);
-        number /= 6;
-    }
-    return script;
+    return {static_cast<Operation>(number / 6 / 7), static_cast<Operation>(number / 6 % 7),
+            static_cast<Operation>(number % 6)};
 }
 
 namespace {
 
 const char* nameOf(Operation operation) {
-    constexpr const char* names[] = {"advance",          "prune all children", "prune children x",
-                                     "prune children y", "prune siblings",     "copy"};
+    constexpr const char* names[] = {"advance",
+                                     "prune all children",
+                                     "prune children x",
+                                     "prune children y",
+                                     "prune siblings",
+                                     "copy and go on with the copy",
+                                     "copy and leave the copy"};
     return names[static_cast<std::size_t>(operation)];
 }
 
@@ -104,7 +105,7 @@ class Lockstep::OracleObserver final : public oracle::Callbacks {
     explicit OracleObserver(Trace& trace) : trace_(trace) {}
 
     bool predicate(int /*predicate*/, int /*type*/) override { return true; }
-    int filter(int /*filter*/, const Step& /*link*/) override { return 1; }
+    int filter(int /*filter*/, const IndexedLink& /*link*/) override { return 1; }
     void event(int /*observer*/, Event event, int element, int property) override {
         trace_.push_back({event, element, property});
     }
@@ -134,8 +135,8 @@ Lockstep::Lockstep(const Scene& scene, const EngineModel& model, Kind kind, Algo
             rules.apply(world_, rule, *oracleObserver_);
         }
     }
-    oracleResult_ = std::make_shared<oracle::Result>();
-    oracleResult_->provider = std::make_shared<oracle::Provider>(world_, std::move(rules));
+    oracleResult_ = std::make_shared<oracle::NaiveResult>();
+    oracleResult_->provider = std::make_shared<oracle::NaiveProvider>(world_, std::move(rules));
     oracleResult_->observer = 0;
     oracleResult_->inputs = scene.inputs;
     oracleResult_->algo = static_cast<int>(order);
@@ -149,11 +150,14 @@ Lockstep::Pair::Pair(Lockstep& lockstep)
 
 bool Lockstep::run(const Script& script) {
     walks_.clear();
+    driven_ = 0;
     if (!begin()) return false;
     for (const Operation operation : script) {
         if (!perform(operation)) return false;
     }
-    return std::all_of(walks_.rbegin(), walks_.rend(), [this](Pair& pair) { return finish(pair); });
+    return finish(walks_[driven_]) && std::all_of(walks_.begin(), walks_.end(), [this](Pair& pair) {
+               return &pair == &walks_[driven_] || finish(pair);
+           });
 }
 
 std::string Lockstep::runInWords(const Script& script) {
@@ -173,7 +177,7 @@ bool Lockstep::begin() {
 }
 
 bool Lockstep::perform(Operation operation) {
-    Pair& driven = walks_.back();
+    Pair& driven = walks_[driven_];
     if (operation == Operation::Advance) return advance(driven);
     if (words_ != nullptr) *words_ += std::string("> ") + nameOf(operation) + '\n';
     switch (operation) {
@@ -193,6 +197,9 @@ bool Lockstep::perform(Operation operation) {
             driven.engine.pruneSiblings();
             driven.oracle.pruneSiblings();
             break;
+        case Operation::CopyAndDriveIt:
+            driven_ = walks_.size();
+            [[fallthrough]];
         default:
             walks_.push_back(driven);
             break;
@@ -236,7 +243,7 @@ bool Lockstep::agrees() {
 
 bool Lockstep::standsAlike(const Pair& pair) const {
     static const EngineWalk end;
-    const Step& expected = pair.oracle.current();
+    const IndexedLink& expected = pair.oracle.current();
     const Link& actual = pair.engine.getCurrent();
     return actual.getSource() == elementAt(expected.source) &&
            actual.getTarget() == elementAt(expected.target) &&
@@ -252,7 +259,8 @@ std::string Lockstep::inWords(bool ofEngine) const {
     }
     for (std::size_t index = 0; index < walks_.size(); ++index) {
         const Pair& pair = walks_[index];
-        const Step current = ofEngine ? stepOf(pair.engine.getCurrent()) : pair.oracle.current();
+        const IndexedLink current =
+            ofEngine ? stepOf(pair.engine.getCurrent()) : pair.oracle.current();
         const bool atEnd = ofEngine ? pair.engine == end : current.isEmpty();
         words += "    walk " + std::to_string(index) + (atEnd ? " at the end, " : " on ") +
                  oracle::describe(current);
@@ -267,7 +275,7 @@ std::string Lockstep::inWords(bool ofEngine) const {
     return words;
 }
 
-Step Lockstep::stepOf(const Link& link) const {
+IndexedLink Lockstep::stepOf(const Link& link) const {
     return {indexOf(link.getSource()), indexOf(link.getProperty()), indexOf(link.getTarget()),
             link.shouldCascade()};
 }

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/oracle/EngineModel.h"
-#include "tests/oracle/Walk.h"
+#include "tests/oracle/NaiveWalk.h"
 #include "tests/small_worlds/SmallWorlds.h"
 #include "traversal/Traversal.h"
 
@@ -20,14 +20,18 @@ enum class Operation {
     PruneChildrenX,
     PruneChildrenY,
     PruneSiblings,
-    /// The script goes on with the copy; the walk that was copied goes on behind the script.
-    Copy,
+    /// The script goes on with the copy, or with the walk that was copied; the other one goes on
+    /// behind the script.
+    CopyAndDriveIt,
+    CopyAndLeaveIt,
 };
 
 /// Three operations. A shorter script is one that goes on with advances, since every walk goes on
 /// to its end behind the script.
+///
+/// No script ends with a copy that is left: which of both walks goes on makes no difference then.
 using Script = std::array<Operation, 3>;
-inline constexpr int scripts = 6 * 6 * 6;
+inline constexpr int scripts = 7 * 7 * 6;
 Script scriptAt(int number);
 std::string describe(const Script& script);
 
@@ -68,7 +72,7 @@ class Lockstep {
     struct Pair {
         explicit Pair(Lockstep& lockstep);
         EngineWalk engine;
-        oracle::Walk oracle;
+        oracle::NaiveWalk oracle;
     };
 
     bool begin();
@@ -80,14 +84,14 @@ class Lockstep {
     bool agrees();
     bool standsAlike(const Pair& pair) const;
     std::string inWords(bool ofEngine) const;
-    oracle::Step stepOf(const traversal::Link& link) const;
+    oracle::IndexedLink stepOf(const traversal::Link& link) const;
     int indexOf(const ModelElement& element) const;
     const ModelElement& elementAt(int index) const {
         return elements_[static_cast<std::size_t>(index - oracle::none)];
     }
     int indexOf(const meta::Property& property) const;
 
-    const oracle::World& world_;
+    const oracle::PlainWorld& world_;
     /// Behind a null handle, which has the index before the first.
     std::vector<ModelElement> elements_;
     std::array<meta::Property, 2> properties_;
@@ -96,9 +100,10 @@ class Lockstep {
     std::unique_ptr<EngineObserver> engineObserver_;
     std::unique_ptr<OracleObserver> oracleObserver_;
     std::shared_ptr<traversal::TraversalResult> engineResult_;
-    std::shared_ptr<oracle::Result> oracleResult_;
-    /// The last is the one that is driven.
+    std::shared_ptr<oracle::NaiveResult> oracleResult_;
     std::deque<Pair> walks_;
+    /// The place of the one that is driven.
+    std::size_t driven_ = 0;
     std::uint64_t steps_ = 0;
     /// What each step showed, where words are wanted.
     std::string* words_ = nullptr;

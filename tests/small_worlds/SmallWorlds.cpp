@@ -9,7 +9,7 @@ namespace {
 
 using oracle::Kind;
 using oracle::none;
-using oracle::World;
+using oracle::PlainWorld;
 using List = std::vector<int>;
 
 /// All lists of up to two entries, each null or one of so many elements.
@@ -30,14 +30,14 @@ std::vector<List> singlesOver(int elements) {
 }
 
 /// The values of both properties of each element.
-struct Values {
+struct SceneValues {
     std::vector<const List*> x;
     std::vector<const List*> y;
 };
 
 /// Whether a walk from the inputs meets all elements, and meets them by their numbers. Elements are
 /// met as inputs, then as targets of the elements met before, `x` first.
-bool isMetInOrder(int elements, const List& inputs, const Values& values, bool followsY) {
+bool isMetInOrder(int elements, const List& inputs, const SceneValues& values, bool followsY) {
     int met = 0;
     const auto meets = [&met](const List& targets) {
         return std::all_of(targets.begin(), targets.end(), [&met](int target) {
@@ -54,8 +54,8 @@ bool isMetInOrder(int elements, const List& inputs, const Values& values, bool f
     return met == elements;
 }
 
-World worldWith(bool yIsList) {
-    World world;
+PlainWorld worldWith(bool yIsList) {
+    PlainWorld world;
     world.classes.push_back({u"m::C", {}});
     world.properties.resize(2);
     for (oracle::PropertyDefinition& property : world.properties) {
@@ -80,7 +80,7 @@ List arrangement(int elements, std::uint64_t number) {
     return places;
 }
 
-Scene makeScene(int elements, const List& inputs, const Values& values, bool yIsList,
+Scene makeScene(int elements, const List& inputs, const SceneValues& values, bool yIsList,
                 std::uint64_t number) {
     const List places = arrangement(elements, number);
     const auto placed = [&places](const List& list) {
@@ -112,7 +112,6 @@ class Enumeration {
   public:
     Enumeration(int elements, bool yIsList, bool isForComposition)
         : elements_(elements),
-          yIsList_(yIsList),
           isForComposition_(isForComposition),
           lists_(listsOver(elements)),
           ys_(yIsList ? lists_ : singlesOver(elements)),
@@ -153,13 +152,12 @@ class Enumeration {
     }
 
     int elements_;
-    bool yIsList_;
     bool isForComposition_;
     std::vector<List> lists_;
     std::vector<List> ys_;
     std::vector<List> loops_;
     std::vector<std::size_t> digits_;
-    Values values_;
+    SceneValues values_;
 };
 
 }  // namespace
@@ -172,7 +170,7 @@ void forEachScene(const Family& family, const UseScene& use) {
                                             : std::vector{Kind::Additive, Kind::Subtractive};
         for (int elements = 0; elements <= family.mostElements; ++elements) {
             Enumeration all(elements, family.yIsList, isForComposition);
-            all.run([&](const List& inputs, const Values& values) {
+            all.run([&](const List& inputs, const SceneValues& values) {
                 use(kinds, [&](std::uint64_t number) {
                     return makeScene(elements, inputs, values, family.yIsList, number);
                 });

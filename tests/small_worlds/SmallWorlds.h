@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/oracle/World.h"
+#include "tests/oracle/PlainWorld.h"
 
 /// Every model up to a size, with every list of inputs.
 ///
@@ -34,7 +34,7 @@ inline constexpr Family families[] = {
 
 /// A model and the inputs of walks over it.
 struct Scene {
-    oracle::World world;
+    oracle::PlainWorld world;
     std::vector<int> inputs;
 };
 

@@ -31,7 +31,7 @@ namespace {
 constexpr std::array orders = {traversal::Algo::DepthFirstPreOrder,
                                traversal::Algo::DepthFirstPostOrder, traversal::Algo::BreadthFirst};
 
-struct Options {
+struct SurveyOptions {
     std::uint64_t stride = 1;
     std::uint64_t offset = 0;
     std::optional<std::uint64_t> onlyCase;
@@ -54,7 +54,7 @@ extern "C" void sayWhatCrashed(int signal) {
 
 class Survey {
   public:
-    explicit Survey(const Options& options) : options_(options) {}
+    explicit Survey(const SurveyOptions& options) : options_(options) {}
 
     /// Whether all agreed.
     bool run() {
@@ -131,7 +131,7 @@ class Survey {
 
     static constexpr unsigned secondsPerCase = 60;
 
-    Options options_;
+    SurveyOptions options_;
     std::uint64_t cases_ = 0;
     std::uint64_t casesRun_ = 0;
     std::uint64_t scriptsRun_ = 0;
@@ -139,8 +139,8 @@ class Survey {
     std::uint64_t different_ = 0;
 };
 
-Options readOptions(int count, char** texts) {
-    Options options;
+SurveyOptions readOptions(int count, char** texts) {
+    SurveyOptions options;
     for (int index = 1; index < count; ++index) {
         const std::string_view name = texts[index];
         if (name == "--count") {

@@ -16,10 +16,20 @@ class BuilderRules : public Impl {
         using Getter = const Map& (Impl::*)() const noexcept;
         return (builder.*static_cast<Getter>(&BuilderRules::matchersMap))();
     }
+    static Map& of(Impl& builder) {
+        using Getter = Map& (Impl::*)() noexcept;
+        return (builder.*static_cast<Getter>(&BuilderRules::matchersMap))();
+    }
 };
 
 template <class Impl>
 const typename BuilderRules<Impl>::Map& rulesOf(const Impl& builder) {
+    return BuilderRules<Impl>::of(builder);
+}
+
+/// The same, to change what no operation of a builder changes.
+template <class Impl>
+typename BuilderRules<Impl>::Map& changeableRulesOf(Impl& builder) {
     return BuilderRules<Impl>::of(builder);
 }
 

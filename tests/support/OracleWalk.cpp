@@ -64,10 +64,11 @@ void OracleGround::addValues(const ModelElement& element) {
         oracle::ValueDefinition definition;
         definition.type = typeIndexOf(value.getMeta().getType());
         definition.many = value.getMeta().isMany();
-        if (const auto* one = std::get_if<ModelElement>(&value.data())) {
+        const memory::Content content = value.content();
+        if (const auto* one = std::get_if<ModelElement>(&content)) {
             definition.payload = Payload::Elements;
             definition.elements.push_back(indexOf(*one));
-        } else if (const auto* all = std::get_if<std::vector<ModelElement>>(&value.data())) {
+        } else if (const auto* all = std::get_if<std::vector<ModelElement>>(&content)) {
             definition.payload = Payload::Elements;
             for (const ModelElement& entry : *all) definition.elements.push_back(indexOf(entry));
         } else if (access::isSet(value)) {
@@ -84,11 +85,11 @@ int OracleGround::typeIndexOf(const meta::Type& type) const {
     return oracle::stringType;
 }
 
-std::shared_ptr<oracle::Result> OracleGround::result(const oracle::Rules& rules,
-                                                     const std::vector<ModelElement>& inputs,
-                                                     traversal::Algo order) const {
-    auto result = std::make_shared<oracle::Result>();
-    result->provider = std::make_shared<oracle::Provider>(world_, rules);
+std::shared_ptr<oracle::NaiveResult> OracleGround::result(const oracle::Rules& rules,
+                                                          const std::vector<ModelElement>& inputs,
+                                                          traversal::Algo order) const {
+    auto result = std::make_shared<oracle::NaiveResult>();
+    result->provider = std::make_shared<oracle::NaiveProvider>(world_, rules);
     if (observer != nullptr) result->observer = 0;
     for (const ModelElement& input : inputs) result->inputs.push_back(indexOf(input));
     result->dropsPseudoLinks = rules.pseudoLinkPolicy == 0;
@@ -103,7 +104,7 @@ ModelElement OracleGround::elementAt(int index) const {
     return index == oracle::none ? ModelElement() : elements_.at(static_cast<std::size_t>(index));
 }
 
-Link OracleGround::linkOf(const oracle::Step& step) const {
+Link OracleGround::linkOf(const oracle::IndexedLink& step) const {
     meta::Property property;
     if (step.property != oracle::none) {
         property = properties_.at(static_cast<std::size_t>(step.property));
@@ -118,7 +119,7 @@ bool OracleGround::predicate(int predicate, int type) {
         classes_.at(static_cast<std::size_t>(type)));
 }
 
-int OracleGround::filter(int filter, const oracle::Step& link) {
+int OracleGround::filter(int filter, const oracle::IndexedLink& link) {
     return static_cast<int>(filters.at(static_cast<std::size_t>(filter))(linkOf(link)));
 }
 

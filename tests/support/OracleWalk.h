@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "tests/oracle/Walk.h"
+#include "tests/oracle/NaiveWalk.h"
 #include "tests/support/ModelBuilder.h"
 #include "traversal/Traversal.h"
 
@@ -30,18 +30,18 @@ class OracleGround final : public oracle::Callbacks {
     /// Called wherever a walk has to remember something.
     std::function<void()> onRemember;
 
-    std::shared_ptr<oracle::Result> result(const oracle::Rules& rules,
-                                           const std::vector<ModelElement>& inputs,
-                                           traversal::Algo order) const;
+    std::shared_ptr<oracle::NaiveResult> result(const oracle::Rules& rules,
+                                                const std::vector<ModelElement>& inputs,
+                                                traversal::Algo order) const;
 
-    const oracle::World& world() const { return world_; }
+    const oracle::PlainWorld& world() const { return world_; }
     int indexOf(const ModelElement& object) const {
         return object ? indices_.at(object) : oracle::none;
     }
-    traversal::Link linkOf(const oracle::Step& step) const;
+    traversal::Link linkOf(const oracle::IndexedLink& step) const;
 
     bool predicate(int predicate, int type) override;
-    int filter(int filter, const oracle::Step& link) override;
+    int filter(int filter, const oracle::IndexedLink& link) override;
     void event(int observer, oracle::Event event, int element, int property) override;
     void remember() override {
         if (onRemember) onRemember();
@@ -56,7 +56,7 @@ class OracleGround final : public oracle::Callbacks {
     int typeIndexOf(const meta::Type& type) const;
     ModelElement elementAt(int index) const;
 
-    oracle::World world_;
+    oracle::PlainWorld world_;
     std::vector<meta::Class> classes_;
     std::vector<meta::Property> properties_;
     std::vector<ModelElement> elements_;
@@ -66,7 +66,7 @@ class OracleGround final : public oracle::Callbacks {
 /// The oracle's walk, used as the library's is. Its ground has to outlive it.
 class OracleWalk {
   public:
-    OracleWalk(OracleGround& ground, std::shared_ptr<oracle::Result> result)
+    OracleWalk(OracleGround& ground, std::shared_ptr<oracle::NaiveResult> result)
         : ground_(&ground), walk_(ground.world(), ground, std::move(result)) {}
 
     traversal::Link getCurrent() const { return ground_->linkOf(walk_.current()); }
@@ -79,7 +79,7 @@ class OracleWalk {
 
   private:
     OracleGround* ground_;
-    oracle::Walk walk_;
+    oracle::NaiveWalk walk_;
 };
 
 }  // namespace nuv::zero::test

@@ -16,6 +16,7 @@
 namespace nuv::zero::traversal {
 namespace {
 
+using test::changeableRulesOf;
 using test::Lines;
 using test::linesOf;
 using test::ModelBuilder;
@@ -203,6 +204,19 @@ TYPED_TEST(AbstractTraversalTest, AssignmentTakesRulesAndPolicyButNotThePlaceInS
     typename TypeParam::Impl unowned(*source);
     unowned = *target;
     EXPECT_THROW(unowned.includeInitialPseudoLink(ResultPolicy::Report), std::bad_weak_ptr);
+}
+
+TYPED_TEST(AbstractTraversalTest, CopiesAndAssignmentsKeepTheLoadFactorOfTheRules) {
+    constexpr float sparse = 0.25F;
+    const auto source = this->make();
+    changeableRulesOf(*source).max_load_factor(sparse);
+    const typename TypeParam::Impl copy(*source);
+    EXPECT_EQ(rulesOf(copy).max_load_factor(), sparse);
+    const auto target = this->make();
+    EXPECT_NE(rulesOf(*target).max_load_factor(), sparse);
+    *target = *source;
+    EXPECT_EQ(rulesOf(*target).max_load_factor(), sparse);
+    EXPECT_EQ(linesOf(target->depthFirst({this->m("A")})), this->preOrder);
 }
 
 TYPED_TEST(AbstractTraversalTest, SelfAssignmentLeavesTheRulesUntouched) {

@@ -56,6 +56,15 @@ TEST_F(AdditiveTraversalTest, PropertiesAreFollowedInTheOrderOfTheirFirstNaming)
     EXPECT_EQ(fromA(), (Lines{"A.z>D", "A.y>C", "A.x>B", "B.y>E", "A.x>L", "L.y>B!"}));
 }
 
+// A named property without rules made every walk throw std::out_of_range.
+TEST_F(AdditiveTraversalTest, PropertyWhoseRulesWereTakenAwayIsNotFollowed) {
+    builder->traverse(x, ResultPolicy::Report)->traverse(y, ResultPolicy::Report);
+    test::changeableRulesOf(*builder).erase(x);
+    EXPECT_EQ(fromA(), Lines{"A.y>C"});
+    builder->traverse(x, ResultPolicy::Report);
+    EXPECT_EQ(fromA().front(), "A.x>B");
+}
+
 TEST_F(AdditiveTraversalTest, NamedUnderTwoOwnersAPropertyHasOneEntryAndIsFollowedOnce) {
     builder->traverse({x, isLeaf, leaf}, ResultPolicy::Extended)->traverse(x, ResultPolicy::Report);
     EXPECT_EQ(rulesOf(*builder).size(), 1U);

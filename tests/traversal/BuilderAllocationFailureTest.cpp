@@ -64,7 +64,7 @@ class BuilderAllocationFailureTest : public testing::Test {
 
     /// A step of giving rules, which may be made of several.
     template <class Impl>
-    struct Step {
+    struct BuilderStep {
         const char* name;
         std::function<void(Impl&)> all;
         /// The parts one by one: a failure may come between them.
@@ -74,8 +74,8 @@ class BuilderAllocationFailureTest : public testing::Test {
     /// A step that fails has done some of its parts, from the first on, or none; done again, it
     /// ends where it would have ended.
     template <class Make, class Impl>
-    void failSteps(Make&& make, const std::vector<Step<Impl>>& steps) {
-        for (const Step<Impl>& step : steps) {
+    void failSteps(Make&& make, const std::vector<BuilderStep<Impl>>& steps) {
+        for (const BuilderStep<Impl>& step : steps) {
             SCOPED_TRACE(step.name);
             std::vector<Lines> permitted;
             {
@@ -101,7 +101,7 @@ class BuilderAllocationFailureTest : public testing::Test {
     }
     /// The same for a step that is one part.
     template <class Impl>
-    static Step<Impl> whole(const char* name, std::function<void(Impl&)> all) {
+    static BuilderStep<Impl> whole(const char* name, std::function<void(Impl&)> all) {
         return {name, all, {all}};
     }
 
@@ -178,7 +178,7 @@ TEST_F(BuilderAllocationFailureTest, RunningThatFailsCanBeTriedAgain) {
 TEST_F(BuilderAllocationFailureTest, EveryStepOfAnAdditiveBuilderIsDoneOrNot) {
     using Impl = AdditiveTraversalImpl;
     failSteps([this] { return Spec::additiveTraversal()->traverse(x, ResultPolicy::Report); },
-              std::vector<Step<Impl>>{
+              std::vector<BuilderStep<Impl>>{
                   whole<Impl>("Traverse", [this](Impl& b) { b.traverse(y, ResultPolicy::Report); }),
                   whole<Impl>("TraverseWithPredicate",
                               [this](Impl& b) { b.traverse(y, isLeaf, ResultPolicy::Extended); }),
@@ -199,7 +199,7 @@ TEST_F(BuilderAllocationFailureTest, EveryStepOfAnAdditiveBuilderIsDoneOrNot) {
 TEST_F(BuilderAllocationFailureTest, EveryStepOfACompositionBuilderIsDoneOrNot) {
     using Impl = CompositionTraversalImpl;
     failSteps([this] { return Spec::compositionTraversal()->prune(z, isLeaf); },
-              std::vector<Step<Impl>>{
+              std::vector<BuilderStep<Impl>>{
                   whole<Impl>("Prune", [this](Impl& b) { b.prune(x); }),
                   whole<Impl>("PruneWithPredicate", [this](Impl& b) { b.prune(x, isLeaf); }),
                   {"PruneSeveral",
@@ -220,7 +220,7 @@ TEST_F(BuilderAllocationFailureTest, EveryStepOfACompositionBuilderIsDoneOrNot) 
 TEST_F(BuilderAllocationFailureTest, EveryStepOfASubtractiveBuilderIsDoneOrNot) {
     using Impl = SubtractiveTraversalImpl;
     failSteps([this] { return Spec::subtractiveTraversal()->prune(boss, isLeaf); },
-              std::vector<Step<Impl>>{
+              std::vector<BuilderStep<Impl>>{
                   whole<Impl>("Prune", [this](Impl& b) { b.prune(y); }),
                   whole<Impl>("PruneWithPredicate", [this](Impl& b) { b.prune(x, isLeaf); }),
                   {"PruneSeveral",

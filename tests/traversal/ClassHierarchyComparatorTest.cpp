@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
+#include <string>
+#include <utility>
 
 #include "tests/support/ModelBuilder.h"
 
@@ -20,12 +21,6 @@ std::pair<bool, bool> compareNames(const std::u16string& left, const std::u16str
 }
 constexpr std::pair leftFirst{true, false};
 constexpr std::pair equivalent{false, false};
-
-TEST(ClassHierarchyComparatorTest, HasNoState) {
-    static_assert(std::is_empty_v<ClassHierarchyComparator>);
-    static_assert(std::is_copy_assignable_v<ClassHierarchyComparator>);
-    static_assert(std::is_move_assignable_v<ClassHierarchyComparator>);
-}
 
 TEST(ClassHierarchyComparatorTest, ClassIsNotLessThanItself) {
     const test::ModelBuilder m("B");

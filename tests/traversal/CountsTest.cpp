@@ -17,18 +17,19 @@ using test::ModelBuilder;
 using Walk = TraversalResult::IterationContext;
 
 /// How a model of many nodes hangs together.
-enum class Shape { Chain, Star, Tree };
+enum class CountedShape { Chain, Star, Tree };
 
 class CountsTest : public testing::TestWithParam<Algo> {
   protected:
-    ModelElement grow(Shape shape, std::size_t count) {
+    ModelElement grow(CountedShape shape, std::size_t count) {
         const Class node = m.type("Node");
         const Property x = m["Node.x"];
         std::vector<ModelElement> all{m.model.create(node)};
         while (all.size() < count) {
             const std::size_t last = all.size();
-            const std::size_t parent =
-                shape == Shape::Chain ? last - 1 : (shape == Shape::Star ? 0 : (last - 1) / 8);
+            const std::size_t parent = shape == CountedShape::Chain
+                                           ? last - 1
+                                           : (shape == CountedShape::Star ? 0 : (last - 1) / 8);
             all.push_back(m.model.create(node));
             m.model.add(all[parent], x, all.back());
         }
@@ -47,7 +48,7 @@ class CountsTest : public testing::TestWithParam<Algo> {
 
 TEST_P(CountsTest, WalkAllocatesLessThanOncePerTenElements) {
     constexpr std::size_t count = 20000;
-    for (const Shape shape : {Shape::Chain, Shape::Star, Shape::Tree}) {
+    for (const CountedShape shape : {CountedShape::Chain, CountedShape::Star, CountedShape::Tree}) {
         const ModelElement root = grow(shape, count);
         const auto [allocations, links] =
             costOf(Spec::subtractiveTraversal()->run({root}, GetParam()));
@@ -65,7 +66,7 @@ TEST_P(CountsTest, SmallWalkAllocatesLittle) {
 }
 
 TEST_P(CountsTest, StepsOnAStarAllocateAtMostForTheTablesAndOncePerManyQueuedLinks) {
-    const ModelElement root = grow(Shape::Star, 2000);
+    const ModelElement root = grow(CountedShape::Star, 2000);
     const auto result = Spec::additiveTraversal()
                             ->traverse(m["Node.x"], ResultPolicy::Report)
                             ->run({root}, GetParam());
@@ -79,7 +80,7 @@ TEST_P(CountsTest, StepsOnAStarAllocateAtMostForTheTablesAndOncePerManyQueuedLin
 
 TEST_P(CountsTest, FirstLinkCostsTheSameWhateverTheSizeOfTheModel) {
     const auto costOfBegin = [this](std::size_t count) {
-        const ModelElement root = grow(Shape::Tree, count);
+        const ModelElement root = grow(CountedShape::Tree, count);
         const auto result = Spec::subtractiveTraversal()->run({root}, GetParam());
         const long before = AllocationMeter::total();
         const Walk walk = result->begin();
@@ -127,7 +128,7 @@ TEST_P(CountsTest, FiltersAreAskedOncePerLink) {
 }
 
 TEST_P(CountsTest, AbandonedWalkLeavesNothingBehind) {
-    const ModelElement root = grow(Shape::Tree, 3000);
+    const ModelElement root = grow(CountedShape::Tree, 3000);
     const auto result = Spec::subtractiveTraversal()->run({root}, GetParam());
     result->begin();
     const long before = AllocationMeter::live();

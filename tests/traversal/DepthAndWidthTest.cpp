@@ -25,12 +25,12 @@ using Walk = TraversalResult::IterationContext;
 
 constexpr auto all = static_cast<std::size_t>(deepModelSize);
 
-enum class Shape { Chain, Star };
+enum class GiantShape { Chain, Star };
 
-const char* nameOf(Shape shape) {
-    return shape == Shape::Chain ? "Chain" : "Star";
+const char* nameOf(GiantShape shape) {
+    return shape == GiantShape::Chain ? "Chain" : "Star";
 }
-void PrintTo(Shape shape, std::ostream* out) {
+void PrintTo(GiantShape shape, std::ostream* out) {
     *out << nameOf(shape);
 }
 
@@ -48,9 +48,9 @@ struct Findings {
 /// All elements of a model of one shape, and its first.
 class Giant {
   public:
-    explicit Giant(Shape shape) {
+    explicit Giant(GiantShape shape) {
         first_ = model_.create(node_);
-        if (shape == Shape::Chain) {
+        if (shape == GiantShape::Chain) {
             ModelElement last = first_;
             for (int i = 1; i < deepModelSize; ++i) {
                 ModelElement next = model_.create(node_);
@@ -106,14 +106,14 @@ class HalfWay : public TraversalProcessor {
     std::size_t events_ = 0;
 };
 
-class DepthAndWidthTest : public testing::TestWithParam<std::tuple<Shape, Algo>> {
+class DepthAndWidthTest : public testing::TestWithParam<std::tuple<GiantShape, Algo>> {
   protected:
     /// Builds the model, hands it to the body and destroys it, all on the small stack.
     template <class Body>
     void withModelOnSmallStack(Body&& body) {
         const auto start = std::chrono::steady_clock::now();
         test::onSmallStack([&] {
-            const Giant giant(std::get<Shape>(GetParam()));
+            const Giant giant(std::get<GiantShape>(GetParam()));
             body(giant, std::get<Algo>(GetParam()));
         });
         const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
@@ -209,10 +209,10 @@ TEST_P(DepthAndWidthTest, SilentWalkWhosePredicateThrowsHalfWayLeavesNoWalk) {
 }
 
 INSTANTIATE_TEST_SUITE_P(ShapesAndOrders, DepthAndWidthTest,
-                         testing::Combine(testing::Values(Shape::Chain, Shape::Star),
+                         testing::Combine(testing::Values(GiantShape::Chain, GiantShape::Star),
                                           testing::ValuesIn(test::everyOrder())),
                          [](const auto& each) {
-                             return std::string(nameOf(std::get<Shape>(each.param))) +
+                             return std::string(nameOf(std::get<GiantShape>(each.param))) +
                                     test::nameOf(std::get<Algo>(each.param));
                          });
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
 #include <utility>
 
 #include "tests/support/ModelBuilder.h"
@@ -74,14 +73,6 @@ TEST_F(PropertyMatcherTest, CopiesAndMovesCarryAllThreeFields) {
 }
 
 TEST_F(PropertyMatcherTest, PropertyConvertsImplicitly) {
-    static_assert(std::is_convertible_v<const Property&, PropertyMatcher>);
-    static_assert(!std::is_polymorphic_v<PropertyMatcher>);
-    static_assert(std::is_same_v<decltype(std::declval<const PropertyMatcher&>().getProperty()),
-                                 const Property&>);
-    static_assert(
-        std::is_same_v<decltype(std::declval<const PropertyMatcher&>().getOwner()), const Class&>);
-    static_assert(std::is_same_v<decltype(std::declval<const PropertyMatcher&>().getMatcher()),
-                                 const std::function<bool(const Class&)>&>);
     const PropertyMatcher matcher = kids;
     EXPECT_EQ(matcher.getProperty(), kids);
 }

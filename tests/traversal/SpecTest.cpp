@@ -6,23 +6,39 @@
 
 #include "tests/support/BuilderRules.h"
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/PrivateAccess.h"
 #include "tests/support/WalkLog.h"
+
+namespace nuv::zero::testing_support {
+
+using traversal::AbstractTraversal;
+using traversal::AdditiveTraversalImpl;
+using traversal::CompositionTraversalImpl;
+using traversal::SubtractiveTraversalImpl;
+
+struct AdditivePseudoLinks {
+    friend auto pointerTo(AdditivePseudoLinks);
+};
+struct CompositionPseudoLinks {
+    friend auto pointerTo(CompositionPseudoLinks);
+};
+struct SubtractivePseudoLinks {
+    friend auto pointerTo(SubtractivePseudoLinks);
+};
+template struct Expose<AdditivePseudoLinks,
+                       &AbstractTraversal<AdditiveTraversalImpl>::initialPseudoLinkPolicy_>;
+template struct Expose<CompositionPseudoLinks,
+                       &AbstractTraversal<CompositionTraversalImpl>::initialPseudoLinkPolicy_>;
+template struct Expose<SubtractivePseudoLinks,
+                       &AbstractTraversal<SubtractiveTraversalImpl>::initialPseudoLinkPolicy_>;
+
+}  // namespace nuv::zero::testing_support
 
 namespace nuv::zero::traversal {
 namespace {
 
 using test::Lines;
 using test::linesOf;
-
-// Only Spec makes builders: neither nothing, nor braces, nor anything else converts to the token.
-template <class Impl>
-concept MadeFromBraces = requires {
-    Impl({});
-};
-template <class Impl>
-concept MadeFromTwoBraces = requires {
-    Impl({{}});
-};
 
 template <class Impl>
 class SpecTest : public testing::Test {};
@@ -50,14 +66,6 @@ std::shared_ptr<Impl> make() {
     }
 }
 
-TYPED_TEST(SpecTest, NobodyElseCanMakeABuilder) {
-    static_assert(!std::is_default_constructible_v<TypeParam>);
-    static_assert(!MadeFromBraces<TypeParam> && !MadeFromTwoBraces<TypeParam>);
-    static_assert(!std::is_constructible_v<TypeParam, int>);
-    static_assert(std::has_virtual_destructor_v<TypeParam>);
-    static_assert(std::is_base_of_v<std::enable_shared_from_this<TypeParam>, TypeParam>);
-}
-
 TYPED_TEST(SpecTest, NewBuilderHasNoRulesAndReportsItsInputs) {
     const test::ModelBuilder m("Node", "A");
     const auto builder = make<TypeParam>();
@@ -76,9 +84,19 @@ TYPED_TEST(SpecTest, EachCallMakesAnotherBuilder) {
     EXPECT_NE(make<TypeParam>(), make<TypeParam>());
 }
 
-TEST(SpecClassTest, HoldsNothing) {
-    static_assert(std::is_empty_v<Spec>);
-    static_assert(std::is_copy_assignable_v<Spec> && std::is_move_assignable_v<Spec>);
+/// Results only tell whether the policy is `WalkOnly`.
+template <class Policy, class Impl>
+void expectReportUntilAnotherPolicyIsGiven(const std::shared_ptr<Impl>& builder) {
+    EXPECT_EQ((*builder).*pointerTo(Policy()), ResultPolicy::Report);
+    builder->includeInitialPseudoLink(ResultPolicy::Extended);
+    EXPECT_EQ((*builder).*pointerTo(Policy()), ResultPolicy::Extended);
+}
+
+TEST(SpecPseudoLinksTest, PolicyOfTheInputsOwnLinksIsReportUntilAnotherIsGiven) {
+    using namespace testing_support;
+    expectReportUntilAnotherPolicyIsGiven<AdditivePseudoLinks>(Spec::additiveTraversal());
+    expectReportUntilAnotherPolicyIsGiven<CompositionPseudoLinks>(Spec::compositionTraversal());
+    expectReportUntilAnotherPolicyIsGiven<SubtractivePseudoLinks>(Spec::subtractiveTraversal());
 }
 
 }  // namespace

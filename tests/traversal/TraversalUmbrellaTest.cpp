@@ -2,37 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
+#include <memory>
+#include <string>
 
 #include "model/memory/Model.h"
 
 namespace nuv::zero {
 namespace {
-
-// The engine's types that users meet have names in the public namespace.
-static_assert(std::is_same_v<traversal::Link, traversal::internal::Link>);
-static_assert(std::is_same_v<traversal::TraversalResult, traversal::internal::TraversalResult>);
-static_assert(
-    std::is_same_v<traversal::TraversalProcessor, traversal::internal::TraversalProcessor>);
-
-// The numbers are part of the interface.
-using traversal::Algo;
-using traversal::ResultPolicy;
-using traversal::UniquenessMode;
-static_assert(std::is_same_v<std::underlying_type_t<Algo>, std::int32_t>);
-static_assert(std::is_same_v<std::underlying_type_t<ResultPolicy>, std::int32_t>);
-static_assert(std::is_same_v<std::underlying_type_t<UniquenessMode>, std::int32_t>);
-static_assert(static_cast<int>(Algo::DepthFirstPreOrder) == 0);
-static_assert(static_cast<int>(Algo::DepthFirstPostOrder) == 1);
-static_assert(static_cast<int>(Algo::BreadthFirst) == 2);
-static_assert(static_cast<int>(ResultPolicy::WalkOnly) == 0);
-static_assert(static_cast<int>(ResultPolicy::Report) == 1);
-static_assert(static_cast<int>(ResultPolicy::Extended) == 2);
-static_assert(static_cast<int>(UniquenessMode::UniqueLinks) == 0);
-static_assert(static_cast<int>(UniquenessMode::UniqueElements) == 1);
-static_assert(static_cast<int>(UniquenessMode::NoUniqueness) == 2);
-static_assert(static_cast<int>(traversal::CompositeMatcher::VisitMode::Prune) == 0);
-static_assert(static_cast<int>(traversal::CompositeMatcher::VisitMode::Visit) == 1);
 
 TEST(TraversalUmbrellaTest, OneIncludeServesAWholeProgram) {
     using namespace traversal;

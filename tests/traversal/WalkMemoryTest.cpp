@@ -22,7 +22,7 @@ using test::ModelBuilder;
 using Walk = TraversalResult::IterationContext;
 
 /// A shape of models, and what a walk of one may take.
-struct Shape {
+struct MeasuredShape {
     const char* name;
     std::size_t count;
     /// The class of a numbered element.
@@ -32,7 +32,7 @@ struct Shape {
     double allocationsPerElement;
 };
 
-void PrintTo(const Shape& shape, std::ostream* out) {
+void PrintTo(const MeasuredShape& shape, std::ostream* out) {
     *out << shape.name;
 }
 
@@ -79,8 +79,8 @@ void linkRichly(ModelBuilder& m, const std::vector<ModelElement>& all) {
 }
 
 /// The sizes are just below those at which the table of what was entered doubles.
-const std::vector<Shape>& shapes() {
-    static const std::vector<Shape> all{
+const std::vector<MeasuredShape>& shapes() {
+    static const std::vector<MeasuredShape> all{
         {"Tree", 32000, plainClass, linkTree, 60, 0.1},
         {"Star", 32000, plainClass, linkStar, 60, 0.1},
         {"Chain", 32000, plainClass, linkChain, 120, 0.1},
@@ -95,7 +95,7 @@ struct Cost {
     long peakBytes;
 };
 
-class WalkMemoryTest : public testing::TestWithParam<std::tuple<Shape, Algo>> {
+class WalkMemoryTest : public testing::TestWithParam<std::tuple<MeasuredShape, Algo>> {
   protected:
     WalkMemoryTest() {
         std::vector<ModelElement> all;
@@ -135,7 +135,7 @@ class WalkMemoryTest : public testing::TestWithParam<std::tuple<Shape, Algo>> {
         return walk;
     }
 
-    const Shape shape = std::get<Shape>(GetParam());
+    const MeasuredShape shape = std::get<MeasuredShape>(GetParam());
     ModelBuilder m{metamodel};
     ModelElement root;
 };
@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(ShapesAndOrders, WalkMemoryTest,
                          testing::Combine(testing::ValuesIn(shapes()),
                                           testing::ValuesIn(test::everyOrder())),
                          [](const auto& each) {
-                             return std::string(std::get<Shape>(each.param).name) +
+                             return std::string(std::get<MeasuredShape>(each.param).name) +
                                     test::nameOf(std::get<Algo>(each.param));
                          });
 

@@ -13,8 +13,8 @@
 #include "xmi/EcoreReader.h"
 #include "xmi/XmiReader.h"
 
-/// Real metamodels and models that nobody of this project wrote, in a folder beside the checkout.
-/// Where the folder is not, these tests are skipped.
+/// Real metamodels and models that nobody of this project wrote, in the folder of samples. Where
+/// that is not, these tests are skipped.
 namespace nuv::zero::xmi::test {
 namespace {
 

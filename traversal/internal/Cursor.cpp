@@ -1,5 +1,7 @@
 #include "traversal/internal/Cursor.h"
 
+#include <utility>
+
 #include "traversal/internal/TraversalProcessor.h"
 
 namespace nuv::zero::traversal::internal {
@@ -46,10 +48,11 @@ inline bool Cursor::findValues() {
     for (; settingsLeft_ != 0 && !isFinished_; leaveProperty()) {
         if (observer_ != nullptr) notify(EventPoint::EnterProperty);
         if (pruned_ != nullptr && isPruned(setting_->property())) continue;
-        values_ = setting_->read(element());
-        const std::size_t count = values_.size();
+        WalkSupport::ElementView values = setting_->read(element());
+        const std::size_t count = values.size();
         if (count == 0) continue;
         if (isFinished_) return false;
+        values_ = std::move(values);
         valueCount_ = count;
         valueIndex_ = 0;
         return true;

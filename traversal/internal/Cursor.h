@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "model/Compiler.h"
 #include "traversal/AssociationSetting.h"
 #include "traversal/internal/EventPoint.h"
 #include "traversal/support/Lent.h"

@@ -44,11 +44,13 @@ class DfsStore final : public AbstractStore {
     }
 
     bool advance(Walk& walk) override {
-        while (!empty()) {
-            if (path_.empty() && !enterInput(walk)) continue;
+        while (true) {
+            if (path_.empty()) {
+                if (waiting_.empty()) return false;
+                if (!enterInput(walk)) continue;
+            }
             if (goOn(walk)) return true;
         }
-        return false;
     }
     Cursor* findUnfinished(Walk& walk, const ModelElement& element) override;
 

@@ -5,6 +5,7 @@
 
 namespace nuv::zero::traversal::internal {
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): tags are empty
 TraversalResult::TraversalResult(privateTag /*tag*/, const std::vector<ModelElement>& inputs,
                                  const std::shared_ptr<PropertyProvider>& provider, Algo algo,
                                  ResultPolicy pseudoLinkPolicy)

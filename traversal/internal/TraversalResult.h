@@ -32,14 +32,16 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 
     /// Opens the constructor to the builders alone.
     class privateTag {
+      public:
+        /// The compiler's own would let `std::bit_cast` make a tag of any byte.
+        // NOLINTNEXTLINE(modernize-use-equals-default): see above
+        privateTag(const privateTag& /*other*/) noexcept {}
+        privateTag& operator=(const privateTag&) = default;
+
+      private:
         template <class Impl>
         friend class traversal::AbstractTraversal;
         explicit privateTag() {}  // NOLINT(modernize-use-equals-default): not an aggregate
-
-      public:
-        // Not trivial, so that nobody makes a tag out of other bytes.
-        privateTag(const privateTag& /*other*/) {}  // NOLINT(modernize-use-equals-default)
-        privateTag& operator=(const privateTag&) = default;
     };
 
     TraversalResult(privateTag tag, const std::vector<ModelElement>& inputs,

@@ -44,12 +44,8 @@ Walk::Walk(const Walk& other)
 
 Walk::~Walk() = default;
 
-/// A step begun from one of the walk's own callbacks would pull the cursors out from under the outer
-/// step.
-void Walk::refuseWhileUnderWay() const {
-    if (isUnderWay_) {
-        throw std::logic_error("A walk cannot be advanced or assigned from its own callbacks.");
-    }
+void Walk::refuse() {
+    throw std::logic_error("A walk cannot be advanced or assigned from its own callbacks.");
 }
 
 void Walk::advance() {

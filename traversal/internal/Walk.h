@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 
+#include "model/Compiler.h"
 #include "traversal/PropertyProvider.h"
 #include "traversal/internal/AbstractStore.h"
 #include "traversal/internal/Cursor.h"
@@ -17,8 +18,8 @@ namespace nuv::zero::traversal::internal {
 /// other, and offers the frontier what both orders do with a link, to enter its target and to try
 /// to report it. In which order that happens is the frontier's affair.
 ///
-/// A walk keeps alive what its lent handles rely on: the result, whose provider holds properties and
-/// settings, and the models of the elements met. It stays where it is; a copy is independent.
+/// A walk keeps alive what its lent handles rely on: the result, whose provider holds properties
+/// and settings, and the models of the elements met. It stays where it is; a copy is independent.
 class Walk {
   public:
     /// A walk before its first link.
@@ -32,8 +33,11 @@ class Walk {
     const Link& current() const noexcept { return current_.get(); }
     /// Moves on to the next link, or to the empty link at the end.
     void advance();
-    /// Throws `std::logic_error` when one of the walk's own callbacks is running.
-    void refuseWhileUnderWay() const;
+    /// Throws `std::logic_error` when one of the walk's own callbacks is running: another step
+    /// would pull the cursors out from under the one that called it.
+    void refuseWhileUnderWay() const {
+        if (isUnderWay_) refuse();
+    }
     bool standsWhere(const Walk& other) const;
 
     /// The cursor of an element that may still give links, to prune it; null where there is none.
@@ -83,6 +87,7 @@ class Walk {
   private:
     static const Cursor::Settings noSettings;
 
+    [[noreturn]] static void refuse();
     bool startNextInput();
     bool isSilent(const ModelElement& source, const AssociationSetting& setting) const {
         const ResultPolicy policy =

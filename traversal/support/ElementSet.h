@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "model/Compiler.h"
 #include "traversal/support/FlatMap.h"
 #include "traversal/support/Lent.h"
 #include "traversal/support/NumberSet.h"

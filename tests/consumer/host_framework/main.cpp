@@ -2,6 +2,7 @@
 #include <iostream>
 #include <string>
 
+#include "WalkSupport.h"
 #include "tests/host_framework/HostWorld.h"
 #include "traversal/Traversal.h"
 
@@ -16,6 +17,11 @@ int main() {
     const auto b = world.create(part, u"b");
     host::World::link(a, next, b);
     host::World::link(b, next, a);
+
+    if (!nuv_consumer::callWalkSupport(a, next)) {
+        std::cerr << "unexpected: what stands in for the framework\n";
+        return 1;
+    }
 
     std::string walked;
     for (const Link& link : links(Spec::subtractiveTraversal()->depthFirst({a}))) {

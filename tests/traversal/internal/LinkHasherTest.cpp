@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <type_traits>
 
 #include "tests/support/ModelBuilder.h"
 #include "traversal/internal/Link.h"
@@ -19,11 +18,6 @@ class LinkHasherTest : public testing::Test {
     Property kids = m["Node.kids"];
     LinkHasher hash;
 };
-
-TEST_F(LinkHasherTest, HasNoState) {
-    static_assert(std::is_empty_v<LinkHasher>);
-    static_assert(std::is_copy_assignable_v<LinkHasher> && std::is_move_assignable_v<LinkHasher>);
-}
 
 TEST_F(LinkHasherTest, IsTheExclusiveOrOfTheThreeHashes) {
     const std::hash<ModelElement> element;
@@ -44,9 +38,12 @@ TEST_F(LinkHasherTest, CascadeFlagTakesNoPart) {
     EXPECT_EQ(hash(stopped), hash(Link(a, b, kids)));
 }
 
-TEST_F(LinkHasherTest, PseudoLinkAndEmptyLinkHaveAHash) {
-    EXPECT_EQ(hash(Link()), hash(Link::empty()));
-    EXPECT_EQ(hash(Link(ModelElement(), a, Property())), hash(Link(ModelElement(), a, Property())));
+// Null handles hash like any other, so two of them cancel each other out.
+TEST_F(LinkHasherTest, PseudoLinkHashesAsItsTargetAndTheEmptyLinkAsNull) {
+    const std::hash<ModelElement> element;
+    EXPECT_EQ(hash(Link(ModelElement(), a, Property())), element(a));
+    EXPECT_EQ(hash(Link::empty()), element(ModelElement()));
+    EXPECT_NE(hash(Link(ModelElement(), a, Property())), hash(Link(ModelElement(), b, Property())));
 }
 
 // Elements lie at regular distances; hashes of their addresses alone would collide by the hundred.

@@ -5,7 +5,6 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "tests/support/ModelBuilder.h"
@@ -223,13 +222,6 @@ TEST_P(TraversalProcessorTest, AnotherObserverHearsOfElementsEnteredFromThenOn) 
 
 INSTANTIATE_TEST_SUITE_P(Orders, TraversalProcessorTest, testing::ValuesIn(test::everyOrder()),
                          [](const auto& each) { return test::nameOf(each.param); });
-
-TEST(TraversalProcessorClassTest, HasOneBracketOfVirtualOperationsAndNoData) {
-    static_assert(std::has_virtual_destructor_v<TraversalProcessor>);
-    static_assert(sizeof(TraversalProcessor) == sizeof(void*));
-    static_assert(std::is_copy_constructible_v<TraversalProcessor>);
-    static_assert(std::is_copy_assignable_v<TraversalProcessor>);
-}
 
 }  // namespace
 }  // namespace nuv::zero::traversal::internal

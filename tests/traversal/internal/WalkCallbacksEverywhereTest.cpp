@@ -256,7 +256,7 @@ class ActingOracle : public ActingSide<OracleWalk> {
     void assignFromWithin(OracleWalk& /*walk*/) override { throw std::logic_error(refusal); }
 
     OracleGround ground_{m};
-    std::shared_ptr<oracle::Result> result_;
+    std::shared_ptr<oracle::NaiveResult> result_;
 };
 
 class WalkCallbacksEverywhereTest : public testing::TestWithParam<std::tuple<Kind, Algo>> {

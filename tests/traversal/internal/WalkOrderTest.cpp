@@ -17,7 +17,7 @@ using test::ModelBuilder;
 constexpr auto nodes = "Node; Node.x -> Node *; Node.y -> Node";
 
 /// A model and what the three orders report from its element A without the pseudo-link.
-struct Scenario {
+struct OrderedWalk {
     const char* name;
     const char* model;
     Lines preOrder;
@@ -25,8 +25,8 @@ struct Scenario {
     Lines breadthFirst;
 };
 
-const std::vector<Scenario>& scenarios() {
-    static const std::vector<Scenario> all{
+const std::vector<OrderedWalk>& scenarios() {
+    static const std::vector<OrderedWalk> all{
         {"SingleElement", "A", {}, {}, {}},
         {"Chain",
          "A.x = B; B.x = C; C.x = D",
@@ -74,11 +74,11 @@ const std::vector<Scenario>& scenarios() {
     return all;
 }
 
-void PrintTo(const Scenario& scenario, std::ostream* out) {
+void PrintTo(const OrderedWalk& scenario, std::ostream* out) {
     *out << scenario.name;
 }
 
-class WalkOrderTest : public testing::TestWithParam<Scenario> {
+class WalkOrderTest : public testing::TestWithParam<OrderedWalk> {
   protected:
     ModelBuilder m{nodes, GetParam().model};
 

@@ -1,6 +1,6 @@
 #include <array>
 
-#include "tests/oracle/World.h"
+#include "tests/oracle/PlainWorld.h"
 
 /// Worlds and rules as text, for the log of a failed case.
 namespace nuv::zero::oracle {
@@ -56,7 +56,7 @@ std::string describe(const FilterDefinition& filter) {
 
 }  // namespace
 
-std::string describe(const World& world) {
+std::string describe(const PlainWorld& world) {
     std::string text;
     for (std::size_t index = 0; index < world.classes.size(); ++index) {
         text += "class " + className(static_cast<int>(index)) + " name " +

@@ -1,4 +1,4 @@
-#include "tests/oracle/Recorder.h"
+#include "tests/oracle/CallRecorder.h"
 
 #include <algorithm>
 #include <array>
@@ -9,13 +9,13 @@
 
 namespace nuv::zero::oracle {
 
-void Recorder::called(const std::string& line) {
+void CallRecorder::called(const std::string& line) {
     write(line);
     const std::vector<int>& failing = world_->failingCalls;
     if (std::count(failing.begin(), failing.end(), allCalls_++) != 0) throw CallbackFailure();
 }
 
-bool Recorder::predicate(int predicate, int type) {
+bool CallRecorder::predicate(int predicate, int type) {
     using Wanted = PredicateDefinition::Kind;
     const auto index = static_cast<std::size_t>(predicate);
     const PredicateDefinition& definition = world_->predicates[index];
@@ -36,7 +36,7 @@ bool Recorder::predicate(int predicate, int type) {
     }
 }
 
-int Recorder::filter(int filter, const Step& link) {
+int CallRecorder::filter(int filter, const IndexedLink& link) {
     using Wanted = FilterDefinition::Kind;
     const FilterDefinition& definition = world_->filters[static_cast<std::size_t>(filter)];
     if (definition.kind == Wanted::Empty) throw std::bad_function_call();
@@ -57,7 +57,7 @@ int Recorder::filter(int filter, const Step& link) {
     }
 }
 
-void Recorder::event(int observer, Event event, int element, int property) {
+void CallRecorder::event(int observer, Event event, int element, int property) {
     constexpr std::array names = {"enters input", "enters", "enters",
                                   "exits",        "exits",  "exits input"};
     std::string line = "observer " + std::to_string(observer) + ' ' +
@@ -66,7 +66,7 @@ void Recorder::event(int observer, Event event, int element, int property) {
     called(line);
 }
 
-void Recorder::writeCurrentException() {
+void CallRecorder::writeCurrentException() {
     try {
         throw;
     } catch (const CallbackFailure&) {

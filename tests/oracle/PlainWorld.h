@@ -57,7 +57,7 @@ struct FilterDefinition {
     int operand = none;
 };
 
-struct World {
+struct PlainWorld {
     std::vector<ClassDefinition> classes;
     std::vector<PropertyDefinition> properties;
     /// The class of each element.
@@ -80,7 +80,7 @@ struct World {
     std::vector<int> propertiesOf(int type) const;
 };
 
-World makeWorld(Choices& choices);
+PlainWorld makeWorld(Choices& choices);
 
 enum class Kind : std::uint8_t { Additive, Composition, Subtractive };
 const char* nameOf(Kind kind);
@@ -98,27 +98,27 @@ struct RuleOperation {
     int policy = 1;
 };
 
-RuleOperation makeRule(const World& world, Choices& choices);
+RuleOperation makeRule(const PlainWorld& world, Choices& choices);
 
 /// For logs: `e1`, `p2`, `C3`, `null`.
 std::string elementName(int element);
 std::string propertyName(int property);
 std::string className(int type);
-std::string describe(const World& world);
+std::string describe(const PlainWorld& world);
 std::string describe(const RuleOperation& rule);
 
 /// A link by indices.
-struct Step {
+struct IndexedLink {
     int source = none;
     int property = none;
     int target = none;
     bool cascade = true;
 
     bool isEmpty() const { return source == none && property == none && target == none; }
-    bool isSameStep(const Step& other) const {
+    bool isSameStep(const IndexedLink& other) const {
         return source == other.source && property == other.property && target == other.target;
     }
 };
-std::string describe(const Step& step);
+std::string describe(const IndexedLink& step);
 
 }  // namespace nuv::zero::oracle

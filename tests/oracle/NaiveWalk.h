@@ -12,8 +12,8 @@
 namespace nuv::zero::oracle {
 
 /// What walks share.
-struct Result {
-    std::shared_ptr<Provider> provider;
+struct NaiveResult {
+    std::shared_ptr<NaiveProvider> provider;
     int observer = none;
     std::vector<int> inputs;
     bool dropsPseudoLinks = false;
@@ -25,7 +25,7 @@ struct Result {
 };
 
 /// The links of one element: those of one property after the other.
-struct Cursor {
+struct NaiveCursor {
     int element = none;
     int observer = none;
     bool reportedSelf = false;
@@ -46,16 +46,17 @@ struct Cursor {
 ///
 /// A callback that throws ends the step where it stands: the order of the statements is the order
 /// in which things have to happen, failures included.
-class Walk {
+class NaiveWalk {
   public:
     /// The end of every walk.
-    Walk(const World& world, Callbacks& callbacks) : world_(&world), callbacks_(&callbacks) {}
+    NaiveWalk(const PlainWorld& world, Callbacks& callbacks)
+        : world_(&world), callbacks_(&callbacks) {}
     /// A walk that stands on its first link.
-    Walk(const World& world, Callbacks& callbacks, std::shared_ptr<Result> result);
+    NaiveWalk(const PlainWorld& world, Callbacks& callbacks, std::shared_ptr<NaiveResult> result);
 
     void advance();
-    const Step& current() const { return current_; }
-    bool equals(const Walk& other) const;
+    const IndexedLink& current() const { return current_; }
+    bool equals(const NaiveWalk& other) const;
 
     void pruneAllChildren();
     void pruneChildren(int property);
@@ -64,43 +65,43 @@ class Walk {
   private:
     // The walk.
     void startNextInput();
-    Cursor& enter(const Step& link);
-    bool tryReport(const Step& link);
-    bool isUnseen(const Step& link);
-    bool isUnseenWithOpposite(const Step& link);
-    bool passesFilters(const Step& link);
+    NaiveCursor& enter(const IndexedLink& link);
+    bool tryReport(const IndexedLink& link);
+    bool isUnseen(const IndexedLink& link);
+    bool isUnseenWithOpposite(const IndexedLink& link);
+    bool passesFilters(const IndexedLink& link);
     bool hasEntered(int element) const { return cursors_.count(element) != 0; }
     bool isDepthFirst() const { return result_->algo != 2; }
-    const Step& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
+    const IndexedLink& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
     void pop() { frontier_.erase(isDepthFirst() ? frontier_.end() - 1 : frontier_.begin()); }
-    void push(const Step& link) { frontier_.push_back(link); }
+    void push(const IndexedLink& link) { frontier_.push_back(link); }
 
     // One cursor.
-    Step next(Cursor& cursor);
-    void moveOn(Cursor& cursor);
-    void loadProperty(Cursor& cursor);
+    IndexedLink next(NaiveCursor& cursor);
+    void moveOn(NaiveCursor& cursor);
+    void loadProperty(NaiveCursor& cursor);
     std::vector<int> read(int element, int property) const;
-    bool processedAll(Cursor& cursor);
-    void pruneCurrentProperty(Cursor& cursor);
-    bool isAtProperty(const Cursor& cursor) const {
+    bool processedAll(NaiveCursor& cursor);
+    void pruneCurrentProperty(NaiveCursor& cursor);
+    bool isAtProperty(const NaiveCursor& cursor) const {
         return cursor.propertyIndex < cursor.settings->size();
     }
-    int propertyOf(const Cursor& cursor) const {
+    int propertyOf(const NaiveCursor& cursor) const {
         return cursor.settings->at(cursor.propertyIndex).property;
     }
     void notify(int observer, Event event, int element, int property = none);
     int classOf(int element) const;
 
-    const World* world_;
+    const PlainWorld* world_;
     Callbacks* callbacks_;
-    std::shared_ptr<Result> result_;
-    std::vector<Step> frontier_;
+    std::shared_ptr<NaiveResult> result_;
+    std::vector<IndexedLink> frontier_;
     std::set<std::tuple<int, int, int>> seenLinks_;
     std::set<int> seenElements_;
     int uniqueness_ = 2;
-    std::map<int, Cursor> cursors_;
+    std::map<int, NaiveCursor> cursors_;
     std::size_t nextInput_ = 0;
-    Step current_;
+    IndexedLink current_;
     int currentInput_ = none;
 };
 

@@ -1,11 +1,12 @@
-#include "tests/oracle/Walk.h"
+#include "tests/oracle/NaiveWalk.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace nuv::zero::oracle {
 
-Walk::Walk(const World& world, Callbacks& callbacks, std::shared_ptr<Result> result)
+NaiveWalk::NaiveWalk(const PlainWorld& world, Callbacks& callbacks,
+                     std::shared_ptr<NaiveResult> result)
     : world_(&world),
       callbacks_(&callbacks),
       result_(std::move(result)),
@@ -13,10 +14,10 @@ Walk::Walk(const World& world, Callbacks& callbacks, std::shared_ptr<Result> res
     advance();
 }
 
-void Walk::advance() {
+void NaiveWalk::advance() {
     if (!result_) return;
     if (frontier_.empty()) return startNextInput();
-    const Step link = top();
+    const IndexedLink link = top();
     if (!link.cascade) {
         pop();
         if (tryReport(link)) return;
@@ -24,7 +25,7 @@ void Walk::advance() {
     }
 
     if (!hasEntered(link.target)) enter(link);
-    Cursor& cursor = cursors_.at(link.target);
+    NaiveCursor& cursor = cursors_.at(link.target);
     if (!cursor.started) callbacks_->remember();
     if (result_->algo != 1 && !cursor.reportedSelf) {
         cursor.reportedSelf = true;
@@ -32,7 +33,7 @@ void Walk::advance() {
     }
 
     while (!processedAll(cursor)) {
-        Step child = next(cursor);
+        IndexedLink child = next(cursor);
         if (child.isEmpty()) continue;
         if (hasEntered(child.target)) {
             child.cascade = false;
@@ -41,7 +42,7 @@ void Walk::advance() {
             if (isDepthFirst()) return advance();
             continue;
         }
-        Cursor& entered = enter(child);
+        NaiveCursor& entered = enter(child);
         push(child);
         if (isDepthFirst()) return advance();
         entered.reportedSelf = true;
@@ -56,31 +57,31 @@ void Walk::advance() {
     advance();
 }
 
-void Walk::startNextInput() {
+void NaiveWalk::startNextInput() {
     if (currentInput_ != none) notify(result_->observer, Event::ExitInput, currentInput_);
     if (nextInput_ == result_->inputs.size()) {
-        current_ = Step();
+        current_ = IndexedLink();
         return;
     }
     currentInput_ = result_->inputs[nextInput_];
     ++nextInput_;
     notify(result_->observer, Event::EnterInput, currentInput_);
     callbacks_->remember();
-    push(Step{none, none, currentInput_, true});
+    push(IndexedLink{none, none, currentInput_, true});
     advance();
 }
 
-Cursor& Walk::enter(const Step& link) {
+NaiveCursor& NaiveWalk::enter(const IndexedLink& link) {
     callbacks_->remember();
     const Settings settings = result_->provider->settingsOf(classOf(link.target), *callbacks_);
-    Cursor cursor;
+    NaiveCursor cursor;
     cursor.element = link.target;
     cursor.observer = result_->observer;
     cursor.settings = settings;
     return cursors_.emplace(link.target, cursor).first->second;
 }
 
-bool Walk::tryReport(const Step& link) {
+bool NaiveWalk::tryReport(const IndexedLink& link) {
     if (link.isEmpty()) return false;
     if (link.property != none &&
         result_->provider->resultPolicy(classOf(link.source), link.property, *callbacks_) == 0) {
@@ -91,14 +92,14 @@ bool Walk::tryReport(const Step& link) {
     return true;
 }
 
-bool Walk::isUnseen(const Step& link) {
+bool NaiveWalk::isUnseen(const IndexedLink& link) {
     if (uniqueness_ == 0) return isUnseenWithOpposite(link);
     if (uniqueness_ != 1) return true;
     callbacks_->remember();
     return seenElements_.insert(link.target).second;
 }
 
-bool Walk::isUnseenWithOpposite(const Step& link) {
+bool NaiveWalk::isUnseenWithOpposite(const IndexedLink& link) {
     callbacks_->remember();
     if (!seenLinks_.emplace(link.source, link.property, link.target).second) return false;
     if (link.property == none) return true;
@@ -108,24 +109,24 @@ bool Walk::isUnseenWithOpposite(const Step& link) {
     return seenLinks_.emplace(link.target, opposite, link.source).second;
 }
 
-bool Walk::passesFilters(const Step& link) {
+bool NaiveWalk::passesFilters(const IndexedLink& link) {
     if (result_->dropsPseudoLinks && link.property == none) return false;
     return std::all_of(result_->filters.begin(), result_->filters.end(),
                        [&](int filter) { return callbacks_->filter(filter, link) != 0; });
 }
 
-bool Walk::equals(const Walk& other) const {
+bool NaiveWalk::equals(const NaiveWalk& other) const {
     if (!result_ && !other.result_) return true;
     if (!result_) return other.current_.isEmpty();
     if (!other.result_) return current_.isEmpty();
     const bool sameFrontier = std::equal(
         frontier_.begin(), frontier_.end(), other.frontier_.begin(), other.frontier_.end(),
-        [](const Step& a, const Step& b) { return a.isSameStep(b); });
+        [](const IndexedLink& a, const IndexedLink& b) { return a.isSameStep(b); });
     return result_ == other.result_ && nextInput_ == other.nextInput_ && sameFrontier &&
            current_.isSameStep(other.current_) && currentInput_ == other.currentInput_;
 }
 
-void Walk::pruneAllChildren() {
+void NaiveWalk::pruneAllChildren() {
     callbacks_->remember();
     const auto entry = cursors_.find(current_.target);
     if (entry == cursors_.end() || entry->second.finished) return;
@@ -133,11 +134,11 @@ void Walk::pruneAllChildren() {
     entry->second.propertyIndex = entry->second.settings->size();
 }
 
-void Walk::pruneChildren(int property) {
+void NaiveWalk::pruneChildren(int property) {
     callbacks_->remember();
     const auto entry = cursors_.find(current_.target);
     if (entry == cursors_.end() || entry->second.finished) return;
-    Cursor& cursor = entry->second;
+    NaiveCursor& cursor = entry->second;
     if (isAtProperty(cursor) && propertyOf(cursor) == property) {
         pruneCurrentProperty(cursor);
     } else {
@@ -145,13 +146,13 @@ void Walk::pruneChildren(int property) {
     }
 }
 
-void Walk::pruneSiblings() {
+void NaiveWalk::pruneSiblings() {
     callbacks_->remember();
     const auto entry = cursors_.find(current_.source);
     if (entry != cursors_.end()) pruneCurrentProperty(entry->second);
 }
 
-void Walk::pruneCurrentProperty(Cursor& cursor) {
+void NaiveWalk::pruneCurrentProperty(NaiveCursor& cursor) {
     if (cursor.finished) return;
     if (cursor.started) {
         cursor.valueIndex = cursor.values.size();
@@ -160,18 +161,19 @@ void Walk::pruneCurrentProperty(Cursor& cursor) {
     }
 }
 
-Step Walk::next(Cursor& cursor) {
+IndexedLink NaiveWalk::next(NaiveCursor& cursor) {
     if (!cursor.started && !cursor.finished) {
         notify(cursor.observer, Event::EnterElement, cursor.element);
         cursor.started = true;
         loadProperty(cursor);
     }
     moveOn(cursor);
-    if (cursor.finished) return Step();
-    return Step{cursor.element, propertyOf(cursor), cursor.values.at(cursor.valueIndex), true};
+    if (cursor.finished) return IndexedLink();
+    return IndexedLink{cursor.element, propertyOf(cursor), cursor.values.at(cursor.valueIndex),
+                       true};
 }
 
-void Walk::moveOn(Cursor& cursor) {
+void NaiveWalk::moveOn(NaiveCursor& cursor) {
     if (cursor.finished) return;
     ++cursor.valueIndex;
     if (cursor.valueIndex < cursor.values.size()) return;
@@ -181,7 +183,7 @@ void Walk::moveOn(Cursor& cursor) {
     ++cursor.valueIndex;
 }
 
-void Walk::loadProperty(Cursor& cursor) {
+void NaiveWalk::loadProperty(NaiveCursor& cursor) {
     for (;; ++cursor.propertyIndex) {
         cursor.values.clear();
         if (!isAtProperty(cursor)) {
@@ -202,7 +204,7 @@ void Walk::loadProperty(Cursor& cursor) {
     }
 }
 
-std::vector<int> Walk::read(int element, int property) const {
+std::vector<int> NaiveWalk::read(int element, int property) const {
     using Payload = ValueDefinition::Payload;
     const bool single = world_->properties[static_cast<std::size_t>(property)].upperBound == 1;
     const auto stored = world_->values.find({element, property});
@@ -225,7 +227,7 @@ std::vector<int> Walk::read(int element, int property) const {
     return value.elements;
 }
 
-bool Walk::processedAll(Cursor& cursor) {
+bool NaiveWalk::processedAll(NaiveCursor& cursor) {
     if (!cursor.finished) return false;
     if (cursor.started && !cursor.exitNotified) {
         cursor.exitNotified = true;
@@ -234,11 +236,11 @@ bool Walk::processedAll(Cursor& cursor) {
     return true;
 }
 
-void Walk::notify(int observer, Event event, int element, int property) {
+void NaiveWalk::notify(int observer, Event event, int element, int property) {
     if (observer != none) callbacks_->event(observer, event, element, property);
 }
 
-int Walk::classOf(int element) const {
+int NaiveWalk::classOf(int element) const {
     return element == none ? none : world_->elements[static_cast<std::size_t>(element)];
 }
 

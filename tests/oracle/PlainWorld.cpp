@@ -1,4 +1,4 @@
-#include "tests/oracle/World.h"
+#include "tests/oracle/PlainWorld.h"
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ std::u16string makeName(Choices& choices, std::size_t unique) {
     return name + static_cast<char16_t>(u'0' + unique);
 }
 
-ClassDefinition makeClass(const World& world, Choices& choices) {
+ClassDefinition makeClass(const PlainWorld& world, Choices& choices) {
     ClassDefinition made;
     const std::size_t index = world.classes.size();
     // Two classes may share a qualified name.
@@ -35,7 +35,7 @@ ClassDefinition makeClass(const World& world, Choices& choices) {
     return made;
 }
 
-PropertyDefinition makeProperty(const World& world, Choices& choices) {
+PropertyDefinition makeProperty(const PlainWorld& world, Choices& choices) {
     PropertyDefinition made;
     made.owner = choices.index(world.classes.size());
     made.name = makeName(choices, world.properties.size());
@@ -47,7 +47,7 @@ PropertyDefinition makeProperty(const World& world, Choices& choices) {
     return made;
 }
 
-int elementOrNull(const World& world, Choices& choices, std::uint32_t nullChance) {
+int elementOrNull(const PlainWorld& world, Choices& choices, std::uint32_t nullChance) {
     if (world.elements.empty() || choices.percent(nullChance)) return none;
     return choices.index(world.elements.size());
 }
@@ -78,7 +78,7 @@ ValueDefinition makeIllTypedValue(const PropertyDefinition& property, Choices& c
     return made;
 }
 
-ValueDefinition makeValue(const World& world, const PropertyDefinition& property,
+ValueDefinition makeValue(const PlainWorld& world, const PropertyDefinition& property,
                           Choices& choices) {
     if (choices.percent(4)) return makeIllTypedValue(property, choices);
     ValueDefinition made;
@@ -92,7 +92,7 @@ ValueDefinition makeValue(const World& world, const PropertyDefinition& property
     return made;
 }
 
-PredicateDefinition makePredicate(const World& world, Choices& choices) {
+PredicateDefinition makePredicate(const PlainWorld& world, Choices& choices) {
     using Kind = PredicateDefinition::Kind;
     constexpr std::array kinds = {Kind::All,     Kind::KindOf,      Kind::Exactly, Kind::All,
                                   Kind::KindOf,  Kind::None,        Kind::All,     Kind::KindOf,
@@ -105,7 +105,7 @@ PredicateDefinition makePredicate(const World& world, Choices& choices) {
     return made;
 }
 
-FilterDefinition makeFilter(const World& world, Choices& choices) {
+FilterDefinition makeFilter(const PlainWorld& world, Choices& choices) {
     using Kind = FilterDefinition::Kind;
     constexpr std::array kinds = {Kind::Pass,         Kind::NotElement, Kind::Three,
                                   Kind::OnlyProperty, Kind::NoPseudo,   Kind::NotElement,
@@ -119,7 +119,7 @@ FilterDefinition makeFilter(const World& world, Choices& choices) {
 }
 
 /// Gives some pairs of properties an opposite, some one way only, some to themselves.
-void connectOpposites(World& world, Choices& choices) {
+void connectOpposites(PlainWorld& world, Choices& choices) {
     for (PropertyDefinition& property : world.properties) {
         if (property.opposite != none || !choices.percent(30)) continue;
         const int opposite = choices.index(world.properties.size());
@@ -137,7 +137,7 @@ std::string numbered(char letter, int index) {
 
 }  // namespace
 
-bool World::isKindOf(int type, int ancestor) const {
+bool PlainWorld::isKindOf(int type, int ancestor) const {
     if (type < 0 || ancestor < 0) return false;
     if (type == ancestor) return true;
     const std::vector<int>& direct = classes[static_cast<std::size_t>(type)].superclasses;
@@ -145,7 +145,7 @@ bool World::isKindOf(int type, int ancestor) const {
                        [&](int superclass) { return isKindOf(superclass, ancestor); });
 }
 
-std::vector<int> World::propertiesOf(int type) const {
+std::vector<int> PlainWorld::propertiesOf(int type) const {
     std::vector<int> all;
     if (type < 0) return all;
     for (const int superclass : classes[static_cast<std::size_t>(type)].superclasses) {
@@ -159,8 +159,8 @@ std::vector<int> World::propertiesOf(int type) const {
     return all;
 }
 
-World makeWorld(Choices& choices) {
-    World world;
+PlainWorld makeWorld(Choices& choices) {
+    PlainWorld world;
     // Few classes and many elements make long paths with many links back.
     const bool isDense = choices.percent(15);
     const int classes = isDense ? choices.between(1, 2) : choices.between(1, 6);
@@ -193,7 +193,7 @@ World makeWorld(Choices& choices) {
     return world;
 }
 
-RuleOperation makeRule(const World& world, Choices& choices) {
+RuleOperation makeRule(const PlainWorld& world, Choices& choices) {
     RuleOperation rule;
     const int kind = choices.upTo(9);
     rule.kind = kind < 6   ? RuleOperation::Kind::Add
@@ -238,7 +238,7 @@ std::string className(int type) {
     return numbered('C', type);
 }
 
-std::string describe(const Step& step) {
+std::string describe(const IndexedLink& step) {
     return std::string(step.cascade ? "cascade " : "nocascade ") + elementName(step.source) + ' ' +
            propertyName(step.property) + ' ' + elementName(step.target);
 }

@@ -13,14 +13,15 @@ struct CallbackFailure {};
 
 /// Acts as the predicates, filters and observers of a case, and writes down what happens, in order.
 /// The oracle and the engine have one each; the two records have to be equal.
-class Recorder final : public Callbacks {
+class CallRecorder final : public Callbacks {
   public:
-    explicit Recorder(const World& world) : world_(&world), calls_(world.predicates.size(), 0) {}
+    explicit CallRecorder(const PlainWorld& world)
+        : world_(&world), calls_(world.predicates.size(), 0) {}
 
     /// Each throws `CallbackFailure` when its call is to fail, and `std::bad_function_call` when it
     /// stands for an empty function.
     bool predicate(int predicate, int type) override;
-    int filter(int filter, const Step& link) override;
+    int filter(int filter, const IndexedLink& link) override;
     void event(int observer, Event event, int element, int property = none) override;
 
     void write(const std::string& line) { lines_.push_back(line); }
@@ -33,7 +34,7 @@ class Recorder final : public Callbacks {
   private:
     void called(const std::string& line);
 
-    const World* world_;
+    const PlainWorld* world_;
     std::vector<std::string> lines_;
     /// Per predicate.
     std::vector<int> calls_;

@@ -1,0 +1,16 @@
+#include "Consumer.h"
+#include "model/Framework.h"
+
+namespace nuv_consumer {
+
+void callWalkSupport(Station& station) {
+    using Support = access::WalkSupport<ModelElement>;
+    ModelElement lent = Support::lend(station.one);
+    expect(lent == station.one, "a lent handle is equal");
+    Support::forget(lent);
+    Support::prefetch(station.one);
+    const Support::Hash<meta::Class> hash;
+    expect(hash(station.block) == hash(meta::Class(station.block)), "equal handles hash alike");
+}
+
+}  // namespace nuv_consumer
