@@ -115,7 +115,6 @@ class ReferenceLog::Reader {
     Place place_{};
     Form form_ = Form::List;
     std::string_view text_;
-    std::size_t pathsLeft_ = 0;
     /// One more than the number of the root; 0 where it is not written.
     std::uint64_t root_ = 0;
     std::size_t shared_ = 0;
