@@ -85,7 +85,7 @@ void callValue(const Station& station) {
     expect(!Value().isSet() && Value(text, {}).asString().empty(), "an unset text is empty");
     const Value name = access::read(station.one, station.name);
     expect(name.getMeta().getType() == meta::StandardTypes::stringMeta() &&
-               name.asString() == u"one" && std::get<std::u16string>(name.data()) == u"one",
+               name.asString() == u"one" && std::get<std::u16string>(name.content()) == u"one",
            "a text is a text");
     expect(access::read(station.one, station.next).asElement() == station.two &&
                access::read(station.one, station.parts).asElements().size() == 2,
