@@ -11,7 +11,8 @@ template class PruningTraversal<CompositionTraversalImpl>;
 // NOLINTNEXTLINE(performance-unnecessary-value-param): tokens are empty
 CompositionTraversalImpl::CompositionTraversalImpl(InstantiateToken /*token*/) {}
 CompositionTraversalImpl::CompositionTraversalImpl(const CompositionTraversalImpl& other) = default;
-CompositionTraversalImpl& CompositionTraversalImpl::operator=(const CompositionTraversalImpl& other) = default;
+CompositionTraversalImpl& CompositionTraversalImpl::operator=(
+    const CompositionTraversalImpl& other) = default;
 CompositionTraversalImpl::~CompositionTraversalImpl() = default;
 
 std::shared_ptr<PropertyProvider> CompositionTraversalImpl::createPropertyProvider() {

@@ -11,7 +11,8 @@ template class PruningTraversal<SubtractiveTraversalImpl>;
 // NOLINTNEXTLINE(performance-unnecessary-value-param): tokens are empty
 SubtractiveTraversalImpl::SubtractiveTraversalImpl(InstantiateToken /*token*/) {}
 SubtractiveTraversalImpl::SubtractiveTraversalImpl(const SubtractiveTraversalImpl& other) = default;
-SubtractiveTraversalImpl& SubtractiveTraversalImpl::operator=(const SubtractiveTraversalImpl& other) = default;
+SubtractiveTraversalImpl& SubtractiveTraversalImpl::operator=(
+    const SubtractiveTraversalImpl& other) = default;
 SubtractiveTraversalImpl::~SubtractiveTraversalImpl() = default;
 
 std::shared_ptr<PropertyProvider> SubtractiveTraversalImpl::createPropertyProvider() {

@@ -63,19 +63,19 @@ TEST_P(NumberSetTest, CopyIsIndependent) {
 
 INSTANTIATE_TEST_SUITE_P(
     Series, NumberSetTest,
-    testing::Values(
-        Series{"Neighbours", [](std::uint64_t index) { return index; }},
-        Series{"NeighboursAtTheEnd",
-               [](std::uint64_t index) {
-                   return std::numeric_limits<std::uint64_t>::max() - index;
-               }},
-        Series{"EveryThird", [](std::uint64_t index) { return 1000 + 3 * index; }},
-        Series{"SevenToALine",
-               [](std::uint64_t index) { return index / 7 * 512 + index % 7 * 73; }},
-        Series{"EightToALine", [](std::uint64_t index) { return index / 8 * 512 + index % 8; }},
-        Series{"OneToALine", [](std::uint64_t index) { return index * 512 + 511; }},
-        Series{"PowersApart", [](std::uint64_t index) { return index << 40U; }},
-        Series{"Scattered", scattered}),
+    testing::Values(Series{"Neighbours", [](std::uint64_t index) { return index; }},
+                    Series{"NeighboursAtTheEnd",
+                           [](std::uint64_t index) {
+                               return std::numeric_limits<std::uint64_t>::max() - index;
+                           }},
+                    Series{"EveryThird", [](std::uint64_t index) { return 1000 + 3 * index; }},
+                    Series{"SevenToALine",
+                           [](std::uint64_t index) { return index / 7 * 512 + index % 7 * 73; }},
+                    Series{"EightToALine",
+                           [](std::uint64_t index) { return index / 8 * 512 + index % 8; }},
+                    Series{"OneToALine", [](std::uint64_t index) { return index * 512 + 511; }},
+                    Series{"PowersApart", [](std::uint64_t index) { return index << 40U; }},
+                    Series{"Scattered", scattered}),
     [](const auto& each) { return each.param.name; });
 
 TEST(NumberSetOfNothingTest, EmptySetAndItsCopyContainNothing) {
