@@ -122,6 +122,9 @@ TEST_F(AdditiveProviderTest, NullElementHasNoProperties) {
 
 TEST_F(AdditiveProviderTest, ResultPolicyIsReportForNoPropertyAndForOneWithoutRules) {
     follow("Node.zeta", always, ResultPolicy::Extended);
+    // Even where rules are filed under no property.
+    rules.try_emplace(Property(), Mode::Visit)
+        .first->second.composeMatcher(Class(), always, ResultPolicy::WalkOnly);
     const auto provided = provider();
     const Class node = m.type("Node");
     EXPECT_EQ(provided->getResultPolicy(node, Property()), ResultPolicy::Report);

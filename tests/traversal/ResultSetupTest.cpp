@@ -57,6 +57,16 @@ TEST_F(ResultSetupTest, LastUniquenessModeAndLastObserverWin) {
     EXPECT_FALSE(second.empty());
 }
 
+TEST_F(ResultSetupTest, FiltersThatTakeTheirLinkByReferenceJoinTheOthers) {
+    ResultSetup setup(result);
+    for (const char* target : {"B", "C"}) {
+        setup.filter([left = m(target)](const Link& link) {
+            return link.getTarget() == left ? ResultPolicy::WalkOnly : ResultPolicy::Report;
+        });
+    }
+    EXPECT_EQ(linesOf(result), Lines{"A.x>D"});
+}
+
 TEST_F(ResultSetupTest, LaterFilterReachesTheNextLinkOfAWalkUnderWay) {
     auto walk = result->begin();
     EXPECT_EQ(text(walk.getCurrent()), "A.x>B");
