@@ -9,20 +9,23 @@
 
 namespace nuv::zero::benchmarks {
 
-/// A walk by another library over the same model, against the hand-written loop with a flat set.
+/// One walk by this library and by others over the same model.
 struct ForeignRow {
-    std::string contender;
+    struct Cell {
+        std::string contender;
+        /// The median of its time over that of the hand-written loop with a flat set, whether the
+        /// contender reports links or elements.
+        double ratio = 0;
+    };
     std::string shape;
-    Kind kind = Kind::Composition;
     traversal::Algo order = traversal::Algo::DepthFirstPreOrder;
-    /// Nanoseconds per link of the model, whether the contender reports links or elements.
-    Spread perLink;
-    Spread ratio;
+    std::vector<Cell> cells;
 };
 
-/// This library is the first row. Empty when no other library is installed.
-std::vector<ForeignRow> measureForeign(const Walk& walk, std::size_t rounds);
+/// This library is the first cell. No cells where no other library is installed.
+ForeignRow measureForeign(const Walk& walk, std::size_t rounds);
 
+/// One line per walk, a column per contender.
 void writeTable(std::ostream& out, const std::vector<ForeignRow>& rows);
 
 }  // namespace nuv::zero::benchmarks

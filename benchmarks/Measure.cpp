@@ -1,17 +1,10 @@
 #include "benchmarks/Measure.h"
 
 #include <algorithm>
-#include <ctime>
 #include <stdexcept>
 
 namespace nuv::zero::benchmarks {
 namespace {
-
-double threadNanoseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
-}
 
 void check(const Contender& contender, const Checksum& met) {
     if (met == contender.expected) return;
@@ -23,12 +16,6 @@ void check(const Contender& contender, const Checksum& met) {
 }
 
 }  // namespace
-
-double nanosecondsOf(const std::function<void()>& work) {
-    const double start = threadNanoseconds();
-    work();
-    return threadNanoseconds() - start;
-}
 
 Spread spreadOf(std::vector<double> numbers) {
     if (numbers.empty()) return {};

@@ -7,14 +7,11 @@
 #include <vector>
 
 #include "benchmarks/Baselines.h"
+#include "benchmarks/Clock.h"
 #include "benchmarks/HeapCounter.h"
 #include "benchmarks/Walks.h"
 
 namespace nuv::zero::benchmarks {
-
-/// Nanoseconds of processor time that the calling thread took for `work`. Processor time, so that
-/// other programs on the machine do the least harm.
-double nanosecondsOf(const std::function<void()>& work);
 
 /// The middle, the least and the greatest of several numbers.
 struct Spread {

@@ -7,8 +7,8 @@
 namespace nuv::zero::benchmarks {
 namespace {
 
-constexpr std::array<std::string_view, 8> sectionNames = {
-    "walks", "variants", "foreign", "first", "scaling", "threads", "model", "reading"};
+constexpr std::array<std::string_view, 9> sectionNames = {
+    "walks", "variants", "foreign", "host", "first", "scaling", "threads", "model", "reading"};
 
 std::size_t parseCount(const std::string& name, const std::string& text) {
     std::size_t count = 0;
@@ -55,6 +55,8 @@ Options Options::parse(const std::vector<std::string>& arguments) {
             options.order = value();
         } else if (name == "--svg") {
             options.plot = value();
+        } else if (name == "--summary") {
+            options.summary = value();
         } else if (name != "--table") {
             throw UsageError("unknown argument '" + name + "'");
         }
@@ -64,10 +66,10 @@ Options Options::parse(const std::vector<std::string>& arguments) {
 
 std::string_view Options::usage() {
     return "walk-benchmarks [--table] [--rounds N] [--section NAME]... [--shape NAME]...\n"
-           "                [--kind NAME] [--order NAME] [--svg FILE]\n"
+           "                [--kind NAME] [--order NAME] [--svg FILE] [--summary FILE]\n"
            "    Measures the library against hand-written loops and other libraries over the same\n"
            "    models, and prints Markdown tables; what misses its target is in bold.\n"
-           "    sections: walks variants foreign first scaling threads model reading\n"
+           "    sections: walks variants foreign host first scaling threads model reading\n"
            "    shapes:   tree rich chain star small file\n"
            "    kinds:    composition subtractive additive\n"
            "    orders:   pre-order post-order breadth-first\n"

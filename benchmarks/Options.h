@@ -24,8 +24,9 @@ struct Options {
     std::vector<std::string> shapes;
     std::string kind;
     std::string order;
-    /// The plot is drawn into this file.
+    /// The plot is drawn into this file, and the worst rows of each shape are written into that.
     std::string plot;
+    std::string summary;
 
     bool wants(std::string_view section) const;
 

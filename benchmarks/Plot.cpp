@@ -1,120 +1,153 @@
 #include "benchmarks/Plot.h"
 
 #include <algorithm>
-#include <cmath>
 #include <ostream>
+#include <string>
+#include <string_view>
 
 #include "benchmarks/Format.h"
 
 namespace nuv::zero::benchmarks {
 namespace {
 
-constexpr double labelWidth = 230;
-constexpr double plotWidth = 520;
-constexpr double rowHeight = 18;
-constexpr double head = 56;
-constexpr double foot = 34;
+constexpr double margin = 16;
+constexpr double labelWidth = 196;
+constexpr double barWidth = 220;
+constexpr double numberWidth = 74;
+constexpr double halfWidth = barWidth + numberWidth;
+constexpr double width = 2 * margin + labelWidth + 2 * halfWidth;
+constexpr double head = 66;
+constexpr double rowHeight = 38;
+constexpr double foot = 40;
+constexpr double barHeight = 11;
 
-constexpr const char* barColour = "#4878a8";
-constexpr const char* targetColour = "#c03028";
-constexpr const char* nodeColour = "#888888";
-constexpr const char* markColour = "#3a8a4a";
+/// Colours by class, so that one rule turns them all for dark pages.
+constexpr std::string_view style =
+    "<style>\n"
+    "text{font:12px sans-serif;fill:#24292f}.small{font-size:11px;fill:#57606a}"
+    ".head{font-weight:bold}.page{fill:#ffffff;stroke:#d0d7de}.grid{stroke:#d8dee4}"
+    ".library{fill:#2f6fb3}.loop{fill:#a8b1bb}.target{stroke:#c4321f;stroke-width:2.5}"
+    ".missed{fill:#c4321f;font-weight:bold}\n"
+    "@media(prefers-color-scheme:dark){text{fill:#e6edf3}.small{fill:#9aa4af}"
+    ".page{fill:#0d1117;stroke:#30363d}.grid{stroke:#262c34}"
+    ".library{fill:#58a6ff}.loop{fill:#6e7781}.target{stroke:#ff8272}.missed{fill:#ff8272}}\n"
+    "</style>\n";
 
 class Picture {
   public:
-    Picture(std::ostream& out, double height, double greatest)
-        : out_(out), height_(height), scale_(plotWidth / greatest), greatest_(greatest) {}
+    explicit Picture(std::ostream& out) : out_(out) {}
 
-    double x(double ratio) const { return labelWidth + std::min(ratio, greatest_) * scale_; }
-    double height() const { return height_; }
-
-    void line(double x1, double y1, double x2, double y2, const char* colour, double width) {
-        out_ << "<line x1='" << fixed(x1, 1) << "' y1='" << fixed(y1, 1) << "' x2='" << fixed(x2, 1)
-             << "' y2='" << fixed(y2, 1) << "' stroke='" << colour << "' stroke-width='"
-             << fixed(width, 1) << "'/>\n";
+    void rect(std::string_view kind, double x, double y, double w, double h, double round = 0) {
+        out_ << "<rect class='" << kind << "' x='" << fixed(x, 1) << "' y='" << fixed(y, 1)
+             << "' width='" << fixed(w, 1) << "' height='" << fixed(h, 1) << "' rx='"
+             << fixed(round, 0) << "'/>\n";
     }
-    void bar(double x1, double y, double x2, const char* colour) {
-        out_ << "<rect x='" << fixed(x1, 1) << "' y='" << fixed(y - 5, 1) << "' width='"
-             << fixed(x2 - x1, 1) << "' height='10' fill='" << colour << "'/>\n";
+    void upright(std::string_view kind, double x, double y1, double y2) {
+        out_ << "<line class='" << kind << "' x1='" << fixed(x, 1) << "' y1='" << fixed(y1, 1)
+             << "' x2='" << fixed(x, 1) << "' y2='" << fixed(y2, 1) << "'/>\n";
     }
-    void dot(double x, double y, const char* colour) {
-        out_ << "<circle cx='" << fixed(x, 1) << "' cy='" << fixed(y, 1) << "' r='3' fill='"
-             << colour << "'/>\n";
-    }
-    void text(double x, double y, const char* anchor, const std::string& text) {
-        out_ << "<text x='" << fixed(x, 1) << "' y='" << fixed(y, 1) << "' text-anchor='" << anchor
-             << "'>" << text << "</text>\n";
+    void text(std::string_view kind, double x, double y, std::string_view anchor,
+              const std::string& text) {
+        out_ << "<text class='" << kind << "' x='" << fixed(x, 1) << "' y='" << fixed(y, 1)
+             << "' text-anchor='" << anchor << "'>" << text << "</text>\n";
     }
 
   private:
     std::ostream& out_;
-    double height_;
-    double scale_;
-    double greatest_;
 };
 
-void drawAxis(Picture& picture, double greatest) {
-    const double bottom = picture.height() - foot;
-    const auto halves = static_cast<int>(greatest * 2);
-    for (int half = 0; half <= halves; ++half) {
-        const double ratio = half / 2.0;
-        const bool isBase = half == 2;
-        picture.line(picture.x(ratio), head - 6, picture.x(ratio), bottom,
-                     isBase ? "#000000" : "#dddddd", isBase ? 1.5 : 1);
-        picture.text(picture.x(ratio), bottom + 14, "middle", fixed(ratio, 1));
+/// One half of the picture, from `left` on.
+class Half {
+  public:
+    Half(Picture& picture, double left, double greatest)
+        : picture_(picture), left_(left), scale_(barWidth / greatest) {}
+
+    /// Lines at round numbers, about four of them.
+    void drawGrid(const std::string& title, double greatest, double bottom) {
+        picture_.text("head", left_, head - 12, "start", title);
+        double step = 10;
+        while (greatest / step > 5) step *= step == 20 || step == 200 ? 2.5 : 2;
+        for (double at = 0; at <= greatest; at += step) {
+            picture_.upright("grid", x(at), head, bottom);
+            picture_.text("small", x(at), bottom + 14, "middle", fixed(at, 0));
+        }
     }
-    picture.text(picture.x(greatest / 2), bottom + 29, "middle",
-                 "time over the hand-written loop with a flat visited set (1.0)");
+
+    void drawRow(const WalkRow* row, double top) {
+        if (row == nullptr) return;
+        const double library = row->walkPerLink.median;
+        const double loop = row->flatPerLink.median;
+        const double limit = targetsOf(*row).ratio;
+        picture_.rect("library", left_, top, library * scale_, barHeight, 1);
+        picture_.rect("loop", left_, top + barHeight + 2, loop * scale_, barHeight, 1);
+        picture_.upright("target", x(limit * loop), top - 3, top + barHeight + 3);
+        const double end = std::max({library, loop, limit * loop});
+        picture_.text(row->ratio.median <= limit ? "head" : "missed", x(end) + 8, top + 16, "start",
+                      fixed(row->ratio.median, 2));
+    }
+
+  private:
+    double x(double nanoseconds) const { return left_ + nanoseconds * scale_; }
+
+    Picture& picture_;
+    double left_;
+    double scale_;
+};
+
+double greatestOf(const WalkRow* row) {
+    if (row == nullptr) return 0;
+    return std::max(row->walkPerLink.median,
+                    row->flatPerLink.median * std::max(1.0, targetsOf(*row).ratio));
 }
 
 void drawKey(Picture& picture) {
-    double x = labelWidth;
-    const double y = 30;
-    const auto entry = [&](const char* colour, const std::string& name, double width) {
-        picture.dot(x, y - 4, colour);
-        picture.text(x + 8, y, "start", name);
-        x += width;
+    const double y = 26;
+    double x = margin + labelWidth;
+    const auto entry = [&](std::string_view kind, const std::string& name, double room) {
+        if (kind == "target") {
+            picture.upright(kind, x + 5, y - 10, y + 2);
+        } else {
+            picture.rect(kind, x, y - 9, 10, 10, 1);
+        }
+        picture.text("", x + 16, y, "start", name);
+        x += room;
     };
-    entry(barColour, "library, with range", 140);
-    entry(targetColour, "its limit", 80);
-    entry(nodeColour, "loop, std::unordered_set", 165);
-    entry(markColour, "loop, mark in the element", 100);
-}
-
-void drawRow(Picture& picture, const WalkRow& row, double y) {
-    picture.text(
-        labelWidth - 8, y + 4, "end",
-        row.shape + ", " + std::string(nameOf(row.kind)) + ", " + std::string(nameOf(row.order)));
-    picture.bar(picture.x(0), y, picture.x(row.ratio.median), barColour);
-    picture.line(picture.x(row.ratio.least), y, picture.x(row.ratio.greatest), y, "#182838", 1.5);
-    const double limit = targetsOf(row.shape, row.order).ratio;
-    if (std::isfinite(limit)) {
-        picture.line(picture.x(limit), y - 7, picture.x(limit), y + 7, targetColour, 2);
-    }
-    picture.dot(picture.x(row.nodeRatio.median), y, nodeColour);
-    picture.dot(picture.x(row.markRatio.median), y, markColour);
+    entry("library", "library", 84);
+    entry("loop", "hand-written loop with a flat set", 216);
+    entry("target", "at most", 78);
+    picture.text("head", x, y, "start", "0.00");
+    picture.text("", x + 34, y, "start", "library over loop");
 }
 
 }  // namespace
 
-void drawPlot(std::ostream& out, const std::vector<WalkRow>& rows) {
-    double greatest = 4;
-    for (const WalkRow& row : rows) greatest = std::max(greatest, row.ratio.greatest);
-    greatest = std::min(greatest, 8.0);
-    const double height = head + rowHeight * static_cast<double>(rows.size()) + foot;
-    const double width = labelWidth + plotWidth + 30;
+void drawPlot(std::ostream& out, const std::vector<GroupSummary>& groups) {
+    double greatest = 1;
+    for (const GroupSummary& group : groups) {
+        greatest = std::max({greatest, greatestOf(group.preOrder), greatestOf(group.breadthFirst)});
+    }
+    const double bottom = head + rowHeight * static_cast<double>(groups.size());
+    const double height = bottom + foot;
     out << "<svg xmlns='http://www.w3.org/2000/svg' width='" << fixed(width, 0) << "' height='"
         << fixed(height, 0) << "' viewBox='0 0 " << fixed(width, 0) << ' ' << fixed(height, 0)
-        << "' font-family='sans-serif' font-size='11'>\n"
-        << "<rect width='100%' height='100%' fill='#ffffff'/>\n";
-    Picture picture(out, height, greatest);
-    drawAxis(picture, greatest);
+        << "'>\n"
+        << style;
+    Picture picture(out);
+    picture.rect("page", 0.5, 0.5, width - 1, height - 1, 6);
     drawKey(picture);
-    double y = head + rowHeight / 2;
-    for (const WalkRow& row : rows) {
-        drawRow(picture, row, y);
-        y += rowHeight;
+    Half preOrder(picture, margin + labelWidth, greatest);
+    Half breadthFirst(picture, margin + labelWidth + halfWidth, greatest);
+    preOrder.drawGrid("pre-order", greatest, bottom);
+    breadthFirst.drawGrid("breadth-first", greatest, bottom);
+    double top = head + 8;
+    for (const GroupSummary& group : groups) {
+        picture.text("", margin + labelWidth - 10, top + 16, "end", group.group);
+        preOrder.drawRow(group.preOrder, top);
+        breadthFirst.drawRow(group.breadthFirst, top);
+        top += rowHeight;
     }
+    picture.text("small", margin + labelWidth + halfWidth, bottom + 31, "middle",
+                 "nanoseconds per link");
     out << "</svg>\n";
 }
 

@@ -10,7 +10,6 @@
 #include <ostream>
 #include <stdexcept>
 #include <unordered_map>
-#include <utility>
 #include <variant>
 
 #include "benchmarks/Format.h"
@@ -77,7 +76,7 @@ class ModelCopy {
         std::vector<ModelElement> list;
         list.reserve(targets.size());
         for (const ModelElement& each : targets) list.push_back(copies_.at(each));
-        model_.set(to, property, std::move(list));
+        model_.set(to, property, list);
     }
     template <class Content>
     void set(const ModelElement& to, const meta::Property& property, const Content& content) {

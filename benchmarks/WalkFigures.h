@@ -18,7 +18,8 @@ std::vector<Figure> measureScaling(std::size_t rounds);
 /// one over its speed alone.
 std::vector<Figure> measureThreads(std::size_t rounds);
 
-/// Making a builder with 100 rules and running it; copying an iterator in mid-walk.
+/// Making a builder with 100 rules and running it; copying an iterator that has met 1,000,000
+/// links.
 std::vector<Figure> measureSetup(std::size_t rounds);
 
 }  // namespace nuv::zero::benchmarks

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -26,13 +25,16 @@ struct WalkRow {
     double allocationsPerElement = 0;
 };
 
-/// The limits that a row has to keep; infinite where there is none.
+/// Rows that share their targets: a shape, and for rich one of two classes of kinds.
+std::string groupOf(const std::string& shape, Kind kind);
+
+/// The limits that a row has to keep.
 struct Targets {
-    double ratio = std::numeric_limits<double>::infinity();
-    double bytesPerElement = std::numeric_limits<double>::infinity();
-    double allocationsPerElement = std::numeric_limits<double>::infinity();
+    double ratio;
+    double bytesPerElement;
+    double allocationsPerElement;
 };
-Targets targetsOf(const std::string& shape, traversal::Algo order);
+Targets targetsOf(const WalkRow& row);
 
 WalkRow measureWalk(const Walk& walk, std::size_t rounds);
 

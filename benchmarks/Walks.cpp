@@ -1,5 +1,6 @@
 #include "benchmarks/Walks.h"
 
+#include <functional>
 #include <vector>
 
 namespace nuv::zero::benchmarks {
@@ -85,6 +86,14 @@ std::shared_ptr<traversal::TraversalResult> makeResult(const Walk& walk) {
     auto result = run(walk);
     traversal::ResultSetup setup(result);
     if (walk.observed) setup.observe(&idle);
+    if (walk.filter == Filter::ByReference) {
+        setup.filter([](const traversal::Link&) { return ResultPolicy::Report; });
+    } else if (walk.filter == Filter::ByValue) {
+        const std::function<ResultPolicy(traversal::Link)> byValue = [](const traversal::Link&) {
+            return ResultPolicy::Report;
+        };
+        setup.filter(byValue);
+    }
     setup.unique(walk.uniqueness);
     return result;
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <memory>
 #include <string_view>
 
+#include "benchmarks/Checksum.h"
 #include "benchmarks/Shapes.h"
 #include "traversal/Traversal.h"
 
@@ -21,6 +21,9 @@ inline constexpr std::array<traversal::Algo, 3> allOrders = {traversal::Algo::De
 std::string_view nameOf(Kind kind);
 std::string_view nameOf(traversal::Algo order);
 
+/// How a filter that lets every link pass takes its link.
+enum class Filter { None, ByReference, ByValue };
+
 /// What to walk and how; the library and the hand-written loops take the same description.
 struct Walk {
     const Shape* shape = nullptr;
@@ -31,29 +34,8 @@ struct Walk {
     traversal::ResultPolicy pseudoLinks = traversal::ResultPolicy::Report;
     /// The following concern the library alone.
     bool observed = false;
+    Filter filter = Filter::None;
     traversal::UniquenessMode uniqueness = traversal::UniquenessMode::NoUniqueness;
-};
-
-/// Sums up a sequence of links so that any change of it, of its order too, changes the sum. Cheap:
-/// library and baselines pay for it alike.
-class Checksum {
-  public:
-    void add(const void* source, const void* property, const void* target, bool cascades) noexcept {
-        const std::uint64_t link =
-            number(source) * 3 + number(target) * 5 + number(property) * 7 + (cascades ? 1U : 0U);
-        sum_ = (sum_ ^ link) * 0x9E3779B97F4A7C15U;
-        ++links_;
-    }
-    std::uint64_t sum() const noexcept { return sum_; }
-    std::uint64_t links() const noexcept { return links_; }
-    friend bool operator==(const Checksum&, const Checksum&) = default;
-
-  private:
-    static std::uint64_t number(const void* address) noexcept {
-        return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(address));
-    }
-    std::uint64_t sum_ = 0;
-    std::uint64_t links_ = 0;
 };
 
 /// The result of running the library's builder for a walk.

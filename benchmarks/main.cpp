@@ -4,15 +4,18 @@
 #include <iostream>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/FileModel.h"
 #include "benchmarks/ForeignTable.h"
+#include "benchmarks/HostTable.h"
 #include "benchmarks/ModelFigures.h"
 #include "benchmarks/Options.h"
 #include "benchmarks/Plot.h"
 #include "benchmarks/ReadFigures.h"
 #include "benchmarks/SingleCases.h"
+#include "benchmarks/Summary.h"
 #include "benchmarks/VariantTable.h"
 #include "benchmarks/WalkFigures.h"
 #include "benchmarks/WalkTable.h"
@@ -26,6 +29,7 @@ struct Measured {
     std::vector<WalkRow> walks;
     std::vector<VariantRow> variants;
     std::vector<ForeignRow> foreign;
+    std::vector<HostRow> host;
 };
 
 template <class Row>
@@ -59,10 +63,11 @@ void measureWalks(const Options& options, const Shape& shape, Measured& measured
                 measured.walks.push_back(measureWalk(walk, options.rounds));
             }
             if (wantsVariants(options, walk)) {
-                append(measured.variants, measureVariants(walk, options.rounds));
+                measured.variants.push_back(measureVariants(walk, options.rounds));
             }
             if (wantsForeign(options, walk)) {
-                append(measured.foreign, measureForeign(walk, options.rounds));
+                ForeignRow row = measureForeign(walk, options.rounds);
+                if (!row.cells.empty()) measured.foreign.push_back(std::move(row));
             }
         }
     }
@@ -111,10 +116,18 @@ std::vector<Figure> measureStarts(std::size_t rounds) {
     return figures;
 }
 
+/// Nowhere, where no file is named.
+void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
+    if (path.empty()) return;
+    std::ofstream file(path);
+    write(file);
+    if (!file.flush()) throw std::runtime_error("cannot write " + path);
+}
+
 void writeTables(const Options& options) {
     Measured measured;
-    const bool wantsShapes =
-        options.wants("walks") || options.wants("variants") || options.wants("foreign");
+    const bool wantsShapes = options.wants("walks") || options.wants("variants") ||
+                             options.wants("foreign") || options.wants("host");
     std::vector<std::string> names = options.shapes;
     if (names.empty()) {
         names = shapeNames();
@@ -122,7 +135,13 @@ void writeTables(const Options& options) {
     }
     for (const std::string& name : names) {
         if (!wantsShapes) break;
-        if (const auto shape = shapeFor(name)) measureWalks(options, *shape, measured);
+        const auto shape = shapeFor(name);
+        if (!shape) continue;
+        measureWalks(options, *shape, measured);
+        if (options.wants("host")) {
+            std::cerr << shape->name << ", by way of a host\n";
+            measured.host.push_back(measureHost(*shape, options.rounds));
+        }
     }
     if (!measured.walks.empty()) {
         writeHeading("Walks");
@@ -136,16 +155,18 @@ void writeTables(const Options& options) {
         writeHeading("Other libraries over the same model");
         writeTable(std::cout, measured.foreign);
     }
+    if (!measured.host.empty()) {
+        writeHeading("A host's model of {store, number} handles over the built-in model");
+        writeTable(std::cout, measured.host);
+    }
     writeFigures(options, "first", "Starting and copying", measureStarts);
     writeFigures(options, "scaling", "Growth with the model", measureScaling);
     writeFigures(options, "threads", "Two threads", measureThreads);
     writeFigures(options, "model", "The in-memory model", measureModel);
     writeReading(options);
-    if (!options.plot.empty()) {
-        std::ofstream plot(options.plot);
-        drawPlot(plot, measured.walks);
-        if (!plot.flush()) throw std::runtime_error("cannot write " + options.plot);
-    }
+    const std::vector<GroupSummary> groups = summarise(measured.walks);
+    writeFile(options.plot, [&](std::ostream& out) { drawPlot(out, groups); });
+    writeFile(options.summary, [&](std::ostream& out) { writeSummary(out, groups); });
 }
 
 }  // namespace

@@ -48,6 +48,8 @@ namespace nuv::zero::access {
 ///             PropertyReader() noexcept;
 ///             PropertyReader(const meta::Class& type, const meta::Property& property) noexcept;
 ///             ElementView read(const ModelElement& element, const meta::Property& property) const;
+///             // May be left out. Begins to load what `read` looks at soon.
+///             void prefetch(const ModelElement& element) const noexcept;
 ///         };
 ///     };
 ///

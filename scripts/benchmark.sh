@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds the benchmarks, runs them all and rewrites the measured part of docs/performance.md and
+# Builds the benchmarks, runs them all and rewrites the measured parts of docs/performance.md and
 # docs/performance.svg: scripts/benchmark.sh [rounds]
 #
 # Wants a machine that does nothing else meanwhile. LLVM (llvm-dev) and Boost.Graph
@@ -53,22 +53,27 @@ describe_run() {
 }
 
 echo "Measuring, $rounds rounds"
-new_part=$build/performance-part.md
-describe_run >"$new_part"
+describe_run >"$build/measured.md"
 "$build/benchmarks/walk-benchmarks" --table --rounds "$rounds" --svg "$build/performance.svg" \
-    >>"$new_part"
+    --summary "$build/summary.md" >>"$build/measured.md"
 
-# What stands between the two marks is replaced, and only after everything has been measured.
-awk -v part="$new_part" '
-    /^<!-- measured: begin/ { print; print ""; while ((getline line < part) > 0) print line
-                              print ""; skipping = 1; next }
-    /^<!-- measured: end/ { skipping = 0 }
-    !skipping { print }
-' "$page" >"$build/performance.md"
-grep -q '^<!-- measured: end' "$build/performance.md" || {
-    echo "$page has no place for measurements" >&2
-    exit 1
+# replace NAME: what stands between the marks "NAME: begin" and "NAME: end" of the page that comes in.
+replace() {
+    awk -v name="$1" -v part="$build/$1.md" '
+        $0 ~ "^<!-- " name ": begin" { print; print ""; while ((getline line < part) > 0) print line
+                                       print ""; skipping = 1; next }
+        $0 ~ "^<!-- " name ": end" { skipping = 0; found = 1 }
+        !skipping { print }
+        END { if (!found) exit 1 }
+    ' || {
+        echo "$page has no place for what is $1" >&2
+        exit 1
+    }
 }
+
+# Only after everything has been measured.
+replace summary <"$page" >"$build/half.md"
+replace measured <"$build/half.md" >"$build/performance.md"
 cp "$build/performance.md" "$page"
 cp "$build/performance.svg" "$plot"
 echo "Rewrote $page and $plot"

@@ -8,7 +8,8 @@ file(
     RELATIVE "${ROOT}"
     "${ROOT}/*.h" "${ROOT}/*.cpp")
 list(FILTER files EXCLUDE REGEX "^fuzz/corpus/")
-set(definition "^ *(class|struct|enum class|union) ([A-Za-z0-9_]+)( final)?( *:[^;]*)?( *{.*)?$")
+# An enumeration within a class is always named together with that class.
+set(definition "^( *class| *struct|enum class| *union) ([A-Za-z0-9_]+)( final)?( *:[^:;][^;]*)?( *{.*)?$")
 set(names "")
 foreach(file IN LISTS files)
     file(STRINGS "${ROOT}/${file}" lines REGEX "${definition}")

@@ -41,7 +41,17 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
         return element ? reader_.read(element, property_) : internal::WalkSupport::ElementView();
     }
 
+    /// Begins to load what `read` looks at soon, where the framework offers that. REQUIRES: the
+    /// element is not null.
+    void prefetch(const ModelElement& element) const noexcept { prefetchBy(reader_, element); }
+
   private:
+    template <class Reader>
+    static void prefetchBy([[maybe_unused]] const Reader& reader,
+                           [[maybe_unused]] const ModelElement& element) noexcept {
+        if constexpr (requires { reader.prefetch(element); }) reader.prefetch(element);
+    }
+
     Property property_;
     internal::WalkSupport::PropertyReader reader_;
     ResultPolicy policy_ = ResultPolicy::Report;

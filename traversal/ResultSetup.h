@@ -39,10 +39,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
     /// reference, asking it costs no copy of the link, which then lasts as long as the call.
     ResultSetup& filter(const std::function<ResultPolicy(internal::Link)>& filter);
     template <class Filter>
-    requires(std::is_invocable_r_v<ResultPolicy, Filter&, const internal::Link&> &&
-             !std::is_same_v<std::remove_cvref_t<Filter>,
-                             std::function<ResultPolicy(internal::Link)>>)
-    ResultSetup& filter(Filter&& filter) {
+    requires(
+        std::is_invocable_r_v<ResultPolicy, Filter&, const internal::Link&> &&
+        !std::is_same_v<std::remove_cvref_t<Filter>, std::function<ResultPolicy(internal::Link)>>)
+        ResultSetup& filter(Filter&& filter) {
         return filterByReference(std::forward<Filter>(filter));
     }
     ResultSetup& unique(UniquenessMode mode);

@@ -54,9 +54,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT RuleTree {
     }
 
     /// Whether the rule asked first accepts every class, or there is none.
-    bool answersAlike() const noexcept {
-        return first_ == none || nodes_[first_]->rule.acceptsAll;
-    }
+    bool answersAlike() const noexcept { return first_ == none || nodes_[first_]->rule.acceptsAll; }
 
   private:
     using Index = std::uint32_t;

@@ -7,7 +7,8 @@
 namespace nuv::zero::xmi {
 namespace {
 
-constexpr std::less<const memory::Object*> isBefore;
+/// Of all pointers, `<` of C++ compares those into one array only.
+constexpr std::less<> isBefore;
 
 /// The first of the elements of a run that does not lie in front of the object.
 std::uint32_t firstFrom(const std::vector<ModelElement>& elements, std::uint32_t begin,

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string>
 
+#include "xmi/Ascii.h"
+
 namespace nuv::zero::xmi {
 namespace {
 
@@ -160,11 +162,7 @@ OneByteDecoder::OneByteDecoder(const EncodingTable& table) : sequences_() {
 }
 
 std::size_t OneByteDecoder::decodedSize(std::string_view bytes) const noexcept {
-    // Most files are ASCII for the most part, which stays as it is.
-    const auto beyondAscii = std::count_if(bytes.begin(), bytes.end(), [](char byte) {
-        return static_cast<unsigned char>(byte) >= 0x80U;
-    });
-    if (beyondAscii == 0) return bytes.size();
+    if (asciiLength(bytes) == bytes.size()) return bytes.size();
     std::size_t size = 0;
     for (const char byte : bytes) size += sequences_[static_cast<unsigned char>(byte)].size;
     return size;

@@ -14,12 +14,14 @@ namespace {
 
 /// Whether the parser of this thread has run out of memory. What it says itself then is not always
 /// that: a name that it could not keep may count as a prefix that nobody declared.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 thread_local bool outOfMemory = false;
 
 void* noticingFailure(void* memory) noexcept {
     if (memory == nullptr) outOfMemory = true;
     return memory;
 }
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): what the parser would call by itself
 void* allocate(std::size_t size) noexcept {
     return noticingFailure(std::malloc(size));
 }
@@ -27,6 +29,7 @@ void* reallocate(void* memory, std::size_t size) noexcept {
     return noticingFailure(std::realloc(memory, size));
 }
 constexpr XML_Memory_Handling_Suite noticingSuite{&allocate, &reallocate, &std::free};
+// NOLINTEND(cppcoreguidelines-no-malloc)
 constexpr XML_Char separatorText[] = {XmlNames::separator, '\0'};
 
 int XMLCALL onUnknownEncoding(void* /*data*/, const XML_Char* name, XML_Encoding* info) {

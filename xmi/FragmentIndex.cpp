@@ -52,6 +52,7 @@ void FragmentIndex::leave() {
         children_.push_back(each->node);
     }
     waiting_.erase(begin, waiting_.end());
+    if (open_.empty()) waiting_ = {};
 }
 
 FragmentIndex::Tag FragmentIndex::tagOf(NameId name) {

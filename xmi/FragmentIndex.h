@@ -81,7 +81,9 @@ class FragmentIndex {
     struct Waiting {
         Tag tag;
         Node node;
-        friend auto operator<=>(const Waiting&, const Waiting&) = default;
+        friend bool operator<(const Waiting& one, const Waiting& other) noexcept {
+            return one.tag != other.tag ? one.tag < other.tag : one.node < other.node;
+        }
     };
     /// An element and the attribute that paths know it by. Kept beside each other: looking the
     /// attribute up costs the number of attributes, which a hostile file makes large.

@@ -4,11 +4,11 @@ namespace nuv::zero::xmi {
 
 IdTable::Index IdTable::addXmiId(std::string_view id, Index element) {
     const auto [text, isNew] = texts_.add(id);
-    if (isNew) owners_.push_back({none, Owner::Kind::Nobody});
+    if (isNew) owners_.push_back({0, Kind::Nobody});
     Owner& owner = owners_[text];
-    if (owner.kind == Owner::Kind::XmiId) return owner.element;
+    if (owner.kind() == Kind::XmiId) return owner.element();
     giveId(element, text);
-    owner = {element, Owner::Kind::XmiId};
+    owner = {element, Kind::XmiId};
     return none;
 }
 
@@ -17,20 +17,20 @@ void IdTable::addValue(std::string_view value, Index element) {
     if (value.starts_with('/')) return;
     const auto [text, isNew] = texts_.add(value);
     if (isNew) {
-        owners_.push_back({element, Owner::Kind::Value});
-    } else if (owners_[text].kind == Owner::Kind::Value && owners_[text].element != element) {
-        owners_[text].kind = Owner::Kind::Shared;
+        owners_.push_back({element, Kind::Value});
+    } else if (owners_[text].kind() == Kind::Value && owners_[text].element() != element) {
+        owners_[text] = {element, Kind::Shared};
     }
 }
 
 void IdTable::settle() {
     for (TextTable::Number text = 0; text < texts_.size(); ++text) {
         Owner& owner = owners_[text];
-        if (owner.kind != Owner::Kind::Value) continue;
+        if (owner.kind() != Kind::Value) continue;
         if (isId(texts_[text])) {
-            giveId(owner.element, text);
+            giveId(owner.element(), text);
         } else {
-            owner.kind = Owner::Kind::Nobody;
+            owner = {owner.element(), Kind::Nobody};
         }
     }
 }
@@ -42,12 +42,12 @@ void IdTable::giveId(Index element, TextTable::Number text) {
 
 IdTable::Index IdTable::find(std::string_view id) const noexcept {
     const TextTable::Number text = texts_.find(id);
-    return text != TextTable::none && owners_[text].hasId() ? owners_[text].element : none;
+    return text != TextTable::none && owners_[text].hasId() ? owners_[text].element() : none;
 }
 
 bool IdTable::isShared(std::string_view value) const noexcept {
     const TextTable::Number text = texts_.find(value);
-    return text != TextTable::none && owners_[text].kind == Owner::Kind::Shared;
+    return text != TextTable::none && owners_[text].kind() == Kind::Shared;
 }
 
 std::optional<std::string_view> IdTable::idOf(Index element) const noexcept {

@@ -43,18 +43,26 @@ class IdTable {
     }
 
   private:
-    struct Owner {
-        enum class Kind : std::uint8_t { XmiId, Value, Shared, Nobody };
-        Index element;
-        Kind kind;
-        bool hasId() const noexcept { return kind == Kind::XmiId || kind == Kind::Value; }
+    enum class Kind : std::uint8_t { XmiId, Value, Shared, Nobody };
+    /// An element and what a text is of it, in one word: no file has room for 2^30 elements.
+    class Owner {
+      public:
+        Owner() noexcept = default;
+        Owner(Index element, Kind kind) noexcept
+            : bits_((element << 2U) | static_cast<std::uint32_t>(kind)) {}
+        Index element() const noexcept { return bits_ >> 2U; }
+        Kind kind() const noexcept { return static_cast<Kind>(bits_ & 3U); }
+        bool hasId() const noexcept { return kind() == Kind::XmiId || kind() == Kind::Value; }
+
+      private:
+        std::uint32_t bits_ = 0;
     };
 
     void giveId(Index element, TextTable::Number text);
 
     TextTable texts_;
     /// By the number of the text.
-    std::vector<Owner> owners_;
+    BlockList<Owner> owners_;
     /// The number of its id by element, up to the last element that has one.
     std::vector<TextTable::Number> idOf_;
 };

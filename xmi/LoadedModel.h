@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "model/memory/Model.h"
+#include "xmi/BlockList.h"
 #include "xmi/ElementNumbers.h"
 #include "xmi/IdTable.h"
 
@@ -71,7 +72,7 @@ class LoadedModel {
     memory::Model model_;
     std::vector<ModelElement> roots_;
     std::vector<ModelElement> elements_;
-    std::vector<Place> places_;
+    BlockList<Place> places_;
     /// Kept alive by the classes of the elements.
     std::vector<const memory::PropertyObject*> features_;
     ElementNumbers numbers_;

@@ -31,6 +31,15 @@ std::uint32_t indexOf(std::string_view text) {
     return index;
 }
 
+/// Small numbers for small differences in both directions, and back.
+std::uint32_t zigzag(std::uint32_t difference) {
+    const bool isNegative = difference >> 31U != 0;
+    return isNegative ? ~(difference << 1U) : difference << 1U;
+}
+std::uint32_t unzigzag(std::uint32_t number) {
+    return number % 2 != 0 ? ~(number >> 1U) : number >> 1U;
+}
+
 std::size_t sharedBytes(std::string_view one, std::string_view other) {
     const std::size_t most = std::min(one.size(), other.size());
     std::size_t same = 0;
@@ -49,7 +58,7 @@ void ReferenceLog::addOne(const Place& place, std::string_view text) {
     begin(place, Form::One);
     putNumber(text.size());
     record_.append(text);
-    flush();
+    flush(place);
 }
 
 void ReferenceLog::addList(const Place& place, std::string_view text) {
@@ -62,13 +71,14 @@ void ReferenceLog::addList(const Place& place, std::string_view text) {
         putNumber(text.size());
         record_.append(text);
     }
-    flush();
+    flush(place);
 }
 
 void ReferenceLog::begin(const Place& place, Form form) {
     record_.clear();
-    putNumber(place.node);
-    putNumber(place.element);
+    // By how much they differ from the place before; numbers wrap around.
+    putNumber(place.node - before_.node);
+    putNumber(zigzag(place.element - before_.element));
     putNumber(place.feature * std::uint64_t{3} + static_cast<std::uint64_t>(form));
 }
 
@@ -156,7 +166,7 @@ FragmentIndex::Tag ReferenceLog::tagOf(std::string_view feature) {
     return known.tag = index_.tagNamed(feature);
 }
 
-void ReferenceLog::flush() {
+void ReferenceLog::flush(const Place& place) {
     if (blocks_.empty() || blocks_.back().capacity - blocks_.back().used < record_.size()) {
         const std::size_t capacity = std::max(blockSize, record_.size());
         blocks_.push_back({std::unique_ptr<char[]>(new char[capacity]), 0, capacity});
@@ -164,6 +174,7 @@ void ReferenceLog::flush() {
     Block& block = blocks_.back();
     std::memcpy(block.bytes.get() + block.used, record_.data(), record_.size());
     block.used += record_.size();
+    before_ = place;
 }
 
 bool ReferenceLog::Reader::next() {
@@ -172,8 +183,8 @@ bool ReferenceLog::Reader::next() {
         at_ = 0;
     }
     if (block_ == log_.blocks_.size()) return false;
-    place_.node = static_cast<Node>(number());
-    place_.element = static_cast<std::uint32_t>(number());
+    place_.node += static_cast<Node>(number());
+    place_.element += unzigzag(static_cast<std::uint32_t>(number()));
     const std::uint64_t featureAndForm = number();
     place_.feature = static_cast<std::uint32_t>(featureAndForm / 3);
     form_ = static_cast<Form>(featureAndForm % 3);

@@ -55,7 +55,7 @@ class ReferenceLog {
     bool putStep(std::string_view step);
     /// The number of a feature; `TextTable::none` for a text that may be something else.
     FragmentIndex::Tag tagOf(std::string_view feature);
-    void flush();
+    void flush(const Place& place);
 
     FragmentIndex& index_;
     /// Features that were asked for last; a model has few.
@@ -64,6 +64,8 @@ class ReferenceLog {
     };
     std::array<Known, 128> known_;
     std::vector<Block> blocks_;
+    /// The place that was added last.
+    Place before_{};
     /// What is being added.
     std::string record_;
     /// The path that was added last, and where each of its steps ends; the root is the first.
@@ -113,7 +115,6 @@ class ReferenceLog::Reader {
     Place place_{};
     Form form_ = Form::List;
     std::string_view text_;
-    std::size_t pathsLeft_ = 0;
     /// One more than the number of the root; 0 where it is not written.
     std::uint64_t root_ = 0;
     std::size_t shared_ = 0;

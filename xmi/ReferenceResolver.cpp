@@ -71,9 +71,10 @@ void ReferenceResolver::resolvePaths(ReferenceLog::Reader& log) {
 void ReferenceResolver::resolveList(std::string_view text) {
     // Ids of single references may hold blanks.
     if (feature_->isSingle) {
-        const Index whole = targets_.ids.find(trimmed(text));
-        if (whole != IdTable::none) {
-            link(targets_.elements[whole]);
+        const std::string_view whole = trimmed(text);
+        const Index target = targets_.ids.find(whole);
+        if (target != IdTable::none) {
+            link(targets_.elements[target]);
             return;
         }
     }

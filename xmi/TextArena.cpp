@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace nuv::zero::xmi {
 namespace {
@@ -10,6 +11,20 @@ constexpr std::size_t smallestBlock = 1024;
 constexpr std::size_t largestBlock = std::size_t{1} << 16U;
 
 }  // namespace
+
+TextArena::TextArena(TextArena&& other) noexcept
+    : blocks_(std::exchange(other.blocks_, {})),
+      free_(std::exchange(other.free_, nullptr)),
+      freeSize_(std::exchange(other.freeSize_, 0)),
+      blockSize_(std::exchange(other.blockSize_, 0)) {}
+
+TextArena& TextArena::operator=(TextArena&& other) noexcept {
+    blocks_ = std::exchange(other.blocks_, {});
+    free_ = std::exchange(other.free_, nullptr);
+    freeSize_ = std::exchange(other.freeSize_, 0);
+    blockSize_ = std::exchange(other.blockSize_, 0);
+    return *this;
+}
 
 std::string_view TextArena::keep(std::string_view text) {
     if (text.empty()) return {};

@@ -8,9 +8,16 @@
 namespace nuv::zero::xmi {
 
 /// Keeps texts, one behind the other in blocks, for as long as it lives. A text never moves, not
-/// even when the arena does.
+/// even when the arena does. An arena that was moved from is empty.
 class TextArena {
   public:
+    TextArena() = default;
+    TextArena(TextArena&& other) noexcept;
+    TextArena& operator=(TextArena&& other) noexcept;
+    TextArena(const TextArena&) = delete;
+    TextArena& operator=(const TextArena&) = delete;
+    ~TextArena() = default;
+
     /// Throws `std::bad_alloc`, and then has kept nothing.
     std::string_view keep(std::string_view text);
 

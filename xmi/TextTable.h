@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "xmi/BlockList.h"
 #include "xmi/KeyedHash.h"
 #include "xmi/TextArena.h"
 
@@ -12,7 +13,8 @@ namespace nuv::zero::xmi {
 
 /// Numbers texts: equal ones have equal numbers, from 0 in the order in which they came.
 ///
-/// One flat table of numbers, whose hash nobody can foresee. Moving leaves texts where they are.
+/// One flat table of numbers, whose hash nobody can foresee. Moving leaves texts where they are,
+/// and an empty table behind.
 class TextTable {
   public:
     using Number = std::uint32_t;
@@ -41,7 +43,7 @@ class TextTable {
 
     KeyedHash hash_;
     TextArena texts_;
-    std::vector<Entry> entries_;
+    BlockList<Entry> entries_;
     /// A power of two of numbers, at most two thirds of them taken; `none` where free.
     std::vector<Number> slots_;
 };

@@ -1,26 +1,11 @@
 #include "xmi/Utf16.h"
 
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 
 #include "model/memory/Text.h"
+#include "xmi/Ascii.h"
 
 namespace nuv::zero::xmi {
-namespace {
-
-std::size_t asciiLength(std::string_view text) {
-    constexpr std::uint64_t beyond = 0x8080808080808080U;
-    std::size_t length = 0;
-    for (std::uint64_t word = 0; length + sizeof word <= text.size(); length += sizeof word) {
-        std::memcpy(&word, text.data() + length, sizeof word);
-        if ((word & beyond) != 0) break;
-    }
-    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80U) ++length;
-    return length;
-}
-
-}  // namespace
 
 void assignUtf16(std::u16string& to, std::string_view text) {
     const std::size_t plain = asciiLength(text);

@@ -54,6 +54,9 @@ LoadedModel XmiBuilder::build() {
 }
 
 void XmiBuilder::finish() {
+    // The lists of large containers need not be there while references are resolved.
+    waiting_ = {};
+    list_ = {};
     for (std::uint32_t i = 0; i < features_.size(); ++i) {
         loaded_.features_.push_back(features_[i].property.get());
     }

@@ -65,7 +65,10 @@ class XmiBuilder final : private XmlHandler {
     struct Waiting {
         std::uint32_t feature;
         Index element;
-        friend auto operator<=>(const Waiting&, const Waiting&) = default;
+        friend bool operator<(const Waiting& one, const Waiting& other) noexcept {
+            return one.feature != other.feature ? one.feature < other.feature
+                                                : one.element < other.element;
+        }
     };
     /// In which order what is wrong with one element is told.
     enum class Check : std::uint8_t { BeforeText, Text, AfterText };

@@ -36,6 +36,8 @@ class XmlNames {
     /// local name alone. Throws `std::bad_alloc`, and then serves no longer.
     NameId add(std::string_view written);
     const XmlName& operator[](NameId id) const noexcept { return names_[id]; }
+    /// The name as the parser writes it.
+    std::string_view writtenAs(NameId id) const noexcept { return written_[id]; }
     /// The numbers are those below this one.
     NameId size() const noexcept { return static_cast<NameId>(names_.size()); }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <exception>
 #include <limits>
 #include <map>
@@ -33,7 +34,8 @@ class TypeNames {
 
     /// `noName` where the prefix is not declared. REQUIRES: the type is not empty.
     NameId resolve(std::string_view type) {
-        const auto mix = static_cast<unsigned char>(type.back()) * 31U + type.size();
+        const std::size_t mix =
+            static_cast<unsigned char>(type.back()) * std::size_t{31} + type.size();
         Known& known = known_[mix % known_.size()];
         if (known.scope == scope_ && known.type == type) return known.name;
         const NameId name = lookUp(type);
@@ -79,7 +81,7 @@ class XmlRun {
   public:
     XmlRun(const std::string& file, const ReadLimits& limits, XmlNames& names, XmlHandler& handler)
         : file_(file), limits_(limits), names_(names), handler_(handler), types_(names) {
-        const XML_Parser parser = parser_.get();
+        XML_ParserStruct* const parser = parser_.get();
         XML_SetUserData(parser, this);
         XML_SetElementHandler(parser, &XmlRun::startElement, &XmlRun::endElement);
         XML_SetCharacterDataHandler(parser, &XmlRun::text);
@@ -162,7 +164,7 @@ class XmlRun {
         guarded(self, [](XmlRun& run) { run.fail("document type declarations are not accepted"); });
     }
 
-    void enter(std::string_view name, const XML_Char** pairs) {
+    void enter(const XML_Char* name, const XML_Char** pairs) {
         if (depth_ >= limits_.depth) {
             fail("elements are nested deeper than " + std::to_string(limits_.depth) + " levels");
         }
@@ -195,9 +197,15 @@ class XmlRun {
         return name;
     }
 
-    NameId nameOf(std::string_view written) {
+    /// The parser keeps a name in one place while it is in use, so that most names are found by
+    /// where they stand. Whether it is still the same name there is looked at nevertheless.
+    NameId nameOf(const XML_Char* written) {
+        const auto address = reinterpret_cast<std::uintptr_t>(written);
+        Known& known = known_[(address / 8) % known_.size()];
+        if (known.place == written && known.text == written) return known.name;
         const NameId id = names_.add(written);
         checkNames();
+        known = {written, names_.writtenAs(id), id};
         return id;
     }
 
@@ -212,6 +220,12 @@ class XmlRun {
     XmlHandler& handler_;
     TypeNames types_;
     Expat parser_;
+    struct Known {
+        const XML_Char* place = nullptr;
+        std::string_view text;
+        NameId name = noName;
+    };
+    std::array<Known, 256> known_;
     std::vector<XmlAttribute> attributes_;
     std::size_t depth_ = 0;
     std::size_t elements_ = 0;

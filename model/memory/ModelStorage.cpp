@@ -20,7 +20,38 @@ static_assert(alignof(Object) >= alignof(SlotWord) && sizeof(Object) % alignof(S
 static_assert(alignof(Object) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 static_assert(std::is_trivially_destructible_v<SlotWord>);
 
-ModelStorage::~ModelStorage() = default;
+ModelStorage::~ModelStorage() {
+    ModelStorage::freeViewed();
+}
+
+void ModelStorage::releaseBySlot(Payload& payload) noexcept {
+    // Whoever views the list has pinned those elements that it does not count.
+    if (payload.isShared()) payload.countElements();
+    if (payload.isViewedIn(*this)) {
+        keepWhilePinned(payload);
+    } else {
+        payload.release();
+    }
+}
+
+/// Takes over a reference of the payload until nobody pins the storage.
+void ModelStorage::keepWhilePinned(Payload& payload) noexcept {
+    payload.nextKept_ = viewed_.load(std::memory_order_relaxed);
+    while (!viewed_.compare_exchange_weak(payload.nextKept_, &payload, std::memory_order_release,
+                                          std::memory_order_relaxed)) {
+    }
+    // The last pin may have gone meanwhile, on another thread.
+    if (!isPinned()) freeViewed();
+}
+
+void ModelStorage::freeViewed() noexcept {
+    Payload* next = viewed_.exchange(nullptr, std::memory_order_acquire);
+    while (next != nullptr) {
+        Payload& payload = *next;
+        next = payload.nextKept_;
+        payload.release();
+    }
+}
 
 ModelElement ModelStorage::create(const ClassObject& elementClass) {
     pins_.pin(elementClass.storage());

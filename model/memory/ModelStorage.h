@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <vector>
@@ -60,17 +61,22 @@ class ModelStorage final : public Storage {
     void releaseBySlot(SlotWord word) noexcept {
         if (!word.isCounted()) return;
         if (word.isPayload()) {
-            word.payload()->releaseBySlot(*this);
+            releaseBySlot(*word.payload());
         } else {
             word.target()->release();
         }
     }
+    void releaseBySlot(Payload& payload) noexcept;
+    void keepWhilePinned(Payload& payload) noexcept;
+    void freeViewed() noexcept override;
     template <class Visit>
     void forEachElement(const Visit& visit) noexcept;
 
     Pins pins_;
     std::vector<Chunk> chunks_;
     std::size_t size_ = 0;
+    /// Lists that slots have let go of while somebody who has pinned the model may read them.
+    std::atomic<Payload*> viewed_{nullptr};
 };
 
 }  // namespace nuv::zero::memory

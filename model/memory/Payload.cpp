@@ -42,17 +42,6 @@ Payload& Payload::make(Kind kind, std::size_t capacity) {
     return *::new (place) Payload(kind, static_cast<std::uint32_t>(capacity));
 }
 
-void Payload::releaseBySlot(Storage& storage) noexcept {
-    const bool isKept = isReadElsewhere(storage);
-    // Whoever views the list has pinned those elements that it does not count.
-    if (isShared()) countElements();
-    if (isKept && isViewed_.load(std::memory_order_relaxed)) {
-        storage.keepWhilePinned(*this);
-    } else {
-        release();
-    }
-}
-
 void Payload::countElements() noexcept {
     const bool holdsElements = kind_ == Kind::Elements || kind_ == Kind::Element;
     if (!holdsElements || countsElements_) return;

@@ -46,9 +46,6 @@ class Payload {
         if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) destroy(*this);
     }
     bool isShared() const noexcept { return references_.load(std::memory_order_acquire) != 1; }
-    /// What a slot of an element does in place of `release`.
-    MODELING_NUV0_MODEL_EXPORT void releaseBySlot(Storage& storage) noexcept;
-
     /// Marks the payload as read by somebody who does not count. Written once only, so that threads
     /// that read the same lists do not fight over them.
     void view() noexcept {
@@ -58,7 +55,10 @@ class Payload {
     }
     /// Whether somebody besides the slot may be reading the payload.
     bool isReadElsewhere(const Storage& storage) const noexcept {
-        return isShared() || (isViewed_.load(std::memory_order_relaxed) && storage.isPinned());
+        return isShared() || isViewedIn(storage);
+    }
+    bool isViewedIn(const Storage& storage) const noexcept {
+        return isViewed_.load(std::memory_order_relaxed) && storage.isPinned();
     }
 
     Kind kind() const noexcept { return kind_; }
@@ -106,7 +106,7 @@ class Payload {
     std::atomic<bool> isViewed_{false};
     /// The next of those that a pinned storage keeps for whoever views them.
     Payload* nextKept_ = nullptr;
-    friend class Storage;
+    friend class ModelStorage;
 };
 
 /// Owns what a word refers to: a counted reference or a payload.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/Compiler.h"
 #include "model/memory/Class.h"
 #include "model/memory/ElementView.h"
 
@@ -37,6 +38,14 @@ class PropertyReader {
             if (isPlain) return ElementView::pinned(word);
         }
         return object.view(property, Object::ReflectionPrivateTag::PUBLIC_ACCESS);
+    }
+
+    /// Begins to load the list that `read` looks at soon. REQUIRES: the element is not null.
+    void prefetch(const ModelElement& element) const noexcept {
+        const Object& object = *element.get();
+        if (object.getClass().get() != type_.get()) return;
+        const SlotWord word = object.slotAt(slot_);
+        if (word.isPayload()) access::prefetchLine(word.payload());
     }
 
   private:

@@ -4,7 +4,6 @@
 #include <cstddef>
 
 #include "model/Export.h"
-#include "model/memory/fwd.h"
 
 namespace nuv::zero::memory {
 
@@ -35,13 +34,10 @@ class MODELING_NUV0_MODEL_EXPORT Storage {
         pins_.fetch_add(1, std::memory_order_relaxed);
     }
     void unpin() noexcept {
-        if (pins_.fetch_sub(1, std::memory_order_acq_rel) == 1) freeKept();
+        if (pins_.fetch_sub(1, std::memory_order_acq_rel) == 1) freeViewed();
         release();
     }
     bool isPinned() const noexcept { return pins_.load(std::memory_order_acquire) != 0; }
-    /// Takes over a payload's reference until nobody pins the storage.
-    void keepWhilePinned(Payload& payload) noexcept;
-
     /// Whether anybody but the caller, who is a user, needs the storage.
     bool isShared() const noexcept { return users_.load(std::memory_order_acquire) != 1; }
 
@@ -49,12 +45,12 @@ class MODELING_NUV0_MODEL_EXPORT Storage {
     Storage() noexcept = default;
     virtual ~Storage();
 
-  private:
-    void freeKept() noexcept;
+    /// Nobody reads without counting any more.
+    virtual void freeViewed() noexcept;
 
+  private:
     std::atomic<std::size_t> users_{1};
     std::atomic<std::size_t> pins_{0};
-    std::atomic<Payload*> kept_{nullptr};
 };
 
 }  // namespace nuv::zero::memory

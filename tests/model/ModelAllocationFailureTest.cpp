@@ -37,7 +37,7 @@ struct Print {
 };
 
 /// A model and two metamodels on which every operation has something to do.
-struct World {
+struct ScarceModel {
     Blocks m;
     memory::Metamodel other{u"other"};
     meta::Class foreign = other.addClass(u"Foreign");
@@ -49,7 +49,7 @@ struct World {
     meta::Property late = m.metamodel.addProperty(m.block, u"late", m.port, memory::unbounded);
     Value held;
 
-    World() {
+    ScarceModel() {
         model.set(b1, m.ports, Elements{p1});
         model.set(b1, m.tags, Texts{u"shared"});
         held = access::read(b1, m.tags);
@@ -83,14 +83,14 @@ struct World {
     }
 };
 
-struct Operation {
+struct ScarceOperation {
     const char* name;
-    std::function<void(World&)> run;
+    std::function<void(ScarceModel&)> run;
 };
 
-const std::vector<Operation>& operations() {
-    using W = World&;
-    static const std::vector<Operation> all = {
+const std::vector<ScarceOperation>& operations() {
+    using W = ScarceModel&;
+    static const std::vector<ScarceOperation> all = {
         {"AddClass",
          [](W w) {
              w.m.metamodel.addClass(u"New", {w.m.block, w.m.port});
@@ -131,9 +131,9 @@ const std::vector<Operation>& operations() {
 
 TEST(ModelAllocationFailureTest, EveryOperationChangesNothingThenAndCanBeRepeated) {
     long points = 0;
-    for (const Operation& operation : operations()) {
+    for (const ScarceOperation& operation : operations()) {
         SCOPED_TRACE(operation.name);
-        World untouched;
+        ScarceModel untouched;
         const std::string before = untouched.state();
         operation.run(untouched);
         const std::string after = untouched.state();
@@ -146,7 +146,7 @@ TEST(ModelAllocationFailureTest, EveryOperationChangesNothingThenAndCanBeRepeate
                 ASSERT_LT(allowed, 1000);
                 const long live = liveAllocations();
                 {
-                    World world;
+                    ScarceModel world;
                     succeeded = runs(allowed, [&] { operation.run(world); });
                     if (!succeeded) {
                         ++points;
@@ -163,7 +163,7 @@ TEST(ModelAllocationFailureTest, EveryOperationChangesNothingThenAndCanBeRepeate
 }
 
 TEST(ModelAllocationFailureTest, AWholeModelThatIsNotFinishedLeaksNothing) {
-    const std::string expected = World().state();
+    const std::string expected = ScarceModel().state();
     long points = 0;
     for (const auto& runs : {succeedsWith, succeedsWithout}) {
         long allowed = 0;
@@ -171,8 +171,8 @@ TEST(ModelAllocationFailureTest, AWholeModelThatIsNotFinishedLeaksNothing) {
             ASSERT_LT(allowed, 10'000);
             const long live = liveAllocations();
             {
-                std::unique_ptr<World> world;
-                succeeded = runs(allowed, [&] { world = std::make_unique<World>(); });
+                std::unique_ptr<ScarceModel> world;
+                succeeded = runs(allowed, [&] { world = std::make_unique<ScarceModel>(); });
                 EXPECT_EQ(world != nullptr, succeeded);
                 if (succeeded) {
                     EXPECT_EQ(world->state(), expected);
@@ -186,7 +186,7 @@ TEST(ModelAllocationFailureTest, AWholeModelThatIsNotFinishedLeaksNothing) {
 }
 
 TEST(PinsAllocationFailureTest, PinsNothingThen) {
-    const World world;
+    const ScarceModel world;
     memory::Pins pins;
     EXPECT_FALSE(succeedsWith(0, [&] { pins.pin(world.b1); }));
     EXPECT_TRUE(pins.storages().empty());
@@ -196,7 +196,7 @@ TEST(PinsAllocationFailureTest, PinsNothingThen) {
 }
 
 TEST(ReadAllocationFailureTest, ReadingNeverChangesAnything) {
-    const World world;
+    const ScarceModel world;
     const std::string before = world.state();
     long points = 0;
     for (const meta::Property& property : world.m.block->getAllClassProperties()) {

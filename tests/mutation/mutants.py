@@ -94,9 +94,16 @@ def read_all():
     return mutants
 
 
+def sources():
+    return [str(path.relative_to(ROOT)) for top in ("model", "traversal")
+            for path in sorted((ROOT / top).rglob("*")) if path.suffix in (".h", ".cpp")]
+
+
 def report_stale(mutants):
     stale = [(m, m.occurrences()) for m in mutants]
     stale = [(m, count) for m, count in stale if count != 1]
     for mutant, count in stale:
-        print(f"stale: {mutant.name}: its text occurs {count} times in {mutant.file}, not once")
+        moved = [f for f in sources() if content_of(f).count(mutant.old_text()) == 1]
+        print(f"stale: {mutant.name}: its text occurs {count} times in {mutant.file}, not once"
+              + (f"; it stands in {moved[0]} now" if len(moved) == 1 else ""))
     return stale

@@ -2,8 +2,8 @@
 """Do the tests notice when the code is wrong?
 
 The small source changes listed in `mutants/*.txt` are compiled into one copy of the tree, each
-behind a number that the environment chooses; see `switching.py`. Then the test suites are run on one
-after another until one fails, the fastest suites first. A change that no suite notices has survived:
+behind a number that the environment chooses; see `switching.py`. Then the quick test suites
+are run on one after another until one fails, and the slow ones on what they let pass. A change that no suite notices has survived:
 either a test is missing, or the list has to say why the change is none.
 
     tests/mutation/run.py                     # all; goes on where the last run was stopped
@@ -96,27 +96,41 @@ def run_all(waiting, applying, results, options):
     built = time.monotonic()
     print(f"prepared in {built - begin:.0f} s; {len(workshop.alone)} have to be built alone",
           flush=True)
-    done = 0
+    spent = dict.fromkeys((m.name for m in waiting), 0.0)
+    decided = []
 
-    def attempt(mutant, test):
-        nonlocal done
-        start = time.monotonic()
-        status, detail = test(mutant)
-        seconds = time.monotonic() - start
+    def decide(mutant, status, detail=""):
         # Only all suites can tell that a mutant survives.
         if status != "survived" or not options.suites:
-            results.add(mutant, status, detail, seconds)
-        done += 1
-        print(f"{done}/{len(waiting)} {mutant.name}: {verdict(mutant, status)} {detail} "
-              f"({seconds:.1f} s)", flush=True)
+            results.add(mutant, status, detail, spent[mutant.name])
+        decided.append(mutant)
+        print(f"{len(decided)}/{len(waiting)} {mutant.name}: {verdict(mutant, status)} {detail} "
+              f"({spent[mutant.name]:.1f} s)", flush=True)
+
+    def timed(test, mutant):
+        start = time.monotonic()
+        outcome = test(mutant)
+        spent[mutant.name] += time.monotonic() - start
+        return outcome
+
+    def attempt(mutant, test, is_last):
+        suite = timed(test, mutant)
+        if suite:
+            decide(mutant, "killed", suite)
+        elif is_last:
+            decide(mutant, "survived")
+
+    def attempt_all(mutants, test, is_last):
+        with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+            for attempted in [pool.submit(attempt, m, test, is_last) for m in mutants]:
+                attempted.result()
 
     inside = [m for m in waiting if m.name not in workshop.alone]
-    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        for attempted in [pool.submit(attempt, m, workshop.test) for m in inside]:
-            attempted.result()
+    attempt_all(inside, workshop.test_quickly, is_last=False)
+    attempt_all([m for m in inside if m not in decided], workshop.test_slowly, is_last=True)
     for mutant in waiting:
         if mutant.name in workshop.alone:
-            attempt(mutant, workshop.test_alone)
+            decide(mutant, *timed(workshop.test_alone, mutant))
     seconds = time.monotonic() - built
     print(f"{len(waiting)} mutants in {seconds:.0f} s, {seconds / len(waiting):.1f} s each; "
           f"{time.monotonic() - begin:.0f} s with the build")

@@ -15,9 +15,9 @@ constexpr std::array<const char*, 6> eventNames = {"enterInput",   "enterElement
 
 }  // namespace
 
-Event eventNamed(const std::string& name) {
+PrintedEvent eventNamed(const std::string& name) {
     for (std::size_t index = 0; index < eventNames.size(); ++index) {
-        if (name == eventNames[index]) return static_cast<Event>(index);
+        if (name == eventNames[index]) return static_cast<PrintedEvent>(index);
     }
     throw Malformed("there is no event called " + name);
 }
@@ -27,32 +27,32 @@ PrintingProcessor::PrintingProcessor(Workspace& workspace, std::string name,
     : workspace_(workspace), name_(std::move(name)), failure_(failure) {}
 
 void PrintingProcessor::onEnterInputElement(const ModelElement& element) {
-    print(Event::EnterInput, workspace_.idOf(element));
+    print(PrintedEvent::EnterInput, workspace_.idOf(element));
 }
 
 void PrintingProcessor::onEnterElement(const ModelElement& element) {
-    print(Event::EnterElement, workspace_.idOf(element));
+    print(PrintedEvent::EnterElement, workspace_.idOf(element));
 }
 
 void PrintingProcessor::onEnterProperty(const ModelElement& element,
                                         const meta::Property& property) {
-    print(Event::EnterProperty, workspace_.idOf(element) + ' ' + workspace_.idOf(property));
+    print(PrintedEvent::EnterProperty, workspace_.idOf(element) + ' ' + workspace_.idOf(property));
 }
 
 void PrintingProcessor::onExitProperty(const ModelElement& element,
                                        const meta::Property& property) {
-    print(Event::ExitProperty, workspace_.idOf(element) + ' ' + workspace_.idOf(property));
+    print(PrintedEvent::ExitProperty, workspace_.idOf(element) + ' ' + workspace_.idOf(property));
 }
 
 void PrintingProcessor::onExitElement(const ModelElement& element) {
-    print(Event::ExitElement, workspace_.idOf(element));
+    print(PrintedEvent::ExitElement, workspace_.idOf(element));
 }
 
 void PrintingProcessor::onExitInputElement(const ModelElement& element) {
-    print(Event::ExitInput, workspace_.idOf(element));
+    print(PrintedEvent::ExitInput, workspace_.idOf(element));
 }
 
-void PrintingProcessor::print(Event event, const std::string& arguments) {
+void PrintingProcessor::print(PrintedEvent event, const std::string& arguments) {
     workspace_.output << "event " << name_ << ' ' << eventNames[static_cast<std::size_t>(event)]
                       << ' ' << arguments << '\n';
     if (failure_ && failure_->event == event && ++occurrences_ == failure_->occurrence) {

@@ -10,7 +10,7 @@ namespace nuv::zero::scenario {
 
 class Workspace;
 
-enum class Event : std::uint8_t {
+enum class PrintedEvent : std::uint8_t {
     EnterInput,
     EnterElement,
     EnterProperty,
@@ -20,13 +20,13 @@ enum class Event : std::uint8_t {
 };
 
 /// The event that scenarios call by that name. Throws `Malformed`.
-Event eventNamed(const std::string& name);
+PrintedEvent eventNamed(const std::string& name);
 
 /// Prints every event; throws `ProcessorThrown` behind the printing of one of them, if told so.
 class PrintingProcessor : public traversal::internal::TraversalProcessor {
   public:
     struct Failure {
-        Event event;
+        PrintedEvent event;
         /// Counted from one.
         std::int64_t occurrence;
     };
@@ -41,7 +41,7 @@ class PrintingProcessor : public traversal::internal::TraversalProcessor {
     void onExitInputElement(const ModelElement& element) override;
 
   private:
-    void print(Event event, const std::string& arguments);
+    void print(PrintedEvent event, const std::string& arguments);
 
     Workspace& workspace_;
     std::string name_;

@@ -65,7 +65,7 @@ void declareProcessor(Workspace& workspace, Arguments& arguments) {
     std::optional<PrintingProcessor::Failure> failure;
     if (!arguments.empty()) {
         if (arguments.word() != "throw") throw Malformed("throw, an event and a number expected");
-        const Event event = eventNamed(arguments.word());
+        const PrintedEvent event = eventNamed(arguments.word());
         failure = PrintingProcessor::Failure{event, arguments.integer()};
     }
     workspace.processors.put(id, &workspace.allProcessors.emplace_back(workspace, id, failure));

@@ -125,15 +125,18 @@ class Enumeration {
         }
     }
 
+    /// False when it was told to stop.
     template <class Use>
-    void run(Use&& use) {
+    bool run(Use&& use) {
         do {
             for (const List& inputs : lists_) {
-                if (isMetInOrder(elements_, inputs, values_, !isForComposition_)) {
-                    use(inputs, values_);
+                if (isMetInOrder(elements_, inputs, values_, !isForComposition_) &&
+                    !use(inputs, values_)) {
+                    return false;
                 }
             }
         } while (next());
+        return true;
     }
 
   private:
@@ -170,11 +173,12 @@ void forEachScene(const Family& family, const UseScene& use) {
                                             : std::vector{Kind::Additive, Kind::Subtractive};
         for (int elements = 0; elements <= family.mostElements; ++elements) {
             Enumeration all(elements, family.yIsList, isForComposition);
-            all.run([&](const List& inputs, const SceneValues& values) {
-                use(kinds, [&](std::uint64_t number) {
+            const bool goesOn = all.run([&](const List& inputs, const SceneValues& values) {
+                return use(kinds, [&](std::uint64_t number) {
                     return makeScene(elements, inputs, values, family.yIsList, number);
                 });
             });
+            if (!goesOn) return;
         }
     }
 }

@@ -39,11 +39,11 @@ struct Scene {
 };
 
 /// What a scene is used with: the kinds of traversal that are run on it, and its maker, which takes
-/// a number.
-using UseScene = std::function<void(const std::vector<oracle::Kind>& kinds,
+/// a number. Says whether to go on.
+using UseScene = std::function<bool(const std::vector<oracle::Kind>& kinds,
                                     const std::function<Scene(std::uint64_t number)>& make)>;
 
-/// Calls with every scene of a family.
+/// Calls with every scene of a family, small ones first, as long as it is told to go on.
 ///
 /// Left out is only what is the same walk as one that is gone through:
 /// - A scene with an element that cannot be reached from the inputs: no walk is ever handed that

@@ -20,6 +20,7 @@
 ///     small_worlds                          all of them
 ///     small_worlds --stride 5000            one case of 5000
 ///     small_worlds --stride 2 --offset 1    the second half of all cases
+///     small_worlds --stride 101 --until 40000   some of the first cases, the smallest ones
 ///     small_worlds --case 123456            one case again
 ///     small_worlds --case 123456 --script 7 one script of it, in words
 ///     small_worlds --count                  only counts worlds and cases
@@ -34,6 +35,7 @@ constexpr std::array orders = {traversal::Algo::DepthFirstPreOrder,
 struct SurveyOptions {
     std::uint64_t stride = 1;
     std::uint64_t offset = 0;
+    std::uint64_t until = ~std::uint64_t{0};
     std::optional<std::uint64_t> onlyCase;
     std::optional<int> onlyScript;
     bool countOnly = false;
@@ -64,6 +66,7 @@ class Survey {
             forEachScene(family, [&](const auto& kinds, const auto& make) {
                 ++scenes;
                 walk(kinds, make);
+                return cases_ < options_.until;
             });
             std::printf("%s: %llu models with inputs, %llu cases\n", family.name, wide(scenes),
                         wide(cases_ - casesBefore));
@@ -79,7 +82,7 @@ class Survey {
     bool isWanted(std::uint64_t number) const {
         if (options_.countOnly || different_ != 0) return false;
         if (options_.onlyCase) return number == *options_.onlyCase;
-        return number % options_.stride == options_.offset;
+        return number % options_.stride == options_.offset && number < options_.until;
     }
 
     void walk(const std::vector<oracle::Kind>& kinds,
@@ -153,6 +156,8 @@ SurveyOptions readOptions(int count, char** texts) {
             options.stride = value;
         } else if (name == "--offset") {
             options.offset = value;
+        } else if (name == "--until") {
+            options.until = value;
         } else if (name == "--case") {
             options.onlyCase = value;
         } else if (name == "--script") {

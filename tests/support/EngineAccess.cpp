@@ -36,14 +36,14 @@ struct SubtractiveCreateResult {
     friend auto pointerTo(SubtractiveCreateResult);
 };
 
-struct BuilderRules {
-    friend auto pointerTo(BuilderRules);
+struct AdditiveRules {
+    friend auto pointerTo(AdditiveRules);
 };
-struct BuilderProperties {
-    friend auto pointerTo(BuilderProperties);
+struct AdditiveProperties {
+    friend auto pointerTo(AdditiveProperties);
 };
-struct BuilderProvider {
-    friend auto pointerTo(BuilderProvider);
+struct AdditiveProvider {
+    friend auto pointerTo(AdditiveProvider);
 };
 
 template struct Expose<ResultAddFilter, &TraversalResult::addFilter>;
@@ -58,16 +58,16 @@ template struct Expose<CompositionCreateResult,
 template struct Expose<SubtractiveCreateResult,
                        &AbstractTraversal<SubtractiveTraversalImpl>::createResult>;
 
-template struct Expose<BuilderRules, &AbstractTraversal<AdditiveTraversalImpl>::matchersMap_>;
-template struct Expose<BuilderProperties, &AdditiveTraversalImpl::traversedProperties_>;
-template struct Expose<BuilderProvider, &AdditiveTraversalImpl::createPropertyProvider>;
+template struct Expose<AdditiveRules, &AbstractTraversal<AdditiveTraversalImpl>::matchersMap_>;
+template struct Expose<AdditiveProperties, &AdditiveTraversalImpl::traversedProperties_>;
+template struct Expose<AdditiveProvider, &AdditiveTraversalImpl::createPropertyProvider>;
 
 std::shared_ptr<traversal::PropertyProvider> makeAdditiveProvider(
     const traversal::MatchersMap& rules, const std::vector<meta::Property>& properties) {
     const auto builder = traversal::Spec::additiveTraversal();
-    (*builder).*pointerTo(BuilderRules()) = rules;
-    (*builder).*pointerTo(BuilderProperties()) = properties;
-    return ((*builder).*pointerTo(BuilderProvider()))();
+    (*builder).*pointerTo(AdditiveRules()) = rules;
+    (*builder).*pointerTo(AdditiveProperties()) = properties;
+    return ((*builder).*pointerTo(AdditiveProvider()))();
 }
 
 void addFilter(TraversalResult& result, const std::function<ResultPolicy(Link)>& filter) {

@@ -140,6 +140,23 @@ TEST_P(WalkOverEditedModelTest, SurvivesTheEndOfTheModelAtEveryStep) {
     }
 }
 
+/// A copy that was all that was left of a walk read elements of a model that was gone.
+TEST_P(WalkOverEditedModelTest, CopyKeepsTheModelsThatItsOriginalHasMet) {
+    ModelBuilder m(nodeMetamodel, "A");
+    auto elsewhere = std::make_unique<memory::Model>();
+    m.model.add(m("A"), m["Node.x"], elsewhere->create(m.type("Node"), u"Far"));
+    auto original = std::make_unique<Walk>(Spec::additiveTraversal()
+                                               ->traverse(m["Node.x"], ResultPolicy::Report)
+                                               ->run({m("A")}, GetParam()));
+    while (!original->getCurrent().getProperty()) original->advance();
+    Walk copy(*original);
+    original.reset();
+    m.model.clear(m("A"), m["Node.x"]);
+    elsewhere.reset();
+    EXPECT_EQ(dumpLink(copy.getCurrent()), "Node'A'-[x]-Node''");
+    finish(copy);
+}
+
 TEST_P(WalkOverEditedModelTest, SurvivesAnElementThatIsHeldByTheWalkAlone) {
     ModelBuilder m(nodeMetamodel, "A");
     {

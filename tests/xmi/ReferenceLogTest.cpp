@@ -90,6 +90,21 @@ TEST(ReferenceLog, SingleReferencesStayTexts) {
     EXPECT_FALSE(reader.next());
 }
 
+TEST(ReferenceLog, PlacesMayLieAnywhere) {
+    LoggedLists lists({});
+    const std::vector<std::uint32_t> numbers = {0,           1, 0xFFFFFFFEU, 0,
+                                                0x80000000U, 7, 0x7FFFFFFFU, 8};
+    for (const std::uint32_t each : numbers) lists.log().addOne({each, each ^ 5U, each / 2}, "x");
+    ReferenceLog::Reader reader(lists.log());
+    for (const std::uint32_t each : numbers) {
+        ASSERT_TRUE(reader.next());
+        EXPECT_EQ(reader.place().node, each);
+        EXPECT_EQ(reader.place().element, each ^ 5U);
+        EXPECT_EQ(reader.place().feature, each / 2);
+    }
+    EXPECT_FALSE(reader.next());
+}
+
 TEST(ReferenceLog, RecordsOfAnySizeComeBackInTheirOrder) {
     Lines texts;
     Lines expected;

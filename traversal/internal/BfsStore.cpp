@@ -56,6 +56,7 @@ class BfsStore final : public AbstractStore {
         while (true) {
             if (!hasTurn_) {
                 if (queue_.empty()) return false;
+                lookAhead(walk);
                 if (!queue_.front().shouldCascade()) {
                     if (tryReportFront(walk)) return true;
                     continue;
@@ -77,6 +78,7 @@ class BfsStore final : public AbstractStore {
     };
 
     bool tryReportFront(Walk& walk);
+    void lookAhead(Walk& walk) const;
     bool startTurn(Walk& walk);
     bool goOn(Walk& walk);
     void enter(Walk& walk, const ModelElement& element);
@@ -103,6 +105,20 @@ bool BfsStore::tryReportFront(Walk& walk) {
     // Removed before it is tried: a filter that throws does not get it again.
     pop();
     return walk.tryReport(front.source(), *front.setting(), front.target(), false);
+}
+
+/// Announces the elements whose turns come soon, and then their lists: both lie anywhere in memory.
+inline void BfsStore::lookAhead(Walk& walk) const {
+    constexpr std::size_t toElements = 6;
+    constexpr std::size_t toLists = 3;
+    if (queue_.size() <= toElements) return;
+    const LinkQueue::Place& later = queue_[toElements];
+    if (later.shouldCascade()) walk.announce(later.target());
+    const LinkQueue::Place& sooner = queue_[toLists];
+    if (!sooner.shouldCascade() || !sooner.target()) return;
+    for (const AssociationSetting& setting : walk.settingsOf(sooner.target())) {
+        setting.prefetch(sooner.target());
+    }
 }
 
 /// Gives the element at the front its turn, and enters an input. False when the input was reached

@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "traversal/support/Lent.h"
 #include "traversal/internal/Link.h"
+#include "traversal/support/Lent.h"
 
 namespace nuv::zero::traversal::internal {
 

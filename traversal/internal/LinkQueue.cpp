@@ -17,8 +17,8 @@ LinkQueue::LinkQueue(const LinkQueue& other) : head_(other.head_), size_(other.s
     blocks_.reserve(end / blockSize + 1);
     blocks_.assign(firstBlock, firstBlock + static_cast<std::ptrdiff_t>(end / blockSize));
     if (end % blockSize != 0) {
-        blocks_.push_back(std::make_shared<Block>(**(firstBlock + static_cast<std::ptrdiff_t>(
-                                                                     end / blockSize))));
+        blocks_.push_back(
+            std::make_shared<Block>(**(firstBlock + static_cast<std::ptrdiff_t>(end / blockSize))));
     }
 }
 

@@ -62,8 +62,8 @@ class ElementSetBy {
   private:
     static constexpr bool byNumber = NumbersElements<Support>;
     struct Nothing {};
-    using Handles =
-        FlatMap<ModelElement, Lent<ModelElement>, Nothing, typename Support::template Hash<ModelElement>>;
+    using Handles = FlatMap<ModelElement, Lent<ModelElement>, Nothing,
+                            typename Support::template Hash<ModelElement>>;
 
     std::conditional_t<byNumber, NumberSet, Handles> elements_;
     bool hasNull_ = false;

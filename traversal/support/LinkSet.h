@@ -39,9 +39,7 @@ class LinkSet {
         Lent<ModelElement> target;
         Lent<meta::Property> property;
 
-        bool isFree() const noexcept {
-            return !target.get() && !source.get() && !property.get();
-        }
+        bool isFree() const noexcept { return !target.get() && !source.get() && !property.get(); }
         bool is(const ModelElement& from, const ModelElement& to,
                 const meta::Property& by) const noexcept {
             return target.get() == to && source.get() == from && property.get() == by;

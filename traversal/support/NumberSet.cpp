@@ -32,6 +32,7 @@ NumberSet::Line& NumberSet::Lines::take() {
     constexpr std::size_t smallest = 4;
     constexpr std::size_t largest = 1024;
     // As large as all before it: few blocks, and at most half of the room unused.
+    if (blocks_.empty()) blocks_.reserve(16);
     if (used_ == capacity_) reserve(std::clamp(total_, smallest, largest));
     return blocks_.back()[used_++];
 }

@@ -15,8 +15,8 @@ namespace nuv::zero::traversal::internal {
 ///
 /// The numbers are cut into lines of 512, and each line is a bitmap of one cache line. A directory
 /// (open addressing) finds the lines; the line used last is remembered, so that numbers near each
-/// other cost a shift and a mask. A line with few numbers needs no bitmap, its directory entry holds
-/// them: whatever the numbers, the set takes at most twice what a flat table of them would.
+/// other cost a shift and a mask. A line with few numbers needs no bitmap, its directory entry
+/// holds them: whatever the numbers, the set takes at most twice what a flat table of them would.
 ///
 /// Asking and inserting are constant on average. A failing allocation changes nothing. A copy is
 /// independent. One thread at a time, for questions too.

@@ -49,6 +49,35 @@ TEST_P(IterationContextTest, NewWalkStandsOnItsFirstLink) {
     EXPECT_EQ(text(result->begin().getCurrent()), linesOf(result).front());
 }
 
+// NOLINTBEGIN(bugprone-use-after-move): what a move leaves is promised
+TEST_P(IterationContextTest, WalkThatWasMovedFromIsTheEndOfEveryWalk) {
+    const auto result = run();
+    Walk source = result->begin();
+    Walk assignedFrom = result->begin();
+    Walk moved(std::move(source));
+    Walk assigned;
+    assigned = std::move(assignedFrom);
+    for (Walk* left : {&source, &assignedFrom}) {
+        EXPECT_TRUE(*left == Walk());
+        EXPECT_EQ(text(left->getCurrent()), "-");
+        left->advance();
+        left->pruneAllChildren();
+        EXPECT_TRUE(*left == Walk());
+    }
+    EXPECT_TRUE(moved == result->begin());
+    EXPECT_EQ(rest(moved), linesOf(result));
+    EXPECT_EQ(rest(assigned), linesOf(result));
+}
+
+TEST_P(IterationContextTest, WalkThatIsMovedToItselfStaysWhereItIs) {
+    const auto result = run();
+    Walk walk = result->begin();
+    Walk& itself = walk;
+    walk = std::move(itself);
+    EXPECT_EQ(rest(walk), linesOf(result));
+}
+// NOLINTEND(bugprone-use-after-move)
+
 TEST_P(IterationContextTest, EachBeginIsAWalkOfItsOwn) {
     const auto result = run();
     Walk one = result->begin();
