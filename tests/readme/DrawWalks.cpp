@@ -2,6 +2,7 @@
 // walk-post-order.svg and walk-breadth-first.svg there. The pages show these drawings.
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -122,6 +123,20 @@ class Drawing {
     std::ostringstream out_;
 };
 
+/// When a link was reported, beside the middle of its arrow.
+void drawNumber(Drawing& drawing, Point from, Point to, std::ptrdiff_t number, bool isCurrent) {
+    Point at{(from.x + to.x) / 2, (from.y + to.y) / 2};
+    const char* anchor = "middle";
+    if (from.y == to.y) {
+        at.y -= 7;
+    } else {
+        const bool goesRight = to.x > from.x;
+        at = {at.x + (goesRight ? 9 : -9), at.y + 4};
+        anchor = goesRight ? "start" : "end";
+    }
+    drawing.text(at, std::to_string(number), anchor, isCurrent ? currentInk : ink, 13, isCurrent);
+}
+
 void drawModel(Drawing& drawing, const WalkSnapshot& walk,
                const std::vector<SnapshotLink>& reported) {
     for (const SnapshotLink& edge : edges) {
@@ -132,15 +147,7 @@ void drawModel(Drawing& drawing, const WalkSnapshot& walk,
         const bool isReported = place != reported.end();
         drawing.arrow(from, to, edge.source.empty() ? 0 : 22, isCurrent ? currentInk : ink,
                       !isReported, isCurrent ? 3 : 1);
-        if (!isReported) continue;
-        const Point middle{(from.x + to.x) / 2, (from.y + to.y) / 2};
-        const bool isLevel = from.y == to.y;
-        const bool goesRight = to.x > from.x;
-        drawing.text(
-            {middle.x + (isLevel ? 0 : (goesRight ? 9 : -9)), middle.y + (isLevel ? -7 : 4)},
-            std::to_string(place - reported.begin() + 1),
-            isLevel ? "middle" : (goesRight ? "start" : "end"), isCurrent ? currentInk : ink, 13,
-            isCurrent);
+        if (isReported) drawNumber(drawing, from, to, place - reported.begin() + 1, isCurrent);
     }
     for (const auto& [name, at] : places) {
         if (!name.empty()) drawing.node(at, name, walk.hasEntered(name), walk.hasCursor(name));
