@@ -36,14 +36,14 @@ work=build/gains
 tree=$work/tree
 mkdir -p "$tree"
 
-# What is built is the tree as it stands, local changes included. Unchanged files keep their times, so
-# that a second run compiles little.
+# What is built is the tree as it stands, local changes included. Only files that differ are copied, so
+# that a second run compiles little, and one that was stopped is repaired.
 git ls-files --cached --others --exclude-standard |
     while read -r file; do
         [ -f "$file" ] || continue
         cmp -s "$file" "$tree/$file" && continue
         mkdir -p "$tree/$(dirname "$file")"
-        cp -p "$file" "$tree/$file"
+        cp "$file" "$tree/$file"
     done
 
 # build NAME: builds the copy, and keeps the program and its libraries under that name.
