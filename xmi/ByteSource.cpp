@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 #include "xmi/ReadError.h"
 
@@ -36,6 +37,17 @@ FileSource::FileSource(const std::string& path, std::size_t limit) : path_(path)
     errno = 0;
     file_.reset(std::fopen(path.c_str(), "rb"));
     if (!file_) throw ReadError(path, {}, "cannot be opened: " + systemReason(errno));
+    begin(limit);
+}
+
+FileSource::FileSource(const std::string& path, FilePointer file, std::size_t limit)
+    : path_(path), file_(std::move(file)) {
+    begin(limit);
+}
+
+FileSource::~FileSource() = default;
+
+void FileSource::begin(std::size_t limit) {
     // Whoever reads asks for large pieces.
     std::setvbuf(file_.get(), nullptr, _IONBF, 0);
 
@@ -50,8 +62,6 @@ FileSource::FileSource(const std::string& path, std::size_t limit) : path_(path)
     }
     readAll(limit);
 }
-
-FileSource::~FileSource() = default;
 
 bool FileSource::isSeekable(std::size_t limit) {
     const long known = static_cast<long>(bytes_.size());

@@ -34,22 +34,27 @@ class TextSource final : public ByteSource {
     std::string_view bytes_;
 };
 
+struct FileClosing {
+    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+/// A file that is open.
+using FilePointer = std::unique_ptr<std::FILE, FileClosing>;
+
 /// The bytes of a file. What can only be read from the front to the back, such as a pipe, is read
 /// as a whole at once.
 class FileSource final : public ByteSource {
   public:
     /// Throws `ReadError` when the file cannot be opened or read, or is longer than the limit.
     FileSource(const std::string& path, std::size_t limit);
+    /// The same for a file that is open, and will be closed; the path is for error texts.
+    FileSource(const std::string& path, FilePointer file, std::size_t limit);
     ~FileSource() override;
 
     std::size_t size() const noexcept override { return size_; }
     std::size_t read(std::size_t from, char* into, std::size_t wanted) override;
 
   private:
-    struct Closing {
-        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-    };
-
+    void begin(std::size_t limit);
     /// Whether one can go to any place; finds the size then.
     bool isSeekable(std::size_t limit);
     void readAll(std::size_t limit);
@@ -57,7 +62,7 @@ class FileSource final : public ByteSource {
     void checkRead() const;
 
     std::string path_;
-    std::unique_ptr<std::FILE, Closing> file_;
+    FilePointer file_;
     std::size_t size_ = 0;
     /// Where the next byte comes from without a jump.
     std::size_t at_ = 0;

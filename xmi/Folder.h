@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "xmi/ByteSource.h"
 
 namespace nuv::zero::xmi {
 
@@ -34,14 +35,11 @@ class Folder {
         /// The system refuses, for want of rights for example.
         Refused,
     };
-    struct Closing {
-        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-    };
     /// What came of opening a file.
     struct Opening {
         Outcome outcome = Outcome::Missing;
         /// Null unless it was opened.
-        std::unique_ptr<std::FILE, Closing> file;
+        FilePointer file;
         /// The way to the file without detours and links. Two spellings of one file have one path.
         std::string path;
         /// Why the system refuses, in its own words.

@@ -85,6 +85,12 @@ LoadedModel::Index LoadedModel::childNamed(Index parent, std::string_view name,
     return none;
 }
 
+ModelElement LoadedModel::container(const ModelElement& element) const {
+    const Index index = indexOf(element);
+    if (index == none || places_[index].parent == none) return {};
+    return elements_[places_[index].parent];
+}
+
 std::vector<ModelElement> LoadedModel::contents(const ModelElement& element) const {
     std::vector<ModelElement> all;
     const Index index = indexOf(element);

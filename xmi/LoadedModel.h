@@ -38,6 +38,9 @@ class LoadedModel {
     /// The element with that id or path; null where there is none. Paths may also lead by names
     /// (`//package/Class`). An id costs one look-up; a path looks at all children on its way.
     ModelElement find(std::string_view idOrPath) const;
+    /// The element of this file that contains another one; null for roots and for elements of other
+    /// models.
+    ModelElement container(const ModelElement& element) const;
     /// The elements that an element contains, in the order in which they stand in the file.
     std::vector<ModelElement> contents(const ModelElement& element) const;
     /// The identities that are ids, in no order: what a user may have meant.
@@ -47,6 +50,7 @@ class LoadedModel {
     std::size_t leftOut() const noexcept { return leftOut_; }
 
   private:
+    friend class ModelSetLinker;
     friend class XmiBuilder;
     using Index = IdTable::Index;
     static constexpr Index none = IdTable::none;

@@ -64,7 +64,7 @@ void ReferenceResolver::resolvePaths(ReferenceLog::Reader& log) {
             way_.push_back(from == noNode ? noNode
                                           : targets_.fragments.child(from, step.tag, step.index));
         }
-        take(elementOf(way_.back()), [&] { return log.pathText(); });
+        takeNode(way_.back(), [&] { return log.pathText(); });
     }
 }
 
@@ -85,27 +85,26 @@ void ReferenceResolver::resolveOne(std::string_view reference) {
     const std::size_t hash = reference.find('#');
     const bool hasFile = hash != std::string_view::npos && hash != 0;
     if (hasFile && !meansThisFile(reference.substr(0, hash))) {
-        leaveOut(reference);
+        leaveOut(reference, noNode);
         return;
     }
     const std::string_view fragment =
         hash == std::string_view::npos ? reference : reference.substr(hash + 1);
-    take(fragment.starts_with('/') ? targetOfPath(fragment) : targetOfId(fragment),
-         [&] { return std::string(reference); });
+    if (fragment.starts_with('/')) {
+        takeNode(nodeOfPath(fragment), [&] { return std::string(reference); });
+    } else {
+        takeElement(targetOfId(fragment), reference);
+    }
 }
 
-ReferenceResolver::Index ReferenceResolver::elementOf(Node node) const noexcept {
-    return node == noNode ? noElement : targets_.contents[node].element;
-}
-
-ReferenceResolver::Index ReferenceResolver::targetOfPath(std::string_view fragment) {
+Node ReferenceResolver::nodeOfPath(std::string_view fragment) {
     const auto path = parseFragmentPath(fragment);
-    if (!path) return noElement;
+    if (!path) return noNode;
     if (!keysAreSorted_) {
         targets_.fragments.sortKeys();
         keysAreSorted_ = true;
     }
-    return elementOf(targets_.fragments.resolve(*path, targets_.roots));
+    return targets_.fragments.resolve(*path, targets_.roots);
 }
 
 ReferenceResolver::Index ReferenceResolver::targetOfId(std::string_view id) const {
@@ -121,23 +120,52 @@ ReferenceResolver::Index ReferenceResolver::targetOfId(std::string_view id) cons
 }
 
 template <class Text>
-void ReferenceResolver::take(Index target, const Text& text) {
-    if (target == elementElsewhere) {
-        leaveOut(text());
-    } else if (target == noElement) {
-        fail("the reference " + inQuotes(text()) + " of " + nameOf(feature_->property) +
-             " leads to nothing in this file");
+void ReferenceResolver::takeNode(Node target, const Text& text) {
+    const Index element = target == noNode ? noElement : targets_.contents[target].element;
+    if (element == elementElsewhere) {
+        leaveOut(text(), target);
+    } else if (element == noElement) {
+        failUnresolved(text());
     } else {
-        link(targets_.elements[target]);
+        link(targets_.elements[element]);
     }
 }
 
-void ReferenceResolver::leaveOut(std::string_view reference) {
+void ReferenceResolver::takeElement(Index target, std::string_view text) {
+    if (target == IdTable::none) failUnresolved(text);
+    link(targets_.elements[target]);
+}
+
+void ReferenceResolver::failUnresolved(std::string_view reference) const {
+    fail("the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) +
+         " leads to nothing in this file");
+}
+
+void ReferenceResolver::leaveOut(std::string_view reference, Node through) {
+    if (outgoing_ != nullptr) {
+        outgoing_->push_back({place_.element, feature_->property.get(), place_.node,
+                              targets_.contents[place_.node].offset, valuesInFront(),
+                              std::string(reference), through});
+        return;
+    }
     if (!leavesOut_) {
         fail("the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) +
              " leads into another file");
     }
     ++leftOut_;
+}
+
+std::uint32_t ReferenceResolver::valuesInFront() {
+    if (!feature_->isComposite) {
+        const auto listed = targets_.elements[place_.element]->view(
+            feature_->property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
+        return static_cast<std::uint32_t>(listed.size() + list_.size());
+    }
+    // References come in the order of the file, so each XML element is counted once.
+    for (; countedNodes_ < place_.node; ++countedNodes_) {
+        if (targets_.contents[countedNodes_].element < elementElsewhere) ++countedElements_;
+    }
+    return countedElements_;
 }
 
 void ReferenceResolver::link(const ModelElement& target) {

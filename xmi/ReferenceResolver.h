@@ -10,6 +10,7 @@
 #include "xmi/FeatureTable.h"
 #include "xmi/FragmentIndex.h"
 #include "xmi/IdTable.h"
+#include "xmi/OutgoingReference.h"
 #include "xmi/ReferenceLog.h"
 
 namespace nuv::zero::xmi {
@@ -52,6 +53,10 @@ class ReferenceResolver {
     ReferenceResolver(const ReferenceTargets& targets, const FeatureTable& features,
                       const OwnNames& ownNames, bool leavesOut);
 
+    /// References into other files go here instead, to be resolved later. The list has to outlive
+    /// the resolver.
+    void collectInto(std::vector<OutgoingReference>& outgoing) { outgoing_ = &outgoing; }
+
     void resolve(const ReferenceLog& log);
     /// References into other files that were left out.
     std::size_t leftOut() const noexcept { return leftOut_; }
@@ -64,14 +69,15 @@ class ReferenceResolver {
     void resolvePaths(ReferenceLog::Reader& log);
     void resolveList(std::string_view text);
     void resolveOne(std::string_view reference);
-    /// The element that an XML element stands for.
-    Index elementOf(Node node) const noexcept;
-    Index targetOfPath(std::string_view fragment);
+    Node nodeOfPath(std::string_view fragment);
     Index targetOfId(std::string_view id) const;
-    /// The text of the reference is only asked for when something is wrong with it.
+    /// The text of the reference is only asked for when it does not lead to an element.
     template <class Text>
-    void take(Index target, const Text& text);
-    void leaveOut(std::string_view reference);
+    void takeNode(Node target, const Text& text);
+    void takeElement(Index target, std::string_view text);
+    [[noreturn]] void failUnresolved(std::string_view reference) const;
+    void leaveOut(std::string_view reference, Node through);
+    std::uint32_t valuesInFront();
     void link(const ModelElement& target);
     /// Whether the part of a reference in front of `#` means this file.
     bool meansThisFile(std::string_view file);
@@ -83,6 +89,10 @@ class ReferenceResolver {
     const std::string ownFileName_;
     const bool leavesOut_;
     std::size_t leftOut_ = 0;
+    std::vector<OutgoingReference>* outgoing_ = nullptr;
+    /// How many elements the first so many XML elements stand for; see `valuesInFront`.
+    Node countedNodes_ = 0;
+    std::uint32_t countedElements_ = 0;
     bool keysAreSorted_ = false;
     /// What was asked last, since many references lead into few files.
     std::string askedFile_;

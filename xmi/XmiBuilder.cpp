@@ -41,19 +41,19 @@ XmiBuilder::XmiBuilder(const LoadedMetamodel& metamodel, const std::string& file
       references_(fragments_),
       ownNames_{file, {}} {}
 
-LoadedModel XmiBuilder::build() {
+LoadedModel XmiBuilder::build(std::vector<OutgoingReference>* outgoing) {
     parseXml(file_, source_, options_.limits, names_, *this);
     if (failure_) failAt(failure_->node, failure_->reason);
     if (rootNodes_.empty()) failAt(0, "the file holds no element of a model");
     try {
-        finish();
+        finish(outgoing);
     } catch (const Misfit& misfit) {
         failAt(misfit.node(), misfit.what());
     }
     return std::move(loaded_);
 }
 
-void XmiBuilder::finish() {
+void XmiBuilder::finish(std::vector<OutgoingReference>* outgoing) {
     // The lists of large containers need not be there while references are resolved.
     waiting_ = {};
     list_ = {};
@@ -67,6 +67,7 @@ void XmiBuilder::finish() {
     ReferenceResolver resolver(
         {loaded_.model_, loaded_.elements_, loaded_.ids_, fragments_, contents_, rootNodes_},
         features_, ownNames_, leavesOut);
+    if (outgoing != nullptr) resolver.collectInto(*outgoing);
     resolver.resolve(references_);
     loaded_.leftOut_ = resolver.leftOut();
 }

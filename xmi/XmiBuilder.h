@@ -12,6 +12,7 @@
 #include "xmi/LoadedMetamodel.h"
 #include "xmi/LoadedModel.h"
 #include "xmi/Misfit.h"
+#include "xmi/OutgoingReference.h"
 #include "xmi/ReadOptions.h"
 #include "xmi/ReferenceLog.h"
 #include "xmi/ReferenceResolver.h"
@@ -32,7 +33,9 @@ class XmiBuilder final : private XmlHandler {
     XmiBuilder(const LoadedMetamodel& metamodel, const std::string& file, ByteSource& source,
                const ReadOptions& options);
 
-    LoadedModel build();
+    /// References into other files are collected, where there is a list for them; otherwise they
+    /// are treated as the options say.
+    LoadedModel build(std::vector<OutgoingReference>* outgoing = nullptr);
 
   private:
     using Index = LoadedModel::Index;
@@ -84,7 +87,7 @@ class XmiBuilder final : private XmlHandler {
 
     void fail(Node node, Check check, const std::string& reason);
     [[noreturn]] void failAt(Node node, std::string_view reason);
-    void finish();
+    void finish(std::vector<OutgoingReference>* outgoing);
 
     void open(Node node, const XmlStart& start);
     void openRoot(Node node, const XmlStart& start);

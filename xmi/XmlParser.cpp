@@ -232,19 +232,23 @@ class XmlRun {
     std::exception_ptr failure_;
 };
 
-/// Looks for the element that begins at an offset.
+/// Looks for the elements that begin at given offsets.
 struct PositionSearch {
     Expat parser;
-    std::size_t offset;
-    Position found;
+    /// Those that are still to be met.
+    std::span<const std::size_t> offsets;
+    std::vector<Position>& found;
 
     static void XMLCALL startElement(void* self, const XML_Char* /*name*/,
                                      const XML_Char** /*pairs*/) noexcept {
         auto& search = *static_cast<PositionSearch*>(self);
         const std::size_t here = search.parser.offset();
-        if (here < search.offset) return;
-        if (here == search.offset) search.found = search.parser.position();
-        XML_StopParser(search.parser.get(), XML_FALSE);
+        while (!search.offsets.empty() && search.offsets.front() <= here) {
+            const std::size_t number = search.found.size() - search.offsets.size();
+            if (search.offsets.front() == here) search.found[number] = search.parser.position();
+            search.offsets = search.offsets.subspan(1);
+        }
+        if (search.offsets.empty()) XML_StopParser(search.parser.get(), XML_FALSE);
     }
 };
 
@@ -272,11 +276,17 @@ void parseXml(const std::string& file, ByteSource& source, const ReadLimits& lim
 }
 
 Position positionAt(ByteSource& source, std::size_t offset) {
-    PositionSearch search{{}, offset, {}};
+    return positionsAt(source, std::span(&offset, 1)).front();
+}
+
+std::vector<Position> positionsAt(ByteSource& source, std::span<const std::size_t> offsets) {
+    std::vector<Position> found(offsets.size());
+    if (offsets.empty()) return found;
+    PositionSearch search{{}, offsets, found};
     XML_SetUserData(search.parser.get(), &search);
     XML_SetStartElementHandler(search.parser.get(), &PositionSearch::startElement);
     search.parser.parse(source);
-    return search.found;
+    return found;
 }
 
 }  // namespace nuv::zero::xmi

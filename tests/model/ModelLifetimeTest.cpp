@@ -144,6 +144,9 @@ TEST(ModelLifetimeTest, AViewOfAReaderKeepsTheElementOfAnotherModelThatTheSlotNo
     const Blocks m;
     Model model;
     const ModelElement block = model.create(m.block);
+    // As every reader does: what it reads of a pinned model is not counted.
+    memory::Pins pins;
+    pins.pin(block);
     memory::ElementView single;
     memory::ElementView list;
     {

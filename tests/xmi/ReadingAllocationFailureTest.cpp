@@ -4,11 +4,14 @@
 #include <new>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "tests/support/AllocationMeter.h"
 #include "tests/support/Points.h"
 #include "tests/xmi/FailingMalloc.h"
+#include "tests/xmi/FolderTree.h"
 #include "tests/xmi/ReaderFixture.h"
+#include "xmi/ModelSet.h"
 
 /// Every single allocation of reading a file fails in turn: those of the readers, and those of the
 /// XML parser and the C library beneath them.
@@ -138,6 +141,58 @@ TEST_P(ReadingAllocationFailureTest, AModelIsReadOrTheFailurePassesThrough) {
     const XmiReader reader(metamodel);
     failEverywhere([&] { return describe(reader.readText("m.xmi", modelText)); },
                    "reading a model");
+}
+
+TEST_P(ReadingAllocationFailureTest, ASetOfFilesIsLoadedOrTheFailurePassesThrough) {
+    FolderTree tree;
+    tree.write("m.xmi", root("Node", R"(name="m" to="a/n.xmi#/ none.xmi#/")",
+                             "<nodes href='a/n.xmi#x'/><nodes name='k'/>"));
+    tree.write("a/n.xmi", root("Node", R"(name="n" to="../m.xmi#k")", "<nodes xmi:id='x'/>"));
+    const LoadedMetamodel metamodel = EcoreReader().addText("p.ecore", metamodelText).read();
+    failEverywhere(
+        [&] {
+            FileRoots roots;
+            roots.add("model", tree.path());
+            ModelSet set(metamodel, std::move(roots));
+            set.load("m.xmi");
+            Lines lines;
+            for (std::size_t file = 0; file < set.fileCount(); ++file) {
+                for (const ModelElement& each : set.model(file).elements()) {
+                    lines.push_back(set.identity(each)->text());
+                }
+            }
+            for (const ModelSetFinding& each : set.findings()) lines.push_back(each.text());
+            return lines;
+        },
+        "loading a set of files");
+}
+
+TEST_P(ReadingAllocationFailureTest, ASetIsUsableAfterEachFailure) {
+    FolderTree tree;
+    tree.write("m.xmi", root("Node", R"(to="n.xmi#/")"));
+    tree.write("n.xmi", root("Node", "", "<nodes href='m.xmi#/'/>"));
+    const LoadedMetamodel metamodel = EcoreReader().addText("p.ecore", metamodelText).read();
+    long points = 0;
+    for (bool failed = true; failed; ++points) {
+        FileRoots roots;
+        roots.add("model", tree.path());
+        ModelSet set(metamodel, std::move(roots));
+        GetParam().failAt(points + 1);
+        try {
+            set.load("m.xmi");
+            failed = false;
+        } catch (const std::bad_alloc&) {
+            GetParam().failAt(0);
+            ASSERT_EQ(set.fileCount(), 0U);
+            ASSERT_TRUE(set.findings().empty());
+        }
+        GetParam().failAt(0);
+        if (failed) set.load("m.xmi");
+        ASSERT_EQ(set.fileCount(), 2U) << "allocation " << points + 1;
+        ASSERT_TRUE(set.findings().empty()) << set.findings().front().text();
+    }
+    recordPoints(points - 1, std::string("failing allocations of ") + GetParam().name +
+                                 " in loading a set again");
 }
 
 TEST_P(ReadingAllocationFailureTest, FilesAreReadOrTheFailurePassesThrough) {

@@ -1,0 +1,282 @@
+#include "xmi/ModelSet.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "model/memory/ModelAccess.h"
+#include "tests/xmi/FolderTree.h"
+#include "tests/xmi/ReaderFixture.h"
+
+namespace nuv::zero::xmi::test {
+namespace {
+
+/// Files of nodes in three folders: of the model, and of two libraries.
+class ModelSetTest : public testing::Test {
+  protected:
+    ModelSetTest() {
+        for (const char* const each : {"model", "one", "two"}) {
+            std::filesystem::create_directories(tree_.path(each));
+        }
+    }
+
+    FileRoots roots() const {
+        FileRoots roots;
+        roots.add("model", tree_.path("model"));
+        roots.add("one", tree_.path("one"), {"platform:/plugin/", "one:"});
+        roots.add("two", tree_.path("two"), {"platform:/plugin/"});
+        return roots;
+    }
+
+    void write(const std::string& path, const std::string& attributes,
+               const std::string& inside = {}) const {
+        tree_.write(path, root("Node", attributes, inside));
+    }
+
+    /// Loads `m.xmi` and says what the set holds: each element with its references, then findings.
+    Lines load(ModelSetLimits limits = {}) const {
+        ModelSet set(metamodel_, roots(), {}, limits);
+        set.load("m.xmi");
+        return describe(set);
+    }
+
+    static Lines describe(const ModelSet& set) {
+        Lines lines;
+        for (std::size_t file = 0; file < set.fileCount(); ++file) {
+            for (const ModelElement& element : set.model(file).elements()) {
+                const std::string identity = set.identity(element)->text();
+                EXPECT_EQ(set.find(identity), element) << identity;
+                std::string line = identity;
+                for (const meta::Property& each : element->getClass()->getAllClassProperties()) {
+                    if (each->isAssociation()) line += values(set, element, each);
+                }
+                lines.push_back(line);
+            }
+        }
+        for (const ModelSetFinding& each : set.findings()) lines.push_back(each.text());
+        return lines;
+    }
+
+    static std::string values(const ModelSet& set, const ModelElement& element,
+                              const meta::Property& property) {
+        const Value value = access::read(element, property);
+        std::vector<ModelElement> targets;
+        if (!property->isSingleValued()) {
+            targets = access::toElements(value);
+        } else if (access::isSet(value)) {
+            targets.push_back(access::toElement(value));
+        }
+        std::string text;
+        for (const ModelElement& each : targets) text += " " + set.identity(each)->text();
+        return text.empty() ? text : " " + text::toUtf8(property->getName()) + ":" + text;
+    }
+
+    FolderTree tree_;
+    LoadedMetamodel metamodel_ = metamodelOf(
+        eClass("Node", attribute("name") + reference("nodes", "Node", contents) +
+                           reference("core", "Node", containment) + reference("to", "Node", many) +
+                           reference("type", "Node") + reference("other", "Other")) +
+        eClass("Other"));
+};
+
+TEST_F(ModelSetTest, ReferencesLeadIntoOtherFilesAndBack) {
+    write("model/m.xmi", R"(to="a/b.xmi#x one:lib.xmi#//@nodes.0")", R"(<type href="a/b.xmi#/"/>)");
+    write("model/a/b.xmi", R"(to="../m.xmi#/ #x")", R"(<nodes xmi:id="x" name="x"/>)");
+    write("one/lib.xmi", "", "<nodes/>");
+    EXPECT_EQ(load(), (Lines{"model:m.xmi#/ to: model:a/b.xmi#x one:lib.xmi#//@nodes.0 "
+                             "type: model:a/b.xmi#/",
+                             "model:a/b.xmi#/ nodes: model:a/b.xmi#x to: model:m.xmi#/ "
+                             "model:a/b.xmi#x",
+                             "model:a/b.xmi#x", "one:lib.xmi#/ nodes: one:lib.xmi#//@nodes.0",
+                             "one:lib.xmi#//@nodes.0"}));
+}
+
+TEST_F(ModelSetTest, ListsKeepTheOrderOfTheirFile) {
+    write("model/b.xmi", "", R"(<nodes xmi:id="x"/><nodes xmi:id="y"/>)");
+    write("model/m.xmi", R"(to="b.xmi#x /")",
+          R"(<nodes href="c.xmi#/"/><nodes xmi:id="n"><nodes xmi:id="k"/></nodes>
+             <nodes href="d.xmi#/"/><nodes xmi:id="o"/><nodes href="e.xmi#/"/>
+             <to href="b.xmi#y"/><to href="#n"/><to href="b.xmi#x"/>)");
+    for (const char* const each : {"c", "d", "e"}) write(std::string("model/") + each + ".xmi", "");
+    EXPECT_EQ(load().front(),
+              "model:m.xmi#/ nodes: model:c.xmi#/ model:m.xmi#n model:d.xmi#/ model:m.xmi#o "
+              "model:e.xmi#/ to: model:b.xmi#x model:m.xmi#/ model:b.xmi#y model:m.xmi#n "
+              "model:b.xmi#x");
+}
+
+TEST_F(ModelSetTest, AFileIsLoadedOnceWhateverItsSpelling) {
+    tree_.link("model/link.xmi", "a/b.xmi").link("model/folder", "a");
+    write("model/a/b.xmi", R"(to="./b.xmi#/ ../a/b.xmi#/")");
+    write("model/m.xmi",
+          R"(to="a/b.xmi#/ ./a/b.xmi#/ a/../a//b.xmi#/ link.xmi#/ folder/b.xmi#/ a/b%2Exmi#/")");
+    const std::string b = " model:a/b.xmi#/";
+    EXPECT_EQ(load(),
+              (Lines{"model:m.xmi#/ to:" + b + b + b + b + b + b, "model:a/b.xmi#/ to:" + b + b}));
+}
+
+/// Symptom: of two files of one name, one stood for both.
+TEST_F(ModelSetTest, FilesOfOneNameInDifferentFoldersAreTwoFiles) {
+    write("model/m.xmi", R"(to="a/m.xmi#/ b/m.xmi#/ platform:/plugin/a/m.xmi#/ m.xmi#/")");
+    write("model/a/m.xmi", R"(to="m.xmi#/ ../m.xmi#/")");
+    write("model/b/m.xmi", "");
+    write("one/a/m.xmi", "");
+    EXPECT_EQ(load(), (Lines{"model:m.xmi#/ to: model:a/m.xmi#/ model:b/m.xmi#/ one:a/m.xmi#/ "
+                             "model:m.xmi#/",
+                             "model:a/m.xmi#/ to: model:a/m.xmi#/ model:m.xmi#/", "model:b/m.xmi#/",
+                             "one:a/m.xmi#/"}));
+}
+
+TEST_F(ModelSetTest, WhatCannotBeFoundIsLeftOutAndTold) {
+    write("two/both.xmi", "");
+    write("one/both.xmi", "");
+    tree_.write("secret.xmi", root("Node", ""));
+    tree_.link("model/out.xmi", "../secret.xmi");
+    tree_.write("model/bad.xmi", root("Node", "", "<nod/>"));
+    write("model/b.xmi", "");
+    write("model/m.xmi", R"(to="none.xmi#/ b.xmi#/ b.xmi#y ../secret.xmi#/ out.xmi#/")",
+          "\n<nodes href='platform:/plugin/both.xmi#/'/>\n"
+          "<type href='http://example.org/b.xmi#/'/><other href='b.xmi#/'/>\n"
+          "<core href='bad.xmi#/'/>");
+    EXPECT_EQ(
+        load(),
+        (Lines{"model:m.xmi#/ to: model:b.xmi#/", "model:b.xmi#/",
+               "model:m.xmi:1:1: the reference 'none.xmi#/' of Node.to leads to a file that is in "
+               "none of the file roots",
+               "model:m.xmi:1:1: the reference 'b.xmi#y' of Node.to leads to nothing in "
+               "model:b.xmi",
+               "model:m.xmi:1:1: the reference '../secret.xmi#/' of Node.to leads to a file that "
+               "lies outside of its file root",
+               "model:m.xmi:1:1: the reference 'out.xmi#/' of Node.to leads to a file that lies "
+               "outside of its file root",
+               "model:m.xmi:3:1: the reference 'platform:/plugin/both.xmi#/' of Node.nodes leads "
+               "to a file that may be one:both.xmi or two:both.xmi",
+               "model:m.xmi:4:1: the reference 'http://example.org/b.xmi#/' of Node.type leads to "
+               "a file that is in none of the file roots",
+               "model:m.xmi:4:42: the reference 'b.xmi#/' of Node.other leads to "
+               "'model:b.xmi#/' of the class Node, which may not stand there",
+               "model:m.xmi:5:1: the reference 'bad.xmi#/' of Node.core leads to a file that "
+               "cannot be read: model:bad.xmi:2:1: the class Node has no feature 'nod'"}));
+}
+
+TEST_F(ModelSetTest, FindingsSayWhatWasLostAndWhereItWasLookedFor) {
+    write("model/m.xmi", R"(to="platform:/plugin/a/b%20c.xmi#x")", "<nodes href='n.xmi#/'/>");
+    ModelSet set(metamodel_, roots());
+    set.load("m.xmi");
+    ASSERT_EQ(set.findings().size(), 2U);
+    const ModelSetFinding& reference = set.findings().front();
+    EXPECT_EQ(reference.kind, ModelSetFinding::Kind::Missing);
+    EXPECT_EQ(reference.tried, (Lines{"one:a/b c.xmi", "two:a/b c.xmi"}));
+    EXPECT_FALSE(reference.isContainment);
+    EXPECT_EQ(reference.property, "Node.to");
+    EXPECT_TRUE(set.findings().back().isContainment);
+    EXPECT_EQ(set.findings().back().tried, Lines{"model:n.xmi"});
+}
+
+TEST_F(ModelSetTest, ElementsAreContainedAcrossFilesOnce) {
+    write("model/m.xmi", "",
+          "<nodes href='a.xmi#/'/>\n<core href='a.xmi#/'/><nodes href='b.xmi#x'/>");
+    write("model/a.xmi", "", "<core href='b.xmi#/'/>");
+    write("model/b.xmi", "", "<nodes xmi:id='x'/>");
+    EXPECT_EQ(load(),
+              (Lines{"model:m.xmi#/ nodes: model:a.xmi#/", "model:a.xmi#/ core: model:b.xmi#/",
+                     "model:b.xmi#/ nodes: model:b.xmi#x", "model:b.xmi#x",
+                     "model:m.xmi:3:1: the reference 'a.xmi#/' of Node.core leads to "
+                     "'model:a.xmi#/', which 'model:m.xmi#/' contains already",
+                     "model:m.xmi:3:23: the reference 'b.xmi#x' of Node.nodes leads to "
+                     "'model:b.xmi#x', which 'model:b.xmi#/' contains already"}));
+}
+
+TEST_F(ModelSetTest, NoElementContainsItselfByWayOfOtherFiles) {
+    write("model/m.xmi", "", "<nodes xmi:id='n'><nodes href='a.xmi#/'/></nodes>");
+    write("model/a.xmi", "", "<nodes href='b.xmi#/'/>");
+    write("model/b.xmi", "", "<nodes href='m.xmi#/'/>");
+    const Lines lines = load();
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines.back(),
+              "model:b.xmi:2:1: the reference 'm.xmi#/' of Node.nodes leads to 'model:m.xmi#/', "
+              "inside which 'model:b.xmi#/' stands itself");
+}
+
+/// A path that ends where another file's element is contained leads to that element.
+TEST_F(ModelSetTest, PathsLeadThroughContainedFiles) {
+    write("model/m.xmi", R"(type="//@nodes.1" to="//@nodes.0 //@nodes.1")",
+          "<nodes/><nodes href='a.xmi#/'/>");
+    write("model/a.xmi", "");
+    EXPECT_EQ(load().front(),
+              "model:m.xmi#/ nodes: model:m.xmi#//@nodes.0 model:a.xmi#/ to: "
+              "model:m.xmi#//@nodes.0 model:a.xmi#/ type: model:a.xmi#/");
+}
+
+TEST_F(ModelSetTest, SingleValuesAreSetOnce) {
+    write("model/m.xmi", R"(type="a.xmi#/")", "<type href='b.xmi#/'/>");
+    write("model/a.xmi", "");
+    write("model/b.xmi", "");
+    EXPECT_EQ(load(), (Lines{"model:m.xmi#/ type: model:a.xmi#/", "model:a.xmi#/", "model:b.xmi#/",
+                             "model:m.xmi:2:1: the reference 'b.xmi#/' of Node.type is one value "
+                             "more, and the property holds one"}));
+}
+
+TEST_F(ModelSetTest, LoadingAddsToWhatIsLoaded) {
+    write("model/m.xmi", R"(to="a.xmi#/")");
+    write("model/a.xmi", "");
+    write("model/n.xmi", "", "<core href='m.xmi#/'/><type href='a.xmi#/'/>");
+    ModelSet set(metamodel_, roots());
+    const LoadedModel& first = set.load("m.xmi");
+    EXPECT_EQ(&set.load("./m.xmi"), &first);
+    EXPECT_EQ(set.fileCount(), 2U);
+    set.load("n.xmi");
+    EXPECT_EQ(describe(set), (Lines{"model:m.xmi#/ to: model:a.xmi#/", "model:a.xmi#/",
+                                    "model:n.xmi#/ core: model:m.xmi#/ type: model:a.xmi#/"}));
+}
+
+TEST_F(ModelSetTest, AFileThatCannotBeLoadedLeavesTheSetAsItWas) {
+    write("model/m.xmi", "");
+    tree_.write("model/bad.xmi", "<a");
+    ModelSet set(metamodel_, roots());
+    EXPECT_EQ(errorOf([&] { set.load("none.xmi"); }), "none.xmi: is in none of the file roots");
+    EXPECT_EQ(errorOf([&] { set.load("../secret.xmi"); }),
+              "../secret.xmi: lies outside of its file root");
+    EXPECT_EQ(errorOf([&] { set.load("bad.xmi"); }),
+              "bad.xmi: cannot be read: model:bad.xmi:1:1: unclosed token");
+    EXPECT_EQ(set.fileCount(), 0U);
+    write("model/bad.xmi", "");
+    set.load("bad.xmi");
+    set.load("m.xmi");
+    EXPECT_EQ(describe(set), (Lines{"model:bad.xmi#/", "model:m.xmi#/"}));
+    EXPECT_FALSE(set.identity(ModelElement()));
+    for (const char* const other :
+         {"", "model:m.xmi", "m.xmi#/", "other:m.xmi#/", "model:x.xmi#/", "model:m.xmi#x"}) {
+        EXPECT_FALSE(set.find(other)) << other;
+    }
+}
+
+TEST_F(ModelSetTest, LimitsHoldForTheWholeSet) {
+    write("model/m.xmi", R"(to="a.xmi#/ b.xmi#/")", "<nodes/>");
+    write("model/a.xmi", "", "<nodes/>");
+    write("model/b.xmi", "");
+    EXPECT_EQ(load({2, 100}).back(),
+              "model:m.xmi:1:1: the reference 'b.xmi#/' of Node.to leads to a file that cannot be "
+              "read: model:b.xmi: the model has more than 2 files");
+    EXPECT_EQ(load({100, 4}).back(),
+              "model:m.xmi:1:1: the reference 'b.xmi#/' of Node.to leads to a file that cannot be "
+              "read: model:b.xmi: the model has more than 4 elements");
+    EXPECT_EQ(load({3, 5}).size(), 5U);
+}
+
+TEST_F(ModelSetTest, ACircleOfManyFilesIsLoaded) {
+    constexpr int count = 300;
+    const auto name = [](int number) { return "f" + std::to_string(number) + ".xmi"; };
+    for (int i = 0; i < count; ++i) {
+        write("model/" + name(i), "type='" + name((i + 1) % count) + "#/'",
+              "<core href='" + name((i + 1) % count) + "#/'/>");
+    }
+    ModelSet set(metamodel_, roots());
+    set.load(name(0));
+    EXPECT_EQ(set.fileCount(), 300U);
+    ASSERT_EQ(set.findings().size(), 1U);
+    EXPECT_EQ(set.findings().front().kind, ModelSetFinding::Kind::ContainedInItself);
+    EXPECT_EQ(set.findings().front().file, "model:" + name(count - 1));
+}
+
+}  // namespace
+}  // namespace nuv::zero::xmi::test
