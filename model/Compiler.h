@@ -23,6 +23,16 @@
 #define MODELING_NUV0_COLD
 #endif
 
+/// Stand around a declaration whose const result g++ remarks on.
+#if defined(MODELING_NUV0_KNOWN_COMPILER)
+#define MODELING_NUV0_WITHOUT_QUALIFIER_REMARKS \
+    _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wignored-qualifiers\"")
+#define MODELING_NUV0_WITH_QUALIFIER_REMARKS _Pragma("GCC diagnostic pop")
+#else
+#define MODELING_NUV0_WITHOUT_QUALIFIER_REMARKS
+#define MODELING_NUV0_WITH_QUALIFIER_REMARKS
+#endif
+
 /// What a shared library offers to its users, what its users take from it, and what stays inside
 /// although it is a member of an exported class.
 #if defined(_WIN32) && !defined(MODELING_NUV0_PLAIN_COMPILER)

@@ -28,12 +28,11 @@ ResultPolicy CompositeMatcher::getPolicy(const Class& type) const {
     return anyMatches(type).second;
 }
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wignored-qualifiers"
+MODELING_NUV0_WITHOUT_QUALIFIER_REMARKS
 // NOLINTNEXTLINE(readability-const-return-type)
 const bool CompositeMatcher::isPruning() const {
     return mode_ == VisitMode::Prune;
 }
-#pragma GCC diagnostic pop
+MODELING_NUV0_WITH_QUALIFIER_REMARKS
 
 }  // namespace nuv::zero::traversal

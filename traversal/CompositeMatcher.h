@@ -57,10 +57,9 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
     /// Whether the answers are known without asking a predicate: the same for every class.
     bool answersAlike() const noexcept { return rules_.answersAlike(); }
     // g++ remarks that the const of a result has no effect.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wignored-qualifiers"
+    MODELING_NUV0_WITHOUT_QUALIFIER_REMARKS
     const bool isPruning() const;  // NOLINT(readability-const-return-type)
-#pragma GCC diagnostic pop
+    MODELING_NUV0_WITH_QUALIFIER_REMARKS
 
   private:
     internal::RuleTree rules_;

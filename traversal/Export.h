@@ -1,19 +1,13 @@
 #pragma once
 
+#include "model/Compiler.h"
+
 /// Marks what the traversal library offers to its users; everything else stays hidden.
-#if defined(_WIN32)
 #if defined(modeling_nuv0_traversal_EXPORTS)
-#define MODELING_NUV0_TRAVERSAL_EXPORT __declspec(dllexport)
+#define MODELING_NUV0_TRAVERSAL_EXPORT MODELING_NUV0_OFFERED
 #else
-#define MODELING_NUV0_TRAVERSAL_EXPORT __declspec(dllimport)
-#endif
-#else
-#define MODELING_NUV0_TRAVERSAL_EXPORT __attribute__((visibility("default")))
+#define MODELING_NUV0_TRAVERSAL_EXPORT MODELING_NUV0_TAKEN
 #endif
 
 /// Keeps a member of an exported class inside the library.
-#if defined(_WIN32)
-#define MODELING_NUV0_TRAVERSAL_LOCAL
-#else
-#define MODELING_NUV0_TRAVERSAL_LOCAL __attribute__((visibility("hidden")))
-#endif
+#define MODELING_NUV0_TRAVERSAL_LOCAL MODELING_NUV0_HIDDEN

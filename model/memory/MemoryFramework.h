@@ -48,7 +48,7 @@ struct WalkSupport<ModelElement> {
         const auto start = reinterpret_cast<std::uintptr_t>(element.get());
         prefetchLine(reinterpret_cast<const void*>(start));
         prefetchLine(reinterpret_cast<const void*>(start + cacheLine));
-        prefetchLine(reinterpret_cast<const void*>(start + 2 * cacheLine));
+        prefetchLine(reinterpret_cast<const void*>(start + std::uintptr_t{2} * cacheLine));
     }
 };
 

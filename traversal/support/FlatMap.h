@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "model/Compiler.h"
+
 namespace nuv::zero::traversal::internal {
 
 /// A hash map from handles to small values that only ever grows: open addressing over two arrays.
@@ -37,8 +39,8 @@ class FlatMap {
 
     /// Begins to load the place of a key that is asked for soon.
     /// Inlined always: a call that only prefetches looks superfluous to g++, which drops it.
-    [[gnu::always_inline]] void prefetch(const Handle& key) const noexcept {
-        if (key && !slots_.empty()) __builtin_prefetch(&slots_[homeOf(key)]);
+    MODELING_NUV0_ALWAYS_INLINE void prefetch(const Handle& key) const noexcept {
+        if (key && !slots_.empty()) access::prefetchLine(&slots_[homeOf(key)]);
     }
 
     /// Where a key is or belongs: asking for it and inserting it take one look-up that way.
