@@ -27,13 +27,15 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
     /// The same without copies.
     const Property& property() const noexcept { return property_; }
     ResultPolicy policy() const noexcept { return policy_; }
-    /// Whether the policy holds for every link, so that no predicate has to be asked again.
-    bool hasFixedPolicy() const noexcept { return hasFixedPolicy_; }
+    /// The rules that have to be asked for the policy of every link; null where it is the same for
+    /// all links.
+    const CompositeMatcher* rules() const noexcept { return rules_; }
 
-    /// Prepares for the elements of one class; other elements can be read all the same.
-    void prepareFor(const Class& type, bool hasFixedPolicy) {
+    /// Prepares for the elements of one class; other elements can be read all the same. The rules
+    /// have to outlive the setting.
+    void prepareFor(const Class& type, const CompositeMatcher* rules) {
         reader_ = internal::WalkSupport::PropertyReader(type, property_);
-        hasFixedPolicy_ = hasFixedPolicy;
+        rules_ = rules;
     }
     /// What the property of an element designates; nothing for a null element. Throws what the
     /// framework throws.
@@ -54,8 +56,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {
 
     Property property_;
     internal::WalkSupport::PropertyReader reader_;
+    const CompositeMatcher* rules_ = nullptr;
     ResultPolicy policy_ = ResultPolicy::Report;
-    bool hasFixedPolicy_ = false;
 };
 
 }  // namespace nuv::zero::traversal

@@ -5,28 +5,19 @@
 namespace nuv::zero::traversal {
 
 PropertyProvider::PropertyProvider(std::unordered_map<Property, CompositeMatcher> matchers)
-    : matchers_(std::move(matchers)), ruleIndex_(indexOf(matchers_)) {}
-PropertyProvider::PropertyProvider(const PropertyProvider& other)
-    : matchers_(other.matchers_),
-      ruleIndex_(indexOf(matchers_)),
-      settingsCache_(other.settingsCache_) {}
+    : rules_(std::make_shared<Rules>(std::move(matchers))) {}
+PropertyProvider::PropertyProvider(const PropertyProvider& other) = default;
 PropertyProvider& PropertyProvider::operator=(const PropertyProvider& other) {
-    if (this == &other) return *this;
-    MatchersMap matchers = other.matchers_;
-    RuleIndex ruleIndex = indexOf(matchers);
+    // Copied first, so that a failure changes nothing.
     auto settingsCache = other.settingsCache_;
-    // From here on nothing can fail, and the rules stay where the index has them.
-    matchers_.swap(matchers);
-    ruleIndex_ = std::move(ruleIndex);
+    rules_ = other.rules_;
     settingsCache_ = std::move(settingsCache);
     return *this;
 }
 PropertyProvider::~PropertyProvider() = default;
 
-PropertyProvider::RuleIndex PropertyProvider::indexOf(const MatchersMap& matchers) {
-    RuleIndex index;
+PropertyProvider::Rules::Rules(MatchersMap given) : matchers(std::move(given)) {
     for (const auto& [property, rules] : matchers) index.insert(property, &rules);
-    return index;
 }
 
 std::shared_ptr<std::vector<AssociationSetting>> PropertyProvider::getPropertiesToTraverse(
@@ -43,7 +34,7 @@ const PropertyProvider::Settings& PropertyProvider::compute(const Class& type) {
     auto computed = std::make_shared<std::vector<AssociationSetting>>(computeSettings(type));
     for (AssociationSetting& setting : *computed) {
         const CompositeMatcher* rules = rulesOf(setting.property());
-        setting.prepareFor(type, rules == nullptr || rules->answersAlike());
+        setting.prepareFor(type, rules == nullptr || rules->answersAlike() ? nullptr : rules);
     }
     // A predicate may have asked for the class itself; walks rely on the first answer to stay.
     const Settings* known = settingsCache_.find(type);

@@ -17,7 +17,7 @@ namespace nuv::zero::traversal {
 /// on first demand, and shared by all elements of that class; answers are never removed, so what
 /// `getPropertiesToTraverse` returned stays valid as long as the provider or the pointer lives.
 ///
-/// A copy has its own rules and shares the answers computed so far. A predicate or a framework
+/// A copy shares the rules and the answers computed so far. A predicate or a framework
 /// operation that throws passes through and leaves nothing behind: the next element of the class
 /// tries again. One thread at a time.
 class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
@@ -44,7 +44,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     static bool isEligible(const Property& property) {
         return property && access::isAssociation(property) && !access::isDerived(property);
     }
-    const MatchersMap& matchers() const noexcept { return matchers_; }
+    const MatchersMap& matchers() const noexcept { return rules_->matchers; }
     /// The policy that the rules of a property give a class; `Report` without rules.
     ResultPolicy policyOf(const Class& type, const Property& property) const {
         const CompositeMatcher* rules = rulesOf(property);
@@ -57,7 +57,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     using RuleIndex = internal::FlatMap<Property, internal::Lent<Property>, const CompositeMatcher*,
                                         internal::WalkSupport::Hash<Property>>;
 
-    MODELING_NUV0_TRAVERSAL_LOCAL static RuleIndex indexOf(const MatchersMap& matchers);
+    struct Rules {
+        MODELING_NUV0_TRAVERSAL_LOCAL explicit Rules(MatchersMap given);
+
+        const MatchersMap matchers;
+        RuleIndex index;
+    };
+
     /// The settings without a pointer; the reference lasts as long as the provider.
     const std::vector<AssociationSetting>& settingsOf(const Class& type) {
         const Settings* known = settingsCache_.find(type);
@@ -65,12 +71,12 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     }
     MODELING_NUV0_TRAVERSAL_LOCAL const Settings& compute(const Class& type);
     const CompositeMatcher* rulesOf(const Property& property) const {
-        const CompositeMatcher* const* rules = property ? ruleIndex_.find(property) : nullptr;
+        const CompositeMatcher* const* rules = property ? rules_->index.find(property) : nullptr;
         return rules == nullptr ? nullptr : *rules;
     }
 
-    MatchersMap matchers_;
-    RuleIndex ruleIndex_;
+    /// Shared with copies, because the answers refer to them.
+    std::shared_ptr<const Rules> rules_;
     internal::FlatMap<Class, Class, Settings, internal::WalkSupport::Hash<Class>> settingsCache_;
 };
 

@@ -176,11 +176,11 @@ TEST_F(HostNullParts, LinksOfNothingAreShownHashedAndTurnedRound) {
 
 TEST_F(HostNullParts, SettingReadsNothingOfNoElementAndOfNoProperty) {
     AssociationSetting setting(parts, ResultPolicy::Report);
-    setting.prepareFor(Class(), true);
+    setting.prepareFor(Class(), nullptr);
     EXPECT_EQ(setting.read(ModelElement()).size(), 0U);
     EXPECT_EQ(setting.read(a).size(), 2U);
     AssociationSetting nothing;
-    nothing.prepareFor(part, true);
+    nothing.prepareFor(part, nullptr);
 }
 
 TEST_F(HostNullParts, CursorOverNoElementEnds) {

@@ -96,7 +96,7 @@ TEST_F(MovedFromTest, PropertyMatcherIsARuleForNothing) {
 
 TEST_F(MovedFromTest, AssociationSettingReadsNothing) {
     AssociationSetting setting(x, ResultPolicy::Extended);
-    setting.prepareFor(node, true);
+    setting.prepareFor(node, nullptr);
     AssociationSetting moved(std::move(setting));
     EXPECT_FALSE(setting.getProperty());
     EXPECT_EQ(moved.read(m("A")).size(), 2U);

@@ -113,7 +113,12 @@ inline void BfsStore::lookAhead(Walk& walk) const {
     constexpr std::size_t toLists = 3;
     if (queue_.size() <= toElements) return;
     const LinkQueue::Place& later = queue_[toElements];
-    if (later.shouldCascade()) walk.announce(later.target());
+    if (later.shouldCascade()) {
+        walk.announce(later.target());
+    } else if (later.setting()->rules() != nullptr) {
+        // They are asked about the class of the source.
+        WalkSupport::prefetch(later.source());
+    }
     const LinkQueue::Place& sooner = queue_[toLists];
     if (!sooner.shouldCascade() || !sooner.target()) return;
     for (const AssociationSetting& setting : walk.settingsOf(sooner.target())) {

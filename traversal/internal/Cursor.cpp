@@ -21,7 +21,7 @@ Cursor::Cursor(const Cursor& other)
       hasToldExit_(other.hasToldExit_) {}
 
 inline void Cursor::leaveProperty() {
-    if (observer_ != nullptr) notify(EventPoint::ExitProperty);
+    if (observer_ != nullptr) observer_->onExitProperty(element(), setting_->property());
     // Behind the event: an observer that throws gets the event again.
     ++setting_;
     --settingsLeft_;
@@ -33,7 +33,7 @@ bool Cursor::advance() {
     if (isStarted_) {
         leaveProperty();
     } else {
-        if (observer_ != nullptr) notify(EventPoint::EnterElement);
+        if (observer_ != nullptr) observer_->onEnterElement(element());
         // Behind the event, for the same reason.
         isStarted_ = true;
     }
@@ -46,7 +46,7 @@ inline bool Cursor::findValues() {
     values_.clear();
     valueCount_ = 0;
     for (; settingsLeft_ != 0 && !isFinished_; leaveProperty()) {
-        if (observer_ != nullptr) notify(EventPoint::EnterProperty);
+        if (observer_ != nullptr) observer_->onEnterProperty(element(), setting_->property());
         if (pruned_ != nullptr && isPruned(setting_->property())) continue;
         WalkSupport::ElementView values = setting_->read(element());
         const std::size_t count = values.size();
@@ -68,7 +68,7 @@ bool Cursor::isPruned(const meta::Property& property) const {
 void Cursor::exitElement() {
     // Before the event: an observer that throws does not get it again.
     hasToldExit_ = true;
-    if (observer_ != nullptr) notify(EventPoint::ExitElement);
+    if (observer_ != nullptr) observer_->onExitElement(element());
 }
 
 /// Leaves the current property as it is: links below that one are still named after it.
@@ -95,23 +95,6 @@ void Cursor::pruneProperty(const meta::Property& property) {
     }
     if (pruned_ == nullptr) pruned_ = std::make_unique<Properties>();
     pruned_->insert(property);
-}
-
-MODELING_NUV0_COLD void Cursor::notify(EventPoint point) {
-    switch (point) {
-        case EventPoint::EnterElement:
-            observer_->onEnterElement(element());
-            break;
-        case EventPoint::EnterProperty:
-            observer_->onEnterProperty(element(), setting_->property());
-            break;
-        case EventPoint::ExitProperty:
-            observer_->onExitProperty(element(), setting_->property());
-            break;
-        case EventPoint::ExitElement:
-            observer_->onExitElement(element());
-            break;
-    }
 }
 
 }  // namespace nuv::zero::traversal::internal

@@ -9,7 +9,6 @@
 
 #include "model/Compiler.h"
 #include "traversal/AssociationSetting.h"
-#include "traversal/internal/EventPoint.h"
 #include "traversal/support/Lent.h"
 
 namespace nuv::zero::traversal::internal {
@@ -96,7 +95,6 @@ class Cursor {
     bool isPruned(const meta::Property& property) const;
     void leaveProperty();
     void exitElement();
-    void notify(EventPoint point);
     Lent<ModelElement> targetAt(std::size_t index) const {
         return Lent<ModelElement>::adopt(values_.lend(index));
     }

@@ -25,15 +25,6 @@ void TraversalResult::addFilter(const std::function<ResultPolicy(Link)>& filter)
     filters_.emplace_back(filter);
 }
 
-ResultPolicy TraversalResult::runFilters(const Link& link) const {
-    if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
-    // By index: a filter may add another.
-    for (std::size_t index = 0; index < filters_.size(); ++index) {
-        if (filters_[index](link) == ResultPolicy::WalkOnly) return ResultPolicy::WalkOnly;
-    }
-    return ResultPolicy::Report;
-}
-
 void TraversalResult::doAttach(TraversalProcessor* processor) {
     processor_ = processor;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -61,7 +62,14 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     using Filter = std::function<ResultPolicy(const Link&)>;
 
     void addFilter(const std::function<ResultPolicy(Link)>& filter);
-    ResultPolicy runFilters(const Link& link) const;
+    ResultPolicy runFilters(const Link& link) const {
+        if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
+        // By index: a filter may add another.
+        for (std::size_t index = 0; index < filters_.size(); ++index) {
+            if (filters_[index](link) == ResultPolicy::WalkOnly) return ResultPolicy::WalkOnly;
+        }
+        return ResultPolicy::Report;
+    }
     bool hasFilters() const noexcept { return !filters_.empty(); }
     void doAttach(TraversalProcessor* processor);
     std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer() const;

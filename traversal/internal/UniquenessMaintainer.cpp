@@ -1,8 +1,11 @@
 #include "traversal/internal/UniquenessMaintainer.h"
 
+#include <cstddef>
+#include <vector>
+
 #include "traversal/support/ElementSet.h"
 #include "traversal/support/FlatMap.h"
-#include "traversal/support/LinkSet.h"
+#include "traversal/support/PairSet.h"
 
 namespace nuv::zero::traversal::internal {
 
@@ -39,12 +42,11 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         const meta::Property& property = link.getProperty();
         const ModelElement& source = link.getSource();
         const ModelElement& target = link.getTarget();
-        if (!property) return seen_.insert(source, target, property);
+        if (!property) return pseudoLinks_.insert(source, target);
         const Ends ends = endsOf(property);
-        if (!insert(source, target, property, ends)) return false;
+        if (!insert(source, target, ends)) return false;
         // Where one link stands for both, its reverse is there as well.
-        return ends.areMutual || !ends.opposite ||
-               insert(target, source, ends.opposite, endsOf(ends.opposite));
+        return ends.areMutual || !ends.opposite || insert(target, source, endsOf(ends.opposite));
     }
     std::unique_ptr<UniquenessMaintainer> clone() const override {
         return std::make_unique<UniqueLinkMaintainer>(*this);
@@ -55,33 +57,44 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     /// What is known of a property and its opposite.
     struct Ends {
         meta::Property opposite;
+        /// Which set holds the property's links.
+        std::size_t set = 0;
         /// Whether they are two, and each the other's opposite. A link and its reverse are then
-        /// never seen one without the other, and one of both stands for both.
+        /// never seen one without the other: one pair in one set stands for both.
         bool areMutual = false;
-        /// Whether it is the property's own links that stand for both.
-        bool isFirst = true;
+        /// Whether that pair begins with the source of the property's own links.
+        bool isForward = true;
     };
 
-    bool insert(const ModelElement& source, const ModelElement& target,
-                const meta::Property& property, const Ends& ends) {
-        return !ends.areMutual || ends.isFirst ? seen_.insert(source, target, property)
-                                               : seen_.insert(target, source, ends.opposite);
+    bool insert(const ModelElement& source, const ModelElement& target, const Ends& ends) {
+        PairSet& links = links_[ends.set];
+        return ends.isForward ? links.insert(source, target) : links.insert(target, source);
     }
     const Ends& endsOf(const meta::Property& property) {
         const Ends* known = ends_.find(property);
         return known != nullptr ? *known : ends_.insert(property, askForEnds(property));
     }
-    Ends askForEnds(const meta::Property& property) const {
+    Ends askForEnds(const meta::Property& property) {
         Ends ends;
         ends.opposite = access::oppositeOf(property);
-        if (!ends.opposite || ends.opposite == property) return ends;
-        const meta::Property back = access::oppositeOf(ends.opposite);
-        ends.areMutual = back == property;
-        ends.isFirst = ends_.find(ends.opposite) == nullptr;
+        if (ends.opposite && !(ends.opposite == property)) {
+            const meta::Property back = access::oppositeOf(ends.opposite);
+            ends.areMutual = back == property;
+        }
+        const Ends* other = ends.areMutual ? ends_.find(ends.opposite) : nullptr;
+        if (other != nullptr) {
+            ends.set = other->set;
+            ends.isForward = false;
+            return ends;
+        }
+        ends.set = links_.size();
+        links_.emplace_back();
         return ends;
     }
 
-    LinkSet seen_;
+    PairSet pseudoLinks_;
+    /// One for each association met.
+    std::vector<PairSet> links_;
     FlatMap<meta::Property, meta::Property, Ends, WalkSupport::Hash<meta::Property>> ends_;
 };
 

@@ -89,11 +89,10 @@ class Walk {
 
     [[noreturn]] static void refuse();
     bool startNextInput();
-    bool isSilent(const ModelElement& source, const AssociationSetting& setting) const {
+    static bool isSilent(const ModelElement& source, const AssociationSetting& setting) {
+        const CompositeMatcher* rules = setting.rules();
         const ResultPolicy policy =
-            setting.hasFixedPolicy()
-                ? setting.policy()
-                : result_->provider_->getResultPolicy(access::classOf(source), setting.property());
+            rules == nullptr ? setting.policy() : rules->getPolicy(access::classOf(source));
         return policy == ResultPolicy::WalkOnly;
     }
     /// Whether anybody has to be asked about a link besides its policy.

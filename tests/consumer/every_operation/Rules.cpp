@@ -87,9 +87,9 @@ void callAssociationSetting(const Station& station) {
     AssociationSetting moved(std::move(copy));
     none = moved;
     copy = std::move(moved);
-    none.prepareFor(station.block, true);
+    none.prepareFor(station.block, nullptr);
     expect(none.getProperty() == station.parts && none.property() == station.parts &&
-               none.getPolicy() == none.policy() && none.hasFixedPolicy() &&
+               none.getPolicy() == none.policy() && none.rules() == nullptr &&
                none.read(station.one).size() == 2,
            "a setting keeps what it was made of");
 }
