@@ -26,8 +26,9 @@ namespace nuv::zero::traversal {
 ///
 ///     for (const Link& link : walk | std::views::filter(isPort)) walk.pruneAllChildren();
 ///
-/// Moving a range invalidates its iterators and leaves an empty range behind. What the walk throws,
-/// `begin()` and `++` throw; after an exception from `++` the range may go on with the next `++`.
+/// Moving a range invalidates its iterators and leaves an empty range behind. Assigning to a range
+/// destroys its walk, which the walk's own callbacks must not do. What the walk throws, `begin()`
+/// and `++` throw; after an exception from `++` the range may go on with the next `++`.
 /// See `IterationContext` for order, cost, pruning and exceptions. One thread at a time.
 class MODELING_NUV0_TRAVERSAL_EXPORT LinkRange {
   public:

@@ -121,10 +121,6 @@ class ClassLayout {
     using Slot = std::uint32_t;
     static constexpr Slot noSlot = 0xFFFFFFFFU;
 
-    /// The layout of a class below these superclasses. What `before` numbered keeps its number.
-    ClassLayout(const ClassObject& self, const std::vector<ClassObject*>& superclasses,
-                const ClassLayout* before);
-
     /// All ancestors, each after its own ancestors, and the class itself last.
     const std::vector<const ClassObject*>& lineage() const noexcept { return lineage_; }
     /// Whether the other layout is of the same class or of an ancestor.
@@ -143,12 +139,19 @@ class ClassLayout {
     }
     Slot slotCount() const noexcept { return static_cast<Slot>(slotOrder_.size()); }
 
+  private:
+    friend class ClassObject;
+    friend class Hierarchy;
+
+    /// The layout of a class below these superclasses. What `before` numbered keeps its number.
+    ClassLayout(const ClassObject& self, const std::vector<ClassObject*>& superclasses,
+                const ClassLayout* before);
+
     /// Numbers one more property. Throws `std::bad_alloc`, and then has changed nothing.
     void takeSlot(const PropertyObject& property);
     /// Takes back the latest `takeSlot`.
     void giveBackSlot(const PropertyObject& property) noexcept;
 
-  private:
     MODELING_NUV0_MODEL_EXPORT bool isAmongAncestors(const ClassObject& other) const noexcept;
     MODELING_NUV0_MODEL_EXPORT Slot lookUpSlot(const PropertyObject& property) const noexcept;
 

@@ -40,6 +40,7 @@ void TraversalResult::IterationContext::operator=(const IterationContext& other)
     *this = IterationContext(other);
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): throws from a callback of the walk
 void TraversalResult::IterationContext::operator=(IterationContext&& other) {
     if (this == &other) return;
     if (walk_) walk_->refuseWhileUnderWay();

@@ -129,6 +129,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     /// stands.
     IterationContext(IterationContext&& other) noexcept;
     void operator=(const IterationContext& other);
+    // NOLINTNEXTLINE(performance-noexcept-move-constructor): throws from a callback of the walk
     void operator=(IterationContext&& other);
     ~IterationContext();
 

@@ -39,6 +39,8 @@ struct Station {
 // One room each.
 void callHandles(Station& station);
 void callAccess(Station& station);
+void callMetamodelObjects(Station& station);
+void callStoredValues(Station& station);
 void callModels(Station& station);
 void callWalkSupport(Station& station);
 void callRules(Station& station);

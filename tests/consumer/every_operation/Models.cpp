@@ -69,6 +69,12 @@ void callModel() {
     model.add(a, numbers, std::int64_t{2});
     expect(access::toElements(access::read(a, many)) == std::vector<ModelElement>{b, a},
            "elements are set and added");
+    model.set(a, many, {a});
+    model.set(a, numbers, {3});
+    model.set(a, texts, {u"z"});
+    expect(access::read(a, many).viewElements().size() == 1 &&
+               access::read(a, one).viewElement()[0] == b.get(),
+           "what a value holds is viewed");
     model.clear(a, texts);
     model.unset(a, one);
     model.plant(a, number, {string, false, std::u16string(u"no number")});
@@ -78,7 +84,10 @@ void callModel() {
 
 void callValue(const Station& station) {
     const ValueMeta nothing;
-    const ValueMeta text(meta::StandardTypes::stringMeta(), false);
+    ValueMeta text(meta::StandardTypes::stringMeta(), false);
+    ValueMeta copy(text);
+    const ValueMeta moved(std::move(copy));
+    text = moved;
     expect(
         text.getType() == meta::StandardTypes::stringMeta() && text.isSingle() && !nothing.isMany(),
         "a value's type is told");

@@ -57,6 +57,7 @@ void callCompositeMatcher(const Station& station) {
     expect(rules.anyMatches(station.block) == std::pair(true, ResultPolicy::Extended) &&
                rules.getPolicy(station.block) == ResultPolicy::Extended && !rules.isPruning(),
            "rules are asked");
+    expect(!rules.answersAlike(), "a predicate has a say");
     expect(EveryClass()(station.block), "every class is accepted");
     expect(!ClassHierarchyComparator()(station.block, station.block), "no class precedes itself");
 }
@@ -69,7 +70,8 @@ void callRuleTree(const Station& station) {
     internal::RuleTree moved(std::move(copy));
     copy = moved;
     tree = std::move(moved);
-    expect(tree.firstAccepting(station.block)->accepts(station.block), "a tree keeps its rules");
+    expect(tree.firstAccepting(station.block)->accepts(station.block) && !tree.answersAlike(),
+           "a tree keeps its rules");
 }
 
 void callPruneRules(const Station& station) {
@@ -88,6 +90,7 @@ void callAssociationSetting(const Station& station) {
     none = moved;
     copy = std::move(moved);
     none.prepareFor(station.block, nullptr);
+    none.prefetch(station.one);
     expect(none.getProperty() == station.parts && none.property() == station.parts &&
                none.getPolicy() == none.policy() && none.rules() == nullptr &&
                none.read(station.one).size() == 2,

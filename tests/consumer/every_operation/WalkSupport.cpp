@@ -9,6 +9,9 @@ void callWalkSupport(Station& station) {
     expect(lent == station.one, "a lent handle is equal");
     Support::forget(lent);
     Support::prefetch(station.one);
+    access::prefetchLine(station.one.get());
+    expect(Support::numberOf(station.one) != Support::numberOf(station.two),
+           "elements have numbers of their own");
     const Support::Hash<meta::Class> hash;
     expect(hash(station.block) == hash(meta::Class(station.block)), "equal handles hash alike");
 }

@@ -1,3 +1,4 @@
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -57,7 +58,9 @@ void callSetup(const Station& station) {
         .unique(UniquenessMode::UniqueElements)
         .filter([](const Link& link) {
             return link.getProperty() ? ResultPolicy::Report : ResultPolicy::WalkOnly;
-        });
+        })
+        .filter(std::function<ResultPolicy(Link)>(
+            [](const Link& /*link*/) { return ResultPolicy::Report; }));
     Walk walk(result);
     for (; !(walk == Walk()); walk.advance()) listener.events += 100;
     expect(listener.events >= 200 && listener.events % 100 > 0, "events are heard");
@@ -70,6 +73,8 @@ void callWalk(const Station& station) {
     Walk copy(walk);
     copy.advance();
     walk = copy;
+    Walk moved(std::move(copy));
+    copy = std::move(moved);
     walk.pruneSiblings();
     walk.pruneChildren(station.next);
     walk.pruneAllChildren();
@@ -77,9 +82,10 @@ void callWalk(const Station& station) {
     copy.advance();
     expect(walk.getCurrent() == copy.getCurrent(), "walks go on on their own");
     const TraversalResult copied(*result);
-    const TraversalResult::privateTag* tag = nullptr;
+    TraversalResult::privateTag* tag = nullptr;
     // Only builders make the tag.
     if (never()) {
+        *tag = TraversalResult::privateTag(*tag);
         const TraversalResult made(*tag, {}, nullptr, Algo::BreadthFirst, ResultPolicy::Report);
     }
 }
