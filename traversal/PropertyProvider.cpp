@@ -5,7 +5,7 @@
 namespace nuv::zero::traversal {
 
 PropertyProvider::PropertyProvider(std::unordered_map<Property, CompositeMatcher> matchers)
-    : rules_(std::make_shared<Rules>(std::move(matchers))) {}
+    : rules_(std::make_shared<IndexedRules>(std::move(matchers))) {}
 PropertyProvider::PropertyProvider(const PropertyProvider& other) = default;
 PropertyProvider& PropertyProvider::operator=(const PropertyProvider& other) {
     // Copied first, so that a failure changes nothing.
@@ -16,7 +16,7 @@ PropertyProvider& PropertyProvider::operator=(const PropertyProvider& other) {
 }
 PropertyProvider::~PropertyProvider() = default;
 
-PropertyProvider::Rules::Rules(MatchersMap given) : matchers(std::move(given)) {
+PropertyProvider::IndexedRules::IndexedRules(MatchersMap given) : matchers(std::move(given)) {
     for (const auto& [property, rules] : matchers) index.insert(property, &rules);
 }
 

@@ -57,8 +57,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     using RuleIndex = internal::FlatMap<Property, internal::Lent<Property>, const CompositeMatcher*,
                                         internal::WalkSupport::Hash<Property>>;
 
-    struct Rules {
-        MODELING_NUV0_TRAVERSAL_LOCAL explicit Rules(MatchersMap given);
+    struct IndexedRules {
+        MODELING_NUV0_TRAVERSAL_LOCAL explicit IndexedRules(MatchersMap given);
 
         const MatchersMap matchers;
         RuleIndex index;
@@ -76,7 +76,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     }
 
     /// Shared with copies, because the answers refer to them.
-    std::shared_ptr<const Rules> rules_;
+    std::shared_ptr<const IndexedRules> rules_;
     internal::FlatMap<Class, Class, Settings, internal::WalkSupport::Hash<Class>> settingsCache_;
 };
 
