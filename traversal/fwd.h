@@ -33,6 +33,43 @@ enum class UniquenessMode : std::int32_t {
     NoUniqueness = 2,
 };
 
+/// How the target of the link on which a walk stands was met.
+enum class Meeting : std::int32_t {
+    /// The walk stands on no link: before its first step, and at its end.
+    None = 0,
+    /// The target is an input.
+    Input = 1,
+    /// The link entered its target.
+    First = 2,
+    /// The target was entered earlier and is not finished. Depth-first these are the links that
+    /// close a cycle; breadth-first, its turn has still to come or is under way.
+    Open = 3,
+    /// The target was entered earlier and is finished.
+    Done = 4,
+    /// The target was not entered, because a `descend` predicate refused the link.
+    Boundary = 5,
+};
+
+/// How a step within a budget ended.
+enum class Progress : std::int32_t {
+    /// The budget is used up; the walk goes on with the next step.
+    Paused = 0,
+    /// The walk stands on a new link.
+    OnLink = 1,
+    /// The walk has come to its end.
+    Ended = 2,
+};
+
+/// What became of a call that prunes.
+enum class Pruned : std::int32_t {
+    /// There is nothing that it could mean: no link, no such element or property.
+    Nothing = 0,
+    /// What it should have cut away has been walked already, or there was none left.
+    TooLate = 1,
+    /// What was left of it is cut away.
+    Cut = 2,
+};
+
 class AdditiveTraversalImpl;
 class AssociationSetting;
 class CompositeMatcher;

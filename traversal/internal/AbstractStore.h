@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <vector>
 
+#include "traversal/fwd.h"
 #include "traversal/internal/Link.h"
 
 namespace nuv::zero::traversal::internal {
@@ -32,12 +36,26 @@ class AbstractStore {
     virtual bool equals(const AbstractStore& other) const = 0;
     virtual std::unique_ptr<AbstractStore> clone() const = 0;
 
-    /// Handles links, and what they lead to, until the walk has reported one: true; false when
-    /// nothing is left. What throws leaves everything where it stands; the link under way is lost,
-    /// but an input that could not be entered is tried again.
-    virtual bool advance(Walk& walk) = 0;
+    /// How handling links came to an end.
+    enum class Outcome : std::uint8_t { Reported, Paused, NothingLeft };
+    /// Handles links, and what they lead to, until the walk has reported one, its budget is used
+    /// up, or nothing is left. What throws leaves everything where it stands; the link under way is
+    /// lost, but an input that could not be entered is tried again.
+    virtual Outcome advance(Walk& walk) = 0;
     /// The cursor of an element that may still give links, to prune it; null when there is none.
     virtual Cursor* findUnfinished(Walk& walk, const ModelElement& element) = 0;
+
+    // Where the walk stands: at the link that it handled last.
+
+    /// How many links are on the frontier.
+    virtual std::size_t size() const noexcept = 0;
+    /// How many links lead from the input to the target of that link.
+    virtual std::size_t depth() const noexcept = 0;
+    virtual Meeting meeting(Walk& walk) = 0;
+    /// The links from the input's own link to that link; none where the walk stands on no link.
+    virtual std::vector<Link> path(const Walk& walk) const = 0;
+    /// The same for an element that the walk has entered.
+    virtual std::vector<Link> pathTo(Walk& walk, const ModelElement& element) = 0;
 };
 
 /// First in, first out.

@@ -44,6 +44,10 @@ class BfsStore final : public AbstractStore {
     BfsStore(const BfsStore& other)
         : queue_(other.queue_),
           frontNumber_(other.frontNumber_),
+          level_(other.level_),
+          levelEnd_(other.levelEnd_),
+          handled_(other.handled_),
+          depth_(other.depth_),
           turn_(other.turn_),
           hasTurn_(other.hasTurn_),
           begun_(other.begun_),
@@ -52,21 +56,34 @@ class BfsStore final : public AbstractStore {
           observers_(other.observers_),
           foreign_(other.foreign_) {}
 
-    bool advance(Walk& walk) override {
-        while (true) {
+    Outcome advance(Walk& walk) override {
+        while (hasTurn_ || !queue_.empty()) {
             if (!hasTurn_) {
-                if (queue_.empty()) return false;
+                if (!walk.mayGoOn()) return Outcome::Paused;
+                comeToFront();
                 lookAhead(walk);
                 if (!queue_.front().shouldCascade()) {
-                    if (tryReportFront(walk)) return true;
+                    if (tryReportFront(walk)) return Outcome::Reported;
                     continue;
                 }
                 if (!startTurn(walk)) continue;
             }
-            if (goOn(walk)) return true;
+            const GoneOn gone = goOn(walk);
+            if (gone == GoneOn::Reported) return Outcome::Reported;
+            if (gone == GoneOn::Paused) return Outcome::Paused;
         }
+        standOn({}, 0);
+        return Outcome::NothingLeft;
     }
     Cursor* findUnfinished(Walk& walk, const ModelElement& element) override;
+
+    std::size_t size() const noexcept override { return queue_.size(); }
+    std::size_t depth() const noexcept override { return depth_; }
+    Meeting meeting(Walk& walk) override;
+    std::vector<Link> path(const Walk& walk) const override;
+    std::vector<Link> pathTo(Walk& walk, const ModelElement& element) override {
+        return walk.ways().to(element);
+    }
 
   private:
     /// Settings that no provider keeps, of links that were pushed from outside a walk.
@@ -80,13 +97,33 @@ class BfsStore final : public AbstractStore {
     bool tryReportFront(Walk& walk);
     void lookAhead(Walk& walk) const;
     bool startTurn(Walk& walk);
-    bool goOn(Walk& walk);
+    /// How taking the links of the element whose turn it is came to an end.
+    enum class GoneOn : std::uint8_t { Reported, Paused, Left };
+    GoneOn goOn(Walk& walk);
     void enter(Walk& walk, const ModelElement& element);
+    /// Keeps count of the levels: a new one begins where the last link of the one before has gone,
+    /// and holds all links that wait at that moment.
+    void comeToFront() noexcept {
+        if (frontNumber_ != levelEnd_) return;
+        level_ = queue_.front().setting() == nullptr ? 0 : level_ + 1;
+        levelEnd_ = frontNumber_ + queue_.size();
+    }
+    void standOn(const LinkQueue::Place& link, std::size_t depth) noexcept {
+        handled_ = link;
+        depth_ = depth;
+    }
     TraversalProcessor* observerOfFront() noexcept;
 
     LinkQueue queue_;
     /// How many links have left the queue.
     std::size_t frontNumber_ = 0;
+    /// How many links lead to the target of the link at the front, and which is the first link that
+    /// is one further.
+    std::size_t level_ = 0;
+    std::size_t levelEnd_ = 0;
+    /// The link that was handled last, and how many links lead to its target.
+    LinkQueue::Place handled_;
+    std::size_t depth_ = 0;
     Cursor turn_;
     bool hasTurn_ = false;
     /// The elements that have had their turn, or have it.
@@ -101,10 +138,10 @@ class BfsStore final : public AbstractStore {
 };
 
 bool BfsStore::tryReportFront(Walk& walk) {
-    const LinkQueue::Place front = queue_.front();
+    standOn(queue_.front(), level_);
     // Removed before it is tried: a filter that throws does not get it again.
     pop();
-    return walk.tryReport(front.source(), *front.setting(), front.target(), false);
+    return walk.tryReport(handled_.source(), *handled_.setting(), handled_.target(), false);
 }
 
 /// Announces the elements whose turns come soon, and then their lists: both lie anywhere in memory.
@@ -138,14 +175,15 @@ bool BfsStore::startTurn(Walk& walk) {
     }
     // Before anything else that may fail: what fails is tried again.
     begun_.insert(element);
-    const Cursor::Settings& settings = isInput ? walk.enter(element) : walk.settingsOf(element);
+    const Cursor::Settings& settings =
+        isInput ? walk.enter(element, nullptr, level_) : walk.settingsOf(element, level_);
     if (isInput) {
         // Nothing else waits when an input has its turn.
         observers_.clear();
         frontObserver_ = walk.observer();
     }
     const auto waiting = parked_.empty() ? parked_.end() : parked_.find(element);
-    if (waiting == parked_.end()) {
+    if (waiting == parked_.end() || settings.empty()) {
         turn_.restart(element, observerOfFront(), settings);
     } else {
         turn_ = std::move(waiting->second);
@@ -154,37 +192,48 @@ bool BfsStore::startTurn(Walk& walk) {
     }
     // A link that led here was handled when it was found; an input's own link was not.
     if (!isInput) turn_.setReportedSelf();
+    standOn(front, level_);
     hasTurn_ = true;
     return true;
 }
 
-/// Takes the links of the element whose turn it is one after another. True when one was reported,
-/// false when the turn is over.
-bool BfsStore::goOn(Walk& walk) {
+/// Takes the links of the element whose turn it is one after another, until one is reported, the
+/// budget is used up, or the turn is over.
+BfsStore::GoneOn BfsStore::goOn(Walk& walk) {
     if (!turn_.hasReportedSelf()) {
         turn_.setReportedSelf();
-        if (walk.tryReportInput(turn_.element())) return true;
+        if (walk.tryReportInput(turn_.element())) return GoneOn::Reported;
     }
-    while (turn_.step()) {
+    while (walk.mayGoOn()) {
+        const Cursor::Step step = turn_.step();
+        if (step == Cursor::Step::NoValues) continue;
+        if (step == Cursor::Step::Over) {
+            turn_.processedAll();
+            pop();
+            hasTurn_ = false;
+            return GoneOn::Left;
+        }
         turn_.lookAhead([&walk](const ModelElement& next) { walk.announce(next); });
         const Lent<ModelElement> target = turn_.target();
-        const bool cascade = !walk.hasEntered(target.get());
+        const bool isNew = !walk.hasEntered(target.get());
+        standOn({turn_.element(), &turn_.setting(), target.get(), isNew}, level_ + 1);
+        const bool cascade = isNew && walk.leadsOn(turn_, target.get());
+        if (isNew && !cascade) handled_.setBoundary();
         queue_.reserveOne();
         if (cascade) enter(walk, target.get());
-        queue_.push({turn_.element(), &turn_.setting(), target.get(), cascade});
+        queue_.push(handled_);
         if (!cascade) continue;
-        if (walk.tryReport(turn_.element(), turn_.setting(), target.get(), true)) return true;
+        if (walk.tryReport(turn_.element(), turn_.setting(), target.get(), true)) {
+            return GoneOn::Reported;
+        }
     }
-    turn_.processedAll();
-    pop();
-    hasTurn_ = false;
-    return false;
+    return GoneOn::Paused;
 }
 
 /// Enters the target of the link that is pushed next.
 void BfsStore::enter(Walk& walk, const ModelElement& element) {
     if (observers_.size() == observers_.capacity()) observers_.reserve(observers_.size() + 1);
-    walk.enter(element);
+    walk.enter(element, &turn_, level_ + 1);
     // Afterwards, because a predicate that is asked meanwhile may attach another one.
     TraversalProcessor* latest = observers_.empty() ? frontObserver_ : observers_.back().observer;
     if (walk.observer() != latest) {
@@ -210,6 +259,26 @@ Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {
     // It gets its observer with its turn.
     cursor.restart(element, nullptr, settings);
     return &cursor;
+}
+
+Meeting BfsStore::meeting(Walk& walk) {
+    const ModelElement& target = handled_.target();
+    if (handled_.setting() == nullptr) return target ? Meeting::Input : Meeting::None;
+    // Also while the walk is being asked whether the link leads on.
+    if (handled_.isBoundary() || !walk.hasEntered(target)) return Meeting::Boundary;
+    if (handled_.shouldCascade()) return Meeting::First;
+    const bool isUnderWay = hasTurn_ && turn_.element() == target;
+    return begun_.contains(target) && !isUnderWay ? Meeting::Done : Meeting::Open;
+}
+
+std::vector<Link> BfsStore::path(const Walk& walk) const {
+    const Ways& ways = walk.ways();
+    const ModelElement& target = handled_.target();
+    if (handled_.setting() == nullptr) return ways.to(target);
+    std::vector<Link> path = ways.to(handled_.source());
+    path.emplace_back(handled_.source(), target, handled_.setting()->property(),
+                      handled_.shouldCascade());
+    return path;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "traversal/internal/Cursor.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "traversal/internal/TraversalProcessor.h"
@@ -15,50 +16,55 @@ Cursor::Cursor(const Cursor& other)
       valueIndex_(other.valueIndex_),
       valueCount_(other.valueCount_),
       settingsLeft_(other.settingsLeft_),
+      place_(other.place_),
       hasReportedSelf_(other.hasReportedSelf_),
-      isStarted_(other.isStarted_),
       isFinished_(other.isFinished_),
       hasToldExit_(other.hasToldExit_) {}
 
 inline void Cursor::leaveProperty() {
     if (observer_ != nullptr) observer_->onExitProperty(element(), setting_->property());
     // Behind the event: an observer that throws gets the event again.
+    place_ = Place::Between;
     ++setting_;
     --settingsLeft_;
 }
 
-/// Begins, or leaves a property whose values have run out, for the next property that has values.
-bool Cursor::advance() {
-    if (isFinished_) return false;
-    if (isStarted_) {
-        leaveProperty();
-    } else {
-        if (observer_ != nullptr) observer_->onEnterElement(element());
-        // Behind the event, for the same reason.
-        isStarted_ = true;
+/// Begins, or leaves a property whose values have run out, and comes to the next property.
+Cursor::Step Cursor::advance() {
+    if (!isFinished_) {
+        if (place_ == Place::InProperty) {
+            leaveProperty();
+        } else if (place_ == Place::BeforeFirst) {
+            if (observer_ != nullptr) observer_->onEnterElement(element());
+            // Behind the event, for the same reason.
+            place_ = Place::Between;
+        }
+        values_.clear();
     }
-    return findValues();
+    valueCount_ = 0;
+    if (settingsLeft_ == 0) isFinished_ = true;
+    return isFinished_ ? Step::Over : enterProperty();
 }
 
-/// Comes to the first property, from the current one on, that has values. An observer may prune
-/// everything while it is told of a property; that property is still read, and left if it is empty.
-inline bool Cursor::findValues() {
-    values_.clear();
-    valueCount_ = 0;
-    for (; settingsLeft_ != 0 && !isFinished_; leaveProperty()) {
-        if (observer_ != nullptr) observer_->onEnterProperty(element(), setting_->property());
-        if (pruned_ != nullptr && isPruned(setting_->property())) continue;
+/// Comes to the values of the current property. An observer may prune everything while it is told
+/// of a property; that property is still read, and left if it is empty.
+inline Cursor::Step Cursor::enterProperty() {
+    // Before the event: a property whose observer throws is left with the next step.
+    place_ = Place::InProperty;
+    if (observer_ != nullptr) observer_->onEnterProperty(element(), setting_->property());
+    if (pruned_ == nullptr || !isPruned(setting_->property())) {
         WalkSupport::ElementView values = setting_->read(element());
         const std::size_t count = values.size();
-        if (count == 0) continue;
-        if (isFinished_) return false;
-        values_ = std::move(values);
-        valueCount_ = count;
-        valueIndex_ = 0;
-        return true;
+        if (count != 0) {
+            if (isFinished_) return Step::Over;
+            values_ = std::move(values);
+            valueCount_ = count;
+            valueIndex_ = 0;
+            return Step::Link;
+        }
     }
-    isFinished_ = true;
-    return false;
+    leaveProperty();
+    return Step::NoValues;
 }
 
 bool Cursor::isPruned(const meta::Property& property) const {
@@ -71,30 +77,41 @@ void Cursor::exitElement() {
     if (observer_ != nullptr) observer_->onExitElement(element());
 }
 
-/// Leaves the current property as it is: links below that one are still named after it.
-void Cursor::pruneAllChildren() noexcept {
+/// Leaves the current link as it is: links below it are still named after it.
+Pruned Cursor::pruneAllChildren() noexcept {
+    // A property that is being entered counts as one to come.
+    const std::uint32_t current = place_ == Place::InProperty && valueCount_ != 0 ? 1 : 0;
+    const bool hasMore =
+        !isFinished_ && (settingsLeft_ > current || valueIndex_ + 1 < valueCount_);
     isFinished_ = true;
-    valueCount_ = 0;
+    valueCount_ = std::min(valueCount_, valueIndex_ + 1);
+    return hasMore ? Pruned::Cut : Pruned::TooLate;
 }
 
-void Cursor::pruneCurrentProperty() noexcept {
-    if (isFinished_) return;
-    if (isStarted_) {
-        valueIndex_ = valueCount_;
-    } else if (settingsLeft_ != 0) {
+Pruned Cursor::pruneCurrentProperty() noexcept {
+    if (isFinished_) return Pruned::TooLate;
+    if (place_ == Place::BeforeFirst) {
+        if (settingsLeft_ == 0) return Pruned::TooLate;
         ++setting_;
         --settingsLeft_;
+        return Pruned::Cut;
     }
+    const bool hasMore = valueIndex_ + 1 < valueCount_;
+    valueCount_ = std::min(valueCount_, valueIndex_ + 1);
+    return hasMore ? Pruned::Cut : Pruned::TooLate;
 }
 
-void Cursor::pruneProperty(const meta::Property& property) {
-    if (isFinished_) return;
-    if (settingsLeft_ != 0 && setting_->property() == property) {
-        pruneCurrentProperty();
-        return;
-    }
+Pruned Cursor::pruneProperty(const meta::Property& property) {
+    if (isFinished_) return Pruned::TooLate;
+    const bool isCurrent = settingsLeft_ != 0 && setting_->property() == property;
+    if (isCurrent && place_ != Place::Between) return pruneCurrentProperty();
     if (pruned_ == nullptr) pruned_ = std::make_unique<Properties>();
     pruned_->insert(property);
+    const auto* end = setting_ + settingsLeft_;
+    const bool isToCome = std::any_of(setting_, end, [&](const AssociationSetting& setting) {
+        return setting.property() == property;
+    });
+    return isToCome ? Pruned::Cut : Pruned::TooLate;
 }
 
 }  // namespace nuv::zero::traversal::internal

@@ -9,6 +9,7 @@
 
 #include "model/Compiler.h"
 #include "traversal/AssociationSetting.h"
+#include "traversal/fwd.h"
 #include "traversal/support/Lent.h"
 
 namespace nuv::zero::traversal::internal {
@@ -17,8 +18,12 @@ namespace nuv::zero::traversal::internal {
 /// settings, value by value in the order of the model. `ElementProgress` says what each operation
 /// means to a user; a walk keeps element and settings alive and drives cursors itself.
 ///
-///     while (cursor.step()) use(cursor.element(), cursor.setting().property(), cursor.target());
+///     for (auto at = cursor.step(); at != Cursor::Step::Over; at = cursor.step()) {
+///         if (at == Cursor::Step::Link) use(cursor.setting().property(), cursor.target());
+///     }
 ///     cursor.processedAll();   // tells the observer
+///
+/// One step looks at one property at most, so that it is a bounded piece of work.
 ///
 /// A cursor fills one cache line, because a deep walk has one for each element on its path. What an
 /// observer does while it is told of an event is seen by the step that tells it. A copy stands at
@@ -26,6 +31,15 @@ namespace nuv::zero::traversal::internal {
 class Cursor {
   public:
     using Settings = std::vector<AssociationSetting>;
+    /// What a step came to.
+    enum class Step : std::uint8_t {
+        /// A link.
+        Link,
+        /// A property without values, which is left behind.
+        NoValues,
+        /// Nothing: no link is left.
+        Over,
+    };
 
     /// A placeholder without links.
     Cursor() noexcept = default;
@@ -46,23 +60,26 @@ class Cursor {
         values_.clear();
         valueIndex_ = beforeFirst;
         valueCount_ = 0;
-        hasReportedSelf_ = isStarted_ = isFinished_ = hasToldExit_ = false;
+        place_ = Place::BeforeFirst;
+        hasReportedSelf_ = isFinished_ = hasToldExit_ = false;
     }
 
     /// Tells another observer from now on.
     void observe(TraversalProcessor* observer) noexcept { observer_ = observer; }
 
-    /// Moves on to the next link; false when there is none left.
-    bool step() { return ++valueIndex_ < valueCount_ || advance(); }
+    /// Moves on to the next link, or past a property that has none.
+    Step step() { return ++valueIndex_ < valueCount_ ? Step::Link : advance(); }
     /// Whether no link is left. The first such answer tells the observer that the element is left,
     /// unless the cursor was finished before its first step.
     bool processedAll() {
-        if (isFinished_ && isStarted_ && !hasToldExit_) exitElement();
+        if (isFinished_ && place_ != Place::BeforeFirst && !hasToldExit_) exitElement();
         return isFinished_;
     }
     bool isFinished() const noexcept { return isFinished_; }
 
     const ModelElement& element() const noexcept { return element_.get(); }
+    /// Whether the latest step found a link.
+    bool isOnLink() const noexcept { return valueIndex_ < valueCount_; }
     /// The property of the link found by the latest step, and what it leads to; also while the walk
     /// is below that link. REQUIRES: a step found one.
     const AssociationSetting& setting() const noexcept { return *setting_; }
@@ -82,16 +99,18 @@ class Cursor {
     bool hasReportedSelf() const noexcept { return hasReportedSelf_; }
     void setReportedSelf() noexcept { hasReportedSelf_ = true; }
 
-    void pruneAllChildren() noexcept;
-    void pruneCurrentProperty() noexcept;
-    void pruneProperty(const meta::Property& property);
+    Pruned pruneAllChildren() noexcept;
+    Pruned pruneCurrentProperty() noexcept;
+    Pruned pruneProperty(const meta::Property& property);
 
   private:
     using Properties = std::unordered_set<meta::Property>;
     static constexpr std::size_t beforeFirst = static_cast<std::size_t>(-1);
+    /// Where the cursor is with regard to its properties.
+    enum class Place : std::uint8_t { BeforeFirst, InProperty, Between };
 
-    bool advance();
-    bool findValues();
+    Step advance();
+    Step enterProperty();
     bool isPruned(const meta::Property& property) const;
     void leaveProperty();
     void exitElement();
@@ -108,8 +127,8 @@ class Cursor {
     std::size_t valueIndex_ = beforeFirst;
     std::size_t valueCount_ = 0;
     std::uint32_t settingsLeft_ = 0;
+    Place place_ = Place::BeforeFirst;
     bool hasReportedSelf_ = false;
-    bool isStarted_ = false;
     bool isFinished_ = false;
     bool hasToldExit_ = false;
 };

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <unordered_map>
 #include <vector>
 
@@ -43,26 +44,48 @@ class DfsStore final : public AbstractStore {
         return std::make_unique<DfsStore>(*this);
     }
 
-    bool advance(Walk& walk) override {
-        while (true) {
-            if (path_.empty()) {
-                if (waiting_.empty()) return false;
-                if (!enterInput(walk)) continue;
-            }
-            if (goOn(walk)) return true;
+    Outcome advance(Walk& walk) override {
+        while (!path_.empty() || !waiting_.empty()) {
+            if (path_.empty() && !enterInput(walk)) continue;
+            const GoneOn gone = goOn(walk);
+            if (gone == GoneOn::Reported) return Outcome::Reported;
+            if (gone == GoneOn::Paused) return Outcome::Paused;
         }
+        return Outcome::NothingLeft;
     }
-    Cursor* findUnfinished(Walk& walk, const ModelElement& element) override;
+    Cursor* findUnfinished(Walk& walk, const ModelElement& element) override {
+        const std::size_t place = placeOf(element);
+        return place == notOnPath ? nullptr : &path_.at(place);
+    }
+
+    std::size_t size() const noexcept override { return path_.size() + waiting_.size(); }
+    std::size_t depth() const noexcept override {
+        return path_.size() - (path_.empty() || isOnLink() ? 0 : 1);
+    }
+    Meeting meeting(Walk& walk) override;
+    std::vector<Link> path(const Walk& walk) const override;
+    std::vector<Link> pathTo(Walk& walk, const ModelElement& element) override;
 
   private:
+    static constexpr std::size_t notOnPath = static_cast<std::size_t>(-1);
+
     /// The link to the element of a cursor.
     LentLink linkTo(std::size_t index) const;
+    std::vector<Link> linksTo(std::size_t index) const;
+    /// Whether the walk stands on a link of the innermost cursor, instead of on the one to it.
+    bool isOnLink() const noexcept {
+        return !path_.empty() && path_[path_.size() - 1].isOnLink();
+    }
+    std::size_t placeOf(const ModelElement& element);
     bool enterInput(Walk& walk);
-    bool goOn(Walk& walk);
+    /// How taking the links of one cursor came to an end.
+    enum class GoneOn : std::uint8_t { Reported, Paused, Left };
+    GoneOn goOn(Walk& walk);
+    GoneOn leave(Walk& walk, Cursor& cursor);
     bool tryReportSelf(Walk& walk, Cursor& cursor);
-    Cursor& enter(Walk& walk, const ModelElement& element) {
+    Cursor& enter(Walk& walk, const ModelElement& element, const Cursor* from) {
         path_.reserveOne();
-        const Cursor::Settings& settings = walk.enter(element);
+        const Cursor::Settings& settings = walk.enter(element, from, path_.size());
         Cursor& cursor = path_.push();
         cursor.restart(element, walk.observer(), settings);
         return cursor;
@@ -87,34 +110,44 @@ LentLink DfsStore::linkTo(std::size_t index) const {
 /// Enters the input whose link waits; false when it was reached from an earlier one.
 bool DfsStore::enterInput(Walk& walk) {
     const bool isNew = !walk.hasEntered(waiting_.back().get().getTarget());
-    if (isNew) enter(walk, waiting_.back().get().getTarget());
+    if (isNew) enter(walk, waiting_.back().get().getTarget(), nullptr);
     waiting_.pop_back();
     return isNew;
 }
 
-/// Takes the links of the innermost cursor one after another, and goes on from each that leads on.
-/// True when a link was reported, false when the cursor was exhausted and removed.
-bool DfsStore::goOn(Walk& walk) {
+/// Takes the links of the innermost cursor one after another, and goes on from each that leads on,
+/// until a link is reported, the budget is used up, or a cursor is exhausted and removed.
+DfsStore::GoneOn DfsStore::goOn(Walk& walk) {
     const bool isReportingSelfFirst = walk.isReportingSelfFirst();
     Cursor* cursor = &path_.back();
-    if (isReportingSelfFirst && tryReportSelf(walk, *cursor)) return true;
-    while (cursor->step()) {
+    if (isReportingSelfFirst && tryReportSelf(walk, *cursor)) return GoneOn::Reported;
+    while (walk.mayGoOn()) {
+        const Cursor::Step step = cursor->step();
+        if (step == Cursor::Step::NoValues) continue;
+        if (step == Cursor::Step::Over) return leave(walk, *cursor);
         cursor->lookAhead([&walk](const ModelElement& next) { walk.announce(next); });
         const Lent<ModelElement> target = cursor->target();
         Cursor& source = *cursor;
-        const bool cascade = !walk.hasEntered(target.get());
+        const bool cascade = !walk.hasEntered(target.get()) && walk.leadsOn(source, target.get());
         if (cascade) {
-            cursor = &enter(walk, target.get());
+            cursor = &enter(walk, target.get(), &source);
             if (!isReportingSelfFirst) continue;
             cursor->setReportedSelf();
         }
-        if (walk.tryReport(source.element(), source.setting(), target.get(), cascade)) return true;
+        if (walk.tryReport(source.element(), source.setting(), target.get(), cascade)) {
+            return GoneOn::Reported;
+        }
     }
-    cursor->processedAll();
-    if (tryReportSelf(walk, *cursor)) return true;
+    return GoneOn::Paused;
+}
+
+/// Leaves the innermost element, whose links have all been taken.
+DfsStore::GoneOn DfsStore::leave(Walk& walk, Cursor& cursor) {
+    cursor.processedAll();
+    if (tryReportSelf(walk, cursor)) return GoneOn::Reported;
     path_.pop();
     indexed_ = std::min(indexed_, path_.size());
-    return false;
+    return GoneOn::Left;
 }
 
 /// The link to the element of the innermost cursor, unless it was tried before.
@@ -126,12 +159,12 @@ bool DfsStore::tryReportSelf(Walk& walk, Cursor& cursor) {
     return walk.tryReport(from.element(), from.setting(), cursor.element(), true);
 }
 
-Cursor* DfsStore::findUnfinished(Walk& /*walk*/, const ModelElement& element) {
+/// Where an element is on the path.
+std::size_t DfsStore::placeOf(const ModelElement& element) {
     // Nearly always one of the last two: the element just reached, or the one it was reached from.
     const std::size_t near = std::min<std::size_t>(path_.size(), 2);
     for (std::size_t back = 1; back <= near; ++back) {
-        const std::size_t index = path_.size() - back;
-        if (path_[index].element() == element) return &path_.at(index);
+        if (path_[path_.size() - back].element() == element) return path_.size() - back;
     }
     for (; indexed_ < path_.size(); ++indexed_) {
         pathIndex_.insert_or_assign(path_[indexed_].element(), indexed_);
@@ -139,7 +172,39 @@ Cursor* DfsStore::findUnfinished(Walk& /*walk*/, const ModelElement& element) {
     const auto place = pathIndex_.find(element);
     const bool onPath = place != pathIndex_.end() && place->second < path_.size() &&
                         path_[place->second].element() == element;
-    return onPath ? &path_.at(place->second) : nullptr;
+    return onPath ? place->second : notOnPath;
+}
+
+Meeting DfsStore::meeting(Walk& walk) {
+    if (path_.empty()) return waiting_.empty() ? Meeting::None : Meeting::Input;
+    if (!isOnLink()) return path_.size() == 1 ? Meeting::Input : Meeting::First;
+    const Lent<ModelElement> target = path_.back().target();
+    if (!walk.hasEntered(target.get())) return Meeting::Boundary;
+    return placeOf(target.get()) == notOnPath ? Meeting::Done : Meeting::Open;
+}
+
+std::vector<Link> DfsStore::linksTo(std::size_t index) const {
+    std::vector<Link> links;
+    links.reserve(index + 2);
+    for (std::size_t i = 0; i <= index; ++i) links.push_back(linkTo(i).get());
+    return links;
+}
+
+std::vector<Link> DfsStore::path(const Walk& /*walk*/) const {
+    if (path_.empty()) {
+        return waiting_.empty() ? std::vector<Link>() : std::vector{waiting_.back().get()};
+    }
+    std::vector<Link> links = linksTo(path_.size() - 1);
+    if (isOnLink()) {
+        const Cursor& last = path_[path_.size() - 1];
+        links.emplace_back(last.element(), last.target().get(), last.setting().property(), false);
+    }
+    return links;
+}
+
+std::vector<Link> DfsStore::pathTo(Walk& walk, const ModelElement& element) {
+    const std::size_t place = placeOf(element);
+    return place == notOnPath ? walk.ways().to(element) : linksTo(place);
 }
 
 }  // namespace

@@ -36,7 +36,9 @@ ElementProgress::~ElementProgress() = default;
 
 Link ElementProgress::advanceAndGetCurrent() {
     const Cursor& cursor = kept_->cursor;
-    if (!kept_->cursor.step()) return Link::empty();
+    Cursor::Step step = kept_->cursor.step();
+    while (step == Cursor::Step::NoValues) step = kept_->cursor.step();
+    if (step == Cursor::Step::Over) return Link::empty();
     return Link(cursor.element(), cursor.target().get(), cursor.setting().property());
 }
 bool ElementProgress::processedAll() {

@@ -28,23 +28,31 @@ class LinkQueue {
               const ModelElement& target, bool cascade) noexcept
             : source_(source),
               target_(target),
-              settingAndCascade_(reinterpret_cast<std::uintptr_t>(setting) | (cascade ? 1U : 0U)) {}
+              settingAndFlags_(reinterpret_cast<std::uintptr_t>(setting) |
+                               (cascade ? cascadeBit : 0)) {}
 
         const ModelElement& source() const noexcept { return source_.get(); }
         const ModelElement& target() const noexcept { return target_.get(); }
         const AssociationSetting* setting() const noexcept {
-            return reinterpret_cast<const AssociationSetting*>(settingAndCascade_ & ~cascadeBit);
+            return reinterpret_cast<const AssociationSetting*>(settingAndFlags_ & ~flags);
         }
-        bool shouldCascade() const noexcept { return (settingAndCascade_ & cascadeBit) != 0; }
+        bool shouldCascade() const noexcept { return (settingAndFlags_ & cascadeBit) != 0; }
+        /// Whether the walk was not let into the target.
+        bool isBoundary() const noexcept { return (settingAndFlags_ & boundaryBit) != 0; }
+        void setBoundary() noexcept {
+            settingAndFlags_ = (settingAndFlags_ & ~flags) | boundaryBit;
+        }
         LentLink link() const noexcept;
 
       private:
         static constexpr std::uintptr_t cascadeBit = 1;
-        static_assert(alignof(AssociationSetting) > cascadeBit);
+        static constexpr std::uintptr_t boundaryBit = 2;
+        static constexpr std::uintptr_t flags = 3;
+        static_assert(alignof(AssociationSetting) > flags);
 
         Lent<ModelElement> source_;
         Lent<ModelElement> target_;
-        std::uintptr_t settingAndCascade_ = 0;
+        std::uintptr_t settingAndFlags_ = 0;
     };
 
     LinkQueue() = default;
