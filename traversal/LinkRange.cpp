@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "traversal/internal/Walk.h"
+
 namespace nuv::zero::traversal {
 
 LinkRange::LinkRange(std::shared_ptr<internal::TraversalResult> result)
@@ -21,24 +23,48 @@ LinkRange& LinkRange::operator=(LinkRange&& other) noexcept {
 }
 LinkRange::~LinkRange() = default;
 
-void LinkRange::start() {
+/// Makes the walk, before its first step.
+void LinkRange::prepare() {
+    if (walk_) return;
     if (result_) {
+        walk_.emplace(result_->prepare());
+    } else {
+        walk_.emplace();
+    }
+}
+
+/// Comes to the first link.
+void LinkRange::start() {
+    if (walk_) {
+        if (!walk_->hasEnded()) walk_->advance();
+    } else if (result_) {
+        // Made only together with its first step: one that throws leaves nothing behind.
         walk_.emplace(result_);
     } else {
         walk_.emplace();
     }
 }
 
-void LinkRange::pruneAllChildren() {
-    if (walk_) walk_->pruneAllChildren();
+Progress LinkRange::advanceWithin(std::size_t& steps) {
+    prepare();
+    return walk_->advanceWithin(steps);
 }
 
-void LinkRange::pruneChildren(const meta::Property& property) {
-    if (walk_) walk_->pruneChildren(property);
+const internal::Link& LinkRange::getCurrent() const {
+    static const internal::Link none;
+    return walk_ ? walk_->getCurrent() : none;
 }
 
-void LinkRange::pruneSiblings() {
-    if (walk_) walk_->pruneSiblings();
+Pruned LinkRange::pruneAllChildren() {
+    return walk_ && walk_->walk_ ? walk_->walk_->pruneAllChildren() : Pruned::Nothing;
+}
+
+Pruned LinkRange::pruneChildren(const meta::Property& property) {
+    return walk_ && walk_->walk_ ? walk_->walk_->pruneChildren(property) : Pruned::Nothing;
+}
+
+Pruned LinkRange::pruneSiblings() {
+    return walk_ && walk_->walk_ ? walk_->walk_->pruneSiblings() : Pruned::Nothing;
 }
 
 }  // namespace nuv::zero::traversal

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "traversal/Export.h"
 #include "traversal/internal/TraversalResult.h"
@@ -45,13 +46,40 @@ class MODELING_NUV0_TRAVERSAL_EXPORT LinkRange {
     inline iterator begin();
     std::default_sentinel_t end() const noexcept { return std::default_sentinel; }
 
-    /// Prunes as the operations of the same names of `IterationContext` do. Before the first
-    /// `begin()` they do nothing.
-    void pruneAllChildren();
-    void pruneChildren(const meta::Property& property);
-    void pruneSiblings();
+    /// Prunes as the operations of the same names of `IterationContext` do, and says what became of
+    /// it. Before the first step they do nothing.
+    Pruned pruneAllChildren();
+    Pruned pruneChildren(const meta::Property& property);
+    Pruned pruneSiblings();
+
+    /// As `IterationContext::advanceWithin`. The first step may be one of these as well: a
+    /// `begin()` behind them goes on to the first link where none has been found yet.
+    Progress advanceWithin(std::size_t& steps);
+    /// The link that the walk stands on; the empty link before the first step and at the end.
+    const internal::Link& getCurrent() const;
+
+    // Where the walk stands: as the operations of the same names of `IterationContext`. Before the
+    // first step, as at the end.
+
+    std::size_t depth() const noexcept { return walk_ ? walk_->depth() : 0; }
+    Meeting meeting() const { return walk_ ? walk_->meeting() : Meeting::None; }
+    std::vector<internal::Link> path() const {
+        return walk_ ? walk_->path() : std::vector<internal::Link>();
+    }
+    std::vector<internal::Link> pathTo(const ModelElement& element) const {
+        return walk_ ? walk_->pathTo(element) : std::vector<internal::Link>();
+    }
+    std::vector<internal::Link> cycle() const {
+        return walk_ ? walk_->cycle() : std::vector<internal::Link>();
+    }
+    bool hasEntered(const ModelElement& element) const {
+        return walk_ && walk_->hasEntered(element);
+    }
+    std::size_t enteredCount() const noexcept { return walk_ ? walk_->enteredCount() : 0; }
+    std::size_t waitingCount() const noexcept { return walk_ ? walk_->waitingCount() : 0; }
 
   private:
+    void prepare();
     void start();
 
     std::shared_ptr<internal::TraversalResult> result_;
@@ -90,7 +118,7 @@ class LinkRange::iterator {
 };
 
 inline LinkRange::iterator LinkRange::begin() {
-    if (!walk_) start();
+    if (!walk_ || !walk_->getCurrent()) start();
     return iterator(&*walk_);
 }
 

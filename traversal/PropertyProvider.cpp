@@ -1,5 +1,6 @@
 #include "traversal/PropertyProvider.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace nuv::zero::traversal {
@@ -27,6 +28,14 @@ std::shared_ptr<std::vector<AssociationSetting>> PropertyProvider::getProperties
     const Class& type = access::classOf(element);
     const Settings* known = settingsCache_.find(type);
     return known != nullptr ? *known : compute(type);
+}
+
+bool PropertyProvider::isFollowed(const Class& type, const Property& property) {
+    const Settings* known = settingsCache_.find(type);
+    return known != nullptr &&
+           std::any_of((*known)->begin(), (*known)->end(), [&](const AssociationSetting& setting) {
+               return setting.property() == property;
+           });
 }
 
 const PropertyProvider::Settings& PropertyProvider::compute(const Class& type) {

@@ -70,6 +70,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
         return known != nullptr ? **known : *compute(type);
     }
     MODELING_NUV0_TRAVERSAL_LOCAL const Settings& compute(const Class& type);
+    /// Whether a property is among the settings of a class that elements were met of.
+    MODELING_NUV0_TRAVERSAL_LOCAL bool isFollowed(const Class& type, const Property& property);
     const CompositeMatcher* rulesOf(const Property& property) const {
         const CompositeMatcher* const* rules = property ? rules_->index.find(property) : nullptr;
         return rules == nullptr ? nullptr : *rules;

@@ -26,6 +26,21 @@ ResultSetup& ResultSetup::filterByReference(
     return *this;
 }
 
+ResultSetup& ResultSetup::descend(const std::function<bool(const internal::Link&)>& predicate) {
+    result_->boundaries_.push_back(predicate);
+    return *this;
+}
+
+ResultSetup& ResultSetup::upTo(std::size_t distance) {
+    result_->upTo_ = distance;
+    return *this;
+}
+
+ResultSetup& ResultSetup::rememberPaths() {
+    result_->remembersPaths_ = true;
+    return *this;
+}
+
 ResultSetup& ResultSetup::unique(UniquenessMode mode) {
     result_->uniqueness_ = mode;
     return *this;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <type_traits>
@@ -46,6 +47,34 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
         return filterByReference(std::forward<Filter>(filter));
     }
     ResultSetup& unique(UniquenessMode mode);
+
+    /// Adds a boundary: a predicate that is asked once for each link with a property that would
+    /// enter its target, and says whether it does. Where it answers no, the link is reported as any
+    /// other, with `shouldCascade()` false, and its target is not entered: a later link may enter
+    /// it. Inputs are always entered. Several predicates must all agree; the first that does not
+    /// ends the question.
+    ///
+    ///     ResultSetup(result).descend([&](const Link& link) { return isInside(link.getTarget());
+    ///     });
+    ///
+    /// Asked before the target is entered, so before the link is tried and before events of its
+    /// target. A predicate that throws ends the step; the link is lost. For a predicate that looks
+    /// at the link alone, the three orders enter the same elements. Walks under way ask a new one
+    /// from their next link on. An empty function fails with `std::bad_function_call`.
+    ResultSetup& descend(const std::function<bool(const internal::Link&)>& predicate);
+    /// Goes on only from elements whose distance from the nearest input is below `distance`: 0
+    /// reports the inputs themselves, 1 the links that leave them. The same links in every order.
+    /// The last call wins; walks under way do not see it.
+    ///
+    /// Distances are counted in links that the rules follow and that boundaries let pass; what the
+    /// caller prunes, filters and policies take no part. A breadth-first walk from one input knows
+    /// them as it goes. Any other walk begins with a silent breadth-first pass from all inputs, up
+    /// to the distance: it costs about as much as that part of the walk, asks boundaries besides,
+    /// and is part of the first step.
+    ResultSetup& upTo(std::size_t distance);
+    /// Lets walks remember how they came to each element, for `path()` breadth-first and `pathTo()`
+    /// in any order. Walks under way do not see it.
+    ResultSetup& rememberPaths();
 
   private:
     ResultSetup& filterByReference(

@@ -175,15 +175,17 @@ bool BfsStore::startTurn(Walk& walk) {
     }
     // Before anything else that may fail: what fails is tried again.
     begun_.insert(element);
-    const Cursor::Settings& settings =
-        isInput ? walk.enter(element, nullptr, level_) : walk.settingsOf(element, level_);
+    const bool mayLeave = walk.mayLeave(element, level_);
+    const Cursor::Settings& settings = isInput    ? walk.enter(element, nullptr, level_)
+                                       : mayLeave ? walk.settingsOf(element)
+                                                  : Walk::noSettings;
     if (isInput) {
         // Nothing else waits when an input has its turn.
         observers_.clear();
         frontObserver_ = walk.observer();
     }
     const auto waiting = parked_.empty() ? parked_.end() : parked_.find(element);
-    if (waiting == parked_.end() || settings.empty()) {
+    if (waiting == parked_.end() || !mayLeave) {
         turn_.restart(element, observerOfFront(), settings);
     } else {
         turn_ = std::move(waiting->second);
@@ -273,11 +275,9 @@ Meeting BfsStore::meeting(Walk& walk) {
 
 std::vector<Link> BfsStore::path(const Walk& walk) const {
     const Ways& ways = walk.ways();
-    const ModelElement& target = handled_.target();
-    if (handled_.setting() == nullptr) return ways.to(target);
+    if (handled_.setting() == nullptr) return ways.to(handled_.target());
     std::vector<Link> path = ways.to(handled_.source());
-    path.emplace_back(handled_.source(), target, handled_.setting()->property(),
-                      handled_.shouldCascade());
+    path.push_back(handled_.link().get());
     return path;
 }
 

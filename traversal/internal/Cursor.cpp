@@ -81,8 +81,7 @@ void Cursor::exitElement() {
 Pruned Cursor::pruneAllChildren() noexcept {
     // A property that is being entered counts as one to come.
     const std::uint32_t current = place_ == Place::InProperty && valueCount_ != 0 ? 1 : 0;
-    const bool hasMore =
-        !isFinished_ && (settingsLeft_ > current || valueIndex_ + 1 < valueCount_);
+    const bool hasMore = !isFinished_ && (settingsLeft_ > current || valueIndex_ + 1 < valueCount_);
     isFinished_ = true;
     valueCount_ = std::min(valueCount_, valueIndex_ + 1);
     return hasMore ? Pruned::Cut : Pruned::TooLate;

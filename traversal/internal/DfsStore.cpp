@@ -53,7 +53,7 @@ class DfsStore final : public AbstractStore {
         }
         return Outcome::NothingLeft;
     }
-    Cursor* findUnfinished(Walk& walk, const ModelElement& element) override {
+    Cursor* findUnfinished(Walk& /*walk*/, const ModelElement& element) override {
         const std::size_t place = placeOf(element);
         return place == notOnPath ? nullptr : &path_.at(place);
     }
@@ -73,9 +73,7 @@ class DfsStore final : public AbstractStore {
     LentLink linkTo(std::size_t index) const;
     std::vector<Link> linksTo(std::size_t index) const;
     /// Whether the walk stands on a link of the innermost cursor, instead of on the one to it.
-    bool isOnLink() const noexcept {
-        return !path_.empty() && path_[path_.size() - 1].isOnLink();
-    }
+    bool isOnLink() const noexcept { return !path_.empty() && path_[path_.size() - 1].isOnLink(); }
     std::size_t placeOf(const ModelElement& element);
     bool enterInput(Walk& walk);
     /// How taking the links of one cursor came to an end.
@@ -197,7 +195,8 @@ std::vector<Link> DfsStore::path(const Walk& /*walk*/) const {
     std::vector<Link> links = linksTo(path_.size() - 1);
     if (isOnLink()) {
         const Cursor& last = path_[path_.size() - 1];
-        links.emplace_back(last.element(), last.target().get(), last.setting().property(), false);
+        const LentLink link(last.element(), last.target().get(), last.setting().property(), false);
+        links.push_back(link.get());
     }
     return links;
 }

@@ -28,6 +28,9 @@ TraversalResult::IterationContext::IterationContext(const std::shared_ptr<Traver
     advance();
 }
 
+TraversalResult::IterationContext::IterationContext(std::unique_ptr<Walk> walk) noexcept
+    : walk_(std::move(walk)), current_(&walk_->current()) {}
+
 TraversalResult::IterationContext::IterationContext(const IterationContext& other)
     : walk_(other.walk_ ? std::make_unique<Walk>(*other.walk_) : nullptr),
       current_(walk_ ? &walk_->current() : &emptyLink()) {}
@@ -53,29 +56,63 @@ TraversalResult::IterationContext::~IterationContext() = default;
 bool TraversalResult::IterationContext::operator==(const IterationContext& other) const {
     if (walk_ && other.walk_) return walk_->standsWhere(*other.walk_);
     if (!walk_ && !other.walk_) return true;
-    return !(walk_ ? *this : other).getCurrent();
+    return (walk_ ? *this : other).hasEnded();
 }
 
 void TraversalResult::IterationContext::advance() {
     if (walk_) walk_->advance();
 }
 
+bool TraversalResult::IterationContext::hasEnded() const noexcept {
+    return !walk_ || walk_->hasEnded();
+}
+
+Progress TraversalResult::IterationContext::advanceWithin(std::size_t& steps) {
+    return walk_ ? walk_->advanceWithin(steps) : Progress::Ended;
+}
+
+std::size_t TraversalResult::IterationContext::depth() const noexcept {
+    return walk_ ? walk_->depth() : 0;
+}
+
+Meeting TraversalResult::IterationContext::meeting() const {
+    return walk_ ? walk_->meeting() : Meeting::None;
+}
+
+std::vector<Link> TraversalResult::IterationContext::path() const {
+    return walk_ ? walk_->path() : std::vector<Link>();
+}
+
+std::vector<Link> TraversalResult::IterationContext::pathTo(const ModelElement& element) const {
+    return walk_ ? walk_->pathTo(element) : std::vector<Link>();
+}
+
+std::vector<Link> TraversalResult::IterationContext::cycle() const {
+    return walk_ ? walk_->cycle() : std::vector<Link>();
+}
+
+bool TraversalResult::IterationContext::hasEntered(const ModelElement& element) const {
+    return walk_ && walk_->hasEntered(element);
+}
+
+std::size_t TraversalResult::IterationContext::enteredCount() const noexcept {
+    return walk_ ? walk_->enteredCount() : 0;
+}
+
+std::size_t TraversalResult::IterationContext::waitingCount() const noexcept {
+    return walk_ ? walk_->waitingCount() : 0;
+}
+
 void TraversalResult::IterationContext::pruneAllChildren() {
-    if (!walk_) return;
-    Cursor* cursor = walk_->findUnfinished(getCurrent().getTarget());
-    if (cursor != nullptr) cursor->pruneAllChildren();
+    if (walk_) walk_->pruneAllChildren();
 }
 
 void TraversalResult::IterationContext::pruneChildren(const meta::Property& property) {
-    if (!walk_) return;
-    Cursor* cursor = walk_->findUnfinished(getCurrent().getTarget());
-    if (cursor != nullptr) cursor->pruneProperty(property);
+    if (walk_) walk_->pruneChildren(property);
 }
 
 void TraversalResult::IterationContext::pruneSiblings() {
-    if (!walk_) return;
-    Cursor* cursor = walk_->findUnfinished(getCurrent().getSource());
-    if (cursor != nullptr) cursor->pruneCurrentProperty();
+    if (walk_) walk_->pruneSiblings();
 }
 
 }  // namespace nuv::zero::traversal::internal

@@ -2,6 +2,7 @@
 
 #include "traversal/PropertyProvider.h"
 #include "traversal/internal/UniquenessMaintainer.h"
+#include "traversal/internal/Walk.h"
 
 namespace nuv::zero::traversal::internal {
 
@@ -25,8 +26,20 @@ void TraversalResult::addFilter(const std::function<ResultPolicy(Link)>& filter)
     filters_.emplace_back(filter);
 }
 
+bool TraversalResult::mayDescend(const Link& link) const {
+    // By index: a predicate may add another.
+    for (std::size_t index = 0; index < boundaries_.size(); ++index) {
+        if (!boundaries_[index](link)) return false;
+    }
+    return true;
+}
+
 void TraversalResult::doAttach(TraversalProcessor* processor) {
     processor_ = processor;
+}
+
+TraversalResult::IterationContext TraversalResult::prepare() {
+    return IterationContext(std::make_unique<Walk>(shared_from_this()));
 }
 
 std::unique_ptr<UniquenessMaintainer> TraversalResult::createUniquenessMaintainer() const {

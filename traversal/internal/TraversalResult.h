@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "model/Framework.h"
@@ -55,6 +56,9 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     /// A new walk, standing on its first link. Throws `std::bad_weak_ptr` when no shared pointer
     /// owns the result, and whatever the walk's first step throws.
     IterationContext begin();
+    /// A new walk that has not taken its first step: it stands on no link, and has not ended. What
+    /// `begin` may take long for is left to `advanceWithin`.
+    IterationContext prepare();
 
   private:
     friend class traversal::ResultSetup;
@@ -71,6 +75,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
         return ResultPolicy::Report;
     }
     bool hasFilters() const noexcept { return !filters_.empty(); }
+    bool hasBoundaries() const noexcept { return !boundaries_.empty(); }
+    bool mayDescend(const Link& link) const;
     void doAttach(TraversalProcessor* processor);
     std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer() const;
     bool isDepthFirst() const noexcept { return algo_ != Algo::BreadthFirst; }
@@ -83,6 +89,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     bool dropsPseudoLinks_;
     /// Stay where they are while one of them adds another.
     std::deque<Filter> filters_;
+    /// What has to agree that a link enters its target; stay where they are for the same reason.
+    std::deque<std::function<bool(const Link&)>> boundaries_;
+    /// The distance from the nearest input at which walks end.
+    std::optional<std::size_t> upTo_;
+    bool remembersPaths_ = false;
     Algo algo_;
     UniquenessMode uniqueness_ = UniquenessMode::NoUniqueness;
 };
@@ -142,6 +153,47 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     /// The link that the walk stands on; the empty link at the end. The reference stays; the link
     /// changes with each `advance`. Copy it to keep it.
     const Link& getCurrent() const { return *current_; }
+    /// Whether nothing is left of the walk.
+    bool hasEnded() const noexcept;
+
+    /// The same as `advance`, but for as many steps at most: a step is a bounded piece of work, a
+    /// link met, a property looked at, an element left or an input begun. What is not used of them
+    /// is left in the argument, also when something is thrown.
+    ///
+    ///     for (std::size_t steps = 1000; walk.advanceWithin(steps) == Progress::Paused;) {
+    ///         if (isCancelled()) return;
+    ///         steps = 1000;
+    ///     }
+    ///
+    /// A paused walk keeps its current link and goes on with the next step of either kind. All
+    /// other operations work on it as on any other walk.
+    Progress advanceWithin(std::size_t& steps);
+
+    // Where the walk stands: at the link that it handled last. After a step that is the current
+    // link. In a callback it is the link that is being handled, and after a step that was paused or
+    // has failed the place where that stopped.
+
+    /// How many links lead from the input to the target of the link, on the way that the walk went;
+    /// 0 for an input, and at the end.
+    std::size_t depth() const noexcept;
+    /// How the target was met, as far as the walk has gone. Breadth-first, a link to an element
+    /// that was entered before is handled when its own turn comes, and answers for that moment.
+    Meeting meeting() const;
+    /// The links from the input's own link to the link; none at the end. For a link that does not
+    /// lead on, the path to its source and then the link. Costs what it returns. Breadth-first the
+    /// walk has to have remembered how it came to its elements: without
+    /// `ResultSetup::rememberPaths()` this throws `std::logic_error`.
+    std::vector<Link> path() const;
+    /// The same for an element that the walk has entered; empty for any other. Depth-first, what is
+    /// not on the path any more has to have been remembered too.
+    std::vector<Link> pathTo(const ModelElement& element) const;
+    /// For a link that is met as `Open` depth-first, the links of the cycle that it closes, the
+    /// link itself last; empty for any other, and breadth-first.
+    std::vector<Link> cycle() const;
+    bool hasEntered(const ModelElement& element) const;
+    std::size_t enteredCount() const noexcept;
+    /// How many links the frontier holds: depth-first those of the path, breadth-first the queue.
+    std::size_t waitingCount() const noexcept;
 
     /// Nothing below the current target, as far as it was not produced yet.
     void pruneAllChildren();
@@ -151,6 +203,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     void pruneSiblings();
 
   private:
+    friend class TraversalResult;
+    friend class traversal::LinkRange;
+    explicit IterationContext(std::unique_ptr<Walk> walk) noexcept;
+
     /// None for the end of every walk.
     std::unique_ptr<Walk> walk_;
     /// The walk's current link.

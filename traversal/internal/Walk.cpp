@@ -1,5 +1,6 @@
 #include "traversal/internal/Walk.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -21,6 +22,19 @@ class Step {
     bool& isUnderWay_;
 };
 
+/// Gives back what is left of a budget, however the step ends.
+class Returned {
+  public:
+    Returned(std::size_t& steps, const std::size_t& left) noexcept : steps_(steps), left_(left) {}
+    Returned(const Returned&) = delete;
+    Returned& operator=(const Returned&) = delete;
+    ~Returned() { steps_ = left_; }
+
+  private:
+    std::size_t& steps_;
+    const std::size_t& left_;
+};
+
 }  // namespace
 
 const Cursor::Settings Walk::noSettings;
@@ -30,6 +44,11 @@ Walk::Walk(std::shared_ptr<TraversalResult> result)
       store_(result_->isDepthFirst() ? makeDfsStore() : makeBfsStore()),
       maintainer_(result_->createUniquenessMaintainer()) {
     if (!maintainer_->remembers()) maintainer_.reset();
+    if (result_->upTo_) {
+        const bool isKnownByDepth = !result_->isDepthFirst() && result_->inputs_.size() == 1;
+        reach_ = std::make_unique<Reach>(*result_->upTo_, isKnownByDepth);
+    }
+    if (result_->remembersPaths_) ways_ = std::make_unique<Ways>();
 }
 
 Walk::Walk(const Walk& other)
@@ -39,8 +58,11 @@ Walk::Walk(const Walk& other)
       store_(other.store_->clone()),
       maintainer_(other.maintainer_ ? other.maintainer_->clone() : nullptr),
       current_(other.current_),
+      reach_(other.reach_ ? std::make_unique<Reach>(*other.reach_) : nullptr),
+      ways_(other.ways_ ? std::make_unique<Ways>(*other.ways_) : nullptr),
       nextInput_(other.nextInput_),
-      currentInput_(other.currentInput_) {}
+      currentInput_(other.currentInput_),
+      hasEnded_(other.hasEnded_) {}
 
 Walk::~Walk() = default;
 
@@ -51,8 +73,35 @@ void Walk::refuse() {
 void Walk::advance() {
     refuseWhileUnderWay();
     const Step step(isUnderWay_);
-    while (!store_->advance(*this)) {
-        if (!startNextInput()) return;
+    stepsLeft_ = withoutLimit;
+    goOn();
+}
+
+Progress Walk::advanceWithin(std::size_t& steps) {
+    refuseWhileUnderWay();
+    if (hasEnded_) return Progress::Ended;
+    const Step step(isUnderWay_);
+    stepsLeft_ = steps;
+    const Returned returned(steps, stepsLeft_);
+    return goOn();
+}
+
+Progress Walk::goOn() {
+    while (true) {
+        if (reach_ != nullptr && !reach_->isExplored() &&
+            !reach_->explore(*this, result_->inputs_)) {
+            return Progress::Paused;
+        }
+        switch (store_->advance(*this)) {
+            case AbstractStore::Outcome::Reported:
+                return Progress::OnLink;
+            case AbstractStore::Outcome::Paused:
+                return Progress::Paused;
+            case AbstractStore::Outcome::NothingLeft:
+                break;
+        }
+        if (!mayGoOn()) return Progress::Paused;
+        if (!startNextInput()) return Progress::Ended;
     }
 }
 
@@ -66,10 +115,69 @@ Cursor* Walk::findUnfinished(const ModelElement& element) {
     return hasEntered(element) ? store_->findUnfinished(*this, element) : nullptr;
 }
 
+Pruned Walk::pruneAllChildren() {
+    const ModelElement& target = current().getTarget();
+    Cursor* cursor = findUnfinished(target);
+    const Pruned pruned = cursor == nullptr ? Pruned::TooLate : cursor->pruneAllChildren();
+    return target && hasEntered(target) ? pruned : Pruned::Nothing;
+}
+
+Pruned Walk::pruneChildren(const meta::Property& property) {
+    const ModelElement& target = current().getTarget();
+    Cursor* cursor = findUnfinished(target);
+    const Pruned pruned = cursor == nullptr ? Pruned::TooLate : cursor->pruneProperty(property);
+    const bool isFollowed = target && hasEntered(target) &&
+                            result_->provider_->isFollowed(access::classOf(target), property);
+    return isFollowed ? pruned : Pruned::Nothing;
+}
+
+Pruned Walk::pruneSiblings() {
+    const ModelElement& source = current().getSource();
+    Cursor* cursor = findUnfinished(source);
+    const Pruned pruned = cursor == nullptr ? Pruned::TooLate : cursor->pruneCurrentProperty();
+    return source ? pruned : Pruned::Nothing;
+}
+
+std::vector<Link> Walk::pathTo(const ModelElement& element) {
+    return hasEntered(element) ? store_->pathTo(*this, element) : std::vector<Link>();
+}
+
+/// The way from the target of the link on which the walk stands, back to it over that link.
+std::vector<Link> Walk::cycle() {
+    if (!result_->isDepthFirst() || meeting() != Meeting::Open) return {};
+    std::vector<Link> links = path();
+    const ModelElement& target = links.back().getTarget();
+    const auto entered = std::find_if(links.begin(), links.end(),
+                                      [&](const Link& link) { return link.getTarget() == target; });
+    links.erase(links.begin(), entered + 1);
+    return links;
+}
+
+const Ways& Walk::ways() const {
+    if (ways_ != nullptr) return *ways_;
+    throw std::logic_error(
+        "This walk does not remember how it came to its elements: call "
+        "ResultSetup::rememberPaths() before the walk begins.");
+}
+
+void Walk::rememberWay(const ModelElement& element, const Cursor* from) noexcept {
+    if (from == nullptr) {
+        ways_->remember(element, ModelElement(), nullptr);
+    } else {
+        ways_->remember(element, from->element(), &from->setting());
+    }
+}
+
+bool Walk::mayDescend(const Cursor& from, const ModelElement& target) {
+    const LentLink link(from.element(), target, from.setting().property());
+    return result_->mayDescend(link.get());
+}
+
 bool Walk::startNextInput() {
     notifyExitInput();
     if (nextInput_ == result_->inputs_.size()) {
         current_ = LentLink();
+        hasEnded_ = true;
         return false;
     }
     // Moved on before the event: an observer that throws loses this input, not the whole walk.

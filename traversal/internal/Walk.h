@@ -2,14 +2,17 @@
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 #include "model/Compiler.h"
 #include "traversal/PropertyProvider.h"
 #include "traversal/internal/AbstractStore.h"
 #include "traversal/internal/Cursor.h"
 #include "traversal/internal/LentLink.h"
+#include "traversal/internal/Reach.h"
 #include "traversal/internal/TraversalResult.h"
 #include "traversal/internal/UniquenessMaintainer.h"
+#include "traversal/internal/Ways.h"
 #include "traversal/support/ElementSet.h"
 
 namespace nuv::zero::traversal::internal {
@@ -33,6 +36,11 @@ class Walk {
     const Link& current() const noexcept { return current_.get(); }
     /// Moves on to the next link, or to the empty link at the end.
     void advance();
+    /// The same, but for as many steps at most; what is left of them is left in the argument, also
+    /// where something is thrown.
+    Progress advanceWithin(std::size_t& steps);
+    /// Whether the walk has come to its end, where nothing is left.
+    bool hasEnded() const noexcept { return hasEnded_; }
     /// Throws `std::logic_error` when one of the walk's own callbacks is running: another step
     /// would pull the cursors out from under the one that called it.
     void refuseWhileUnderWay() const {
@@ -40,8 +48,21 @@ class Walk {
     }
     bool standsWhere(const Walk& other) const;
 
-    /// The cursor of an element that may still give links, to prune it; null where there is none.
-    Cursor* findUnfinished(const ModelElement& element);
+    // Prune what the operations of `IterationContext` of the same names say.
+
+    Pruned pruneAllChildren();
+    Pruned pruneChildren(const meta::Property& property);
+    Pruned pruneSiblings();
+
+    // Where the walk stands; see `IterationContext`.
+
+    std::size_t depth() const noexcept { return store_->depth(); }
+    Meeting meeting() { return store_->meeting(*this); }
+    std::vector<Link> path() const { return store_->path(*this); }
+    std::vector<Link> pathTo(const ModelElement& element);
+    std::vector<Link> cycle();
+    std::size_t enteredCount() const noexcept { return entered_.size(); }
+    std::size_t waitingCount() const noexcept { return store_->size(); }
 
     // What follows is for the frontier.
 
@@ -49,17 +70,43 @@ class Walk {
     /// The observer that elements are entered under at this moment.
     TraversalProcessor* observer() const noexcept { return result_->processor_; }
 
+    /// Takes one step off the budget; false when it is used up.
+    bool mayGoOn() noexcept {
+        if (stepsLeft_ == 0) return false;
+        --stepsLeft_;
+        return true;
+    }
+
     bool hasEntered(const ModelElement& element) noexcept { return entered_.contains(element); }
-    /// Enters an element: it is kept alive and never entered again, and the settings of its class
-    /// say what to follow from it. Throws what a predicate, the model or an allocation throws, and
-    /// then the element is not entered. REQUIRES: the element was not entered.
-    const Cursor::Settings& enter(const ModelElement& element) {
+    /// Whether the link on which a cursor stands may enter its target. Throws what a predicate
+    /// throws. REQUIRES: the target was not entered.
+    bool leadsOn(const Cursor& from, const ModelElement& target) {
+        return !result_->hasBoundaries() || mayDescend(from, target);
+    }
+    /// Whether what leaves an entered element is followed, at that depth.
+    bool mayLeave(const ModelElement& element, std::size_t depth) noexcept {
+        return reach_ == nullptr || reach_->contains(element, depth);
+    }
+    /// Enters an element, from a cursor that stands on a link to it or, as an input, from none: it
+    /// is kept alive and never entered again, and the settings of its class say what to follow from
+    /// it. Throws what a predicate, the model or an allocation throws, and then the element is not
+    /// entered. REQUIRES: the element was not entered.
+    const Cursor::Settings& enter(const ModelElement& element, const Cursor* from,
+                                  std::size_t depth) {
         // What may run the caller's code comes first: it sees the walk as it was.
-        const Cursor::Settings& settings = settingsOf(element);
+        const Cursor::Settings& settings =
+            mayLeave(element, depth) ? settingsOf(element) : noSettings;
+        if (ways_ != nullptr) ways_->reserveOne();
         keeper_.pin(element);
         entered_.insert(element);
+        if (ways_ != nullptr) rememberWay(element, from);
         return settings;
     }
+    /// Keeps an element alive that was found, but not entered.
+    void pin(const ModelElement& element) { keeper_.pin(element); }
+    /// How the walk came to what it has entered. Throws `std::logic_error` where it was not asked
+    /// to remember that.
+    const Ways& ways() const;
     /// The settings of an element's class.
     const Cursor::Settings& settingsOf(const ModelElement& element) {
         return element ? result_->provider_->settingsOf(access::classOf(element)) : noSettings;
@@ -84,11 +131,18 @@ class Walk {
         WalkSupport::prefetch(element);
     }
 
-  private:
+    /// What is followed from elements from which nothing is.
     static const Cursor::Settings noSettings;
 
+  private:
+    static constexpr std::size_t withoutLimit = static_cast<std::size_t>(-1);
+
     [[noreturn]] static void refuse();
+    Cursor* findUnfinished(const ModelElement& element);
+    Progress goOn();
     bool startNextInput();
+    bool mayDescend(const Cursor& from, const ModelElement& target);
+    void rememberWay(const ModelElement& element, const Cursor* from) noexcept;
     static bool isSilent(const ModelElement& source, const AssociationSetting& setting) {
         const CompositeMatcher* rules = setting.rules();
         const ResultPolicy policy =
@@ -108,9 +162,15 @@ class Walk {
     /// None where every repeat is reported.
     std::unique_ptr<UniquenessMaintainer> maintainer_;
     LentLink current_;
+    /// None where the walk has no limit, or it need not remember how it came to elements.
+    std::unique_ptr<Reach> reach_;
+    std::unique_ptr<Ways> ways_;
     std::size_t nextInput_ = 0;
     ModelElement currentInput_;
+    /// What a step has left of its budget.
+    std::size_t stepsLeft_ = withoutLimit;
     bool isUnderWay_ = false;
+    bool hasEnded_ = false;
 };
 
 }  // namespace nuv::zero::traversal::internal

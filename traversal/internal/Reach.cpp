@@ -1,0 +1,54 @@
+#include "traversal/internal/Reach.h"
+
+#include <algorithm>
+
+#include "traversal/internal/Walk.h"
+
+namespace nuv::zero::traversal::internal {
+
+bool Reach::explore(Walk& walk, const std::vector<ModelElement>& inputs) {
+    for (; limit_ != 0 && inputsTaken_ != inputs.size(); ++inputsTaken_) {
+        if (!walk.mayGoOn()) return false;
+        add(walk, inputs[inputsTaken_]);
+        distanceEnd_ = found_.size();
+    }
+    while (hasTurn_ || startTurn(walk)) {
+        if (!walk.mayGoOn()) return false;
+        const Cursor::Step step = turn_.step();
+        if (step == Cursor::Step::Over) hasTurn_ = false;
+        if (step != Cursor::Step::Link) continue;
+        const Lent<ModelElement> target = turn_.target();
+        if (within_.contains(target.get()) || !walk.leadsOn(turn_, target.get())) continue;
+        add(walk, target.get());
+    }
+    found_ = {};
+    turn_ = Cursor();
+    isExplored_ = true;
+    return true;
+}
+
+/// Gives the next element its turn; false when what would be found is out of reach.
+bool Reach::startTurn(Walk& walk) {
+    if (next_ == found_.size()) return false;
+    if (next_ == distanceEnd_) {
+        ++distance_;
+        distanceEnd_ = found_.size();
+    }
+    if (distance_ + 1 >= limit_) return false;
+    const ModelElement& element = found_[next_].get();
+    turn_.restart(element, nullptr, walk.settingsOf(element));
+    ++next_;
+    hasTurn_ = true;
+    return true;
+}
+
+void Reach::add(Walk& walk, const ModelElement& element) {
+    // Nothing leaves a null element.
+    if (!element || within_.contains(element)) return;
+    if (found_.size() == found_.capacity()) found_.reserve(2 * found_.size() + 16);
+    walk.pin(element);
+    within_.insert(element);
+    found_.emplace_back(element);
+}
+
+}  // namespace nuv::zero::traversal::internal
