@@ -27,15 +27,15 @@ struct CursorValues {
 struct CursorIndex {
     friend auto pointerTo(CursorIndex);
 };
-struct CursorIsStarted {
-    friend auto pointerTo(CursorIsStarted);
+struct CursorPlace {
+    friend auto pointerTo(CursorPlace);
 };
 
 template struct Expose<ContextWalk, &TraversalResult::IterationContext::walk_>;
 template struct Expose<WalkStore, &Walk::store_>;
 template struct Expose<CursorValues, &Cursor::values_>;
 template struct Expose<CursorIndex, &Cursor::valueIndex_>;
-template struct Expose<CursorIsStarted, &Cursor::isStarted_>;
+template struct Expose<CursorPlace, &Cursor::place_>;
 
 }  // namespace nuv::zero::testing_support
 
@@ -43,7 +43,7 @@ namespace nuv::zero::readme {
 
 using testing_support::ContextWalk;
 using testing_support::CursorIndex;
-using testing_support::CursorIsStarted;
+using testing_support::CursorPlace;
 using testing_support::CursorValues;
 using testing_support::WalkStore;
 using traversal::internal::AbstractStore;
@@ -58,7 +58,7 @@ SnapshotCursor cursorOf(const Cursor& cursor) {
     SnapshotCursor read;
     if (cursor.isFinished()) {
         read.state = SnapshotCursor::State::Exhausted;
-    } else if (cursor.*pointerTo(CursorIsStarted())) {
+    } else if (static_cast<int>(cursor.*pointerTo(CursorPlace())) != 0) {
         read.state = SnapshotCursor::State::UnderWay;
         const auto& values = cursor.*pointerTo(CursorValues());
         for (std::size_t i = 0; i < values.size(); ++i) {

@@ -24,12 +24,13 @@ std::unique_ptr<Walk> walkOver(const std::shared_ptr<TraversalResult>& result) {
 TraversalResult::IterationContext::IterationContext() : current_(&emptyLink()) {}
 
 TraversalResult::IterationContext::IterationContext(const std::shared_ptr<TraversalResult>& result)
-    : walk_(walkOver(result)), current_(&walk_->current()) {
+    : IterationContext(Unstarted(), result) {
     advance();
 }
 
-TraversalResult::IterationContext::IterationContext(std::unique_ptr<Walk> walk) noexcept
-    : walk_(std::move(walk)), current_(&walk_->current()) {}
+TraversalResult::IterationContext::IterationContext(Unstarted,
+                                                    const std::shared_ptr<TraversalResult>& result)
+    : walk_(walkOver(result)), current_(&walk_->current()) {}
 
 TraversalResult::IterationContext::IterationContext(const IterationContext& other)
     : walk_(other.walk_ ? std::make_unique<Walk>(*other.walk_) : nullptr),

@@ -2,7 +2,6 @@
 
 #include "traversal/PropertyProvider.h"
 #include "traversal/internal/UniquenessMaintainer.h"
-#include "traversal/internal/Walk.h"
 
 namespace nuv::zero::traversal::internal {
 
@@ -39,7 +38,7 @@ void TraversalResult::doAttach(TraversalProcessor* processor) {
 }
 
 TraversalResult::IterationContext TraversalResult::prepare() {
-    return IterationContext(std::make_unique<Walk>(shared_from_this()));
+    return IterationContext(IterationContext::Unstarted(), shared_from_this());
 }
 
 std::unique_ptr<UniquenessMaintainer> TraversalResult::createUniquenessMaintainer() const {

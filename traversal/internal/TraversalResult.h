@@ -205,7 +205,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
   private:
     friend class TraversalResult;
     friend class traversal::LinkRange;
-    explicit IterationContext(std::unique_ptr<Walk> walk) noexcept;
+    struct Unstarted {};
+    IterationContext(Unstarted, const std::shared_ptr<TraversalResult>& result);
 
     /// None for the end of every walk.
     std::unique_ptr<Walk> walk_;
