@@ -17,23 +17,32 @@ class AdditivePropertyProvider final : public PropertyProvider {
         : PropertyProvider(std::move(matchers)), traversedProperties_(std::move(properties)) {}
 
     std::vector<AssociationSetting> computeSettings(const Class& type) override {
-        std::vector<AssociationSetting> settings;
-        if (!type) return settings;
-        for (const Property& property : traversedProperties_) {
-            if (!isEligible(property)) continue;
-            const auto rules = matchers().find(property);
-            if (rules == matchers().end()) continue;
-            if (!access::hasProperty(type, property)) continue;
-            const auto [matched, policy] = rules->second.anyMatches(type);
-            if (matched) settings.emplace_back(property, policy);
-        }
-        return settings;
+        return settingsBy(decide(type));
     }
     ResultPolicy getResultPolicy(const Class& type, const Property& property) override {
         return policyOf(type, property);
     }
 
   private:
+    std::vector<PropertyDecision> decide(const Class& type) override {
+        std::vector<PropertyDecision> decisions;
+        if (!type) return decisions;
+        for (const Property& property : traversedProperties_) {
+            if (const auto obstacle = obstacleOf(property)) {
+                decisions.push_back({property, false, ResultPolicy::WalkOnly, *obstacle, nullptr});
+                continue;
+            }
+            const auto rules = matchers().find(property);
+            if (rules == matchers().end() || !access::hasProperty(type, property)) continue;
+            const auto [rule, policy] = rules->second.answer(type);
+            const bool isAccepted = rule != nullptr;
+            decisions.push_back({property, isAccepted, policy,
+                                 isAccepted ? Reason::AcceptedByRule : Reason::NoRuleAccepts,
+                                 rule});
+        }
+        return decisions;
+    }
+
     std::vector<Property> traversedProperties_;
 };
 

@@ -20,12 +20,17 @@ void CompositeMatcher::composePolicy(const Class& owner, ResultPolicy policy) {
 }
 
 std::pair<bool, ResultPolicy> CompositeMatcher::anyMatches(const Class& type) const {
-    if (const auto* rule = rules_.firstAccepting(type)) return {true, rule->policy};
-    return {false, isPruning() ? ResultPolicy::Report : ResultPolicy::WalkOnly};
+    const auto [rule, policy] = answer(type);
+    return {rule != nullptr, policy};
 }
 
 ResultPolicy CompositeMatcher::getPolicy(const Class& type) const {
-    return anyMatches(type).second;
+    return answer(type).policy;
+}
+
+CompositeMatcher::Answer CompositeMatcher::answer(const Class& type) const {
+    if (const auto* rule = rules_.firstAccepting(type)) return {rule, rule->policy};
+    return {nullptr, isPruning() ? ResultPolicy::Report : ResultPolicy::WalkOnly};
 }
 
 MODELING_NUV0_WITHOUT_QUALIFIER_REMARKS

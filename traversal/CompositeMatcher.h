@@ -54,6 +54,14 @@ class MODELING_NUV0_TRAVERSAL_EXPORT CompositeMatcher {
     std::pair<bool, ResultPolicy> anyMatches(const Class& type) const;
     /// The policy that applies to the class.
     ResultPolicy getPolicy(const Class& type) const;
+    /// The rule that answers for a class, null where none accepts it, and the policy that applies.
+    struct Answer {
+        const internal::RuleTree::Rule* rule;
+        ResultPolicy policy;
+    };
+    Answer answer(const Class& type) const;
+    /// All rules, in the order in which they are asked.
+    const internal::RuleTree& rules() const noexcept { return rules_; }
     /// Whether the answers are known without asking a predicate: the same for every class.
     bool answersAlike() const noexcept { return rules_.answersAlike(); }
     // g++ remarks that the const of a result has no effect.

@@ -21,6 +21,28 @@ PropertyProvider::IndexedRules::IndexedRules(MatchersMap given) : matchers(std::
     for (const auto& [property, rules] : matchers) index.insert(property, &rules);
 }
 
+std::vector<PropertyDecision> PropertyProvider::decide(const Class& type) {
+    std::vector<PropertyDecision> decisions;
+    for (AssociationSetting& setting : computeSettings(type)) {
+        decisions.push_back({setting.property(), true, setting.policy(), Reason::NoRules, nullptr});
+    }
+    return decisions;
+}
+
+void PropertyProvider::arrange(std::vector<PropertyDecision>& /*decisions*/) {}
+
+std::vector<AssociationSetting> PropertyProvider::settingsBy(
+    std::vector<PropertyDecision> decisions) {
+    std::erase_if(decisions, [](const PropertyDecision& decision) { return !decision.isFollowed; });
+    arrange(decisions);
+    std::vector<AssociationSetting> settings;
+    settings.reserve(decisions.size());
+    for (const PropertyDecision& decision : decisions) {
+        settings.emplace_back(decision.property, decision.policy);
+    }
+    return settings;
+}
+
 std::shared_ptr<std::vector<AssociationSetting>> PropertyProvider::getPropertiesToTraverse(
     const ModelElement& element) {
     // An element of no class has nothing to follow.

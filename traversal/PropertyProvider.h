@@ -1,11 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
 #include "traversal/AssociationSetting.h"
 #include "traversal/CompositeMatcher.h"
+#include "traversal/PropertyDecision.h"
 #include "traversal/support/FlatMap.h"
 #include "traversal/support/Lent.h"
 
@@ -40,10 +42,22 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
         const ModelElement& element);
 
   protected:
-    /// Whether a property is ever followed: it links to other elements and holds its values itself.
-    static bool isEligible(const Property& property) {
-        return property && access::isAssociation(property) && !access::isDerived(property);
+    /// Why a property is never followed; nothing where it links to other elements and holds its
+    /// values itself.
+    static std::optional<Reason> obstacleOf(const Property& property) {
+        if (!property || !access::isAssociation(property)) return Reason::NotAnAssociation;
+        if (access::isDerived(property)) return Reason::Derived;
+        return std::nullopt;
     }
+    /// What the rules decide about each property that they might follow from elements of a class:
+    /// those that are followed, in the order in which they come before `arrange`, and such as are
+    /// not. By default all that `computeSettings` gives.
+    virtual std::vector<PropertyDecision> decide(const Class& type);
+    /// Brings properties into the order in which they are followed.
+    virtual void arrange(std::vector<PropertyDecision>& decisions);
+    /// The settings that decisions come to.
+    std::vector<AssociationSetting> settingsBy(std::vector<PropertyDecision> decisions);
+
     const MatchersMap& matchers() const noexcept { return rules_->matchers; }
     /// The policy that the rules of a property give a class; `Report` without rules.
     ResultPolicy policyOf(const Class& type, const Property& property) const {
@@ -53,6 +67,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
 
   private:
     friend class internal::Walk;
+    friend class ClassExplainer;
     /// Finds the rules of a property faster than the map that holds them: links ask.
     using RuleIndex = internal::FlatMap<Property, internal::Lent<Property>, const CompositeMatcher*,
                                         internal::WalkSupport::Hash<Property>>;

@@ -4,16 +4,19 @@
 #include <utility>
 
 #include "traversal/ClassHierarchyComparator.h"
+#include "traversal/NamedPredicate.h"
 
 namespace nuv::zero::traversal::internal {
 
-RuleTree::RuleTree(const RuleTree& other) : first_(other.first_) {
+RuleTree::RuleTree(const RuleTree& other) : first_(other.first_), filed_(other.filed_) {
     nodes_.reserve(other.nodes_.size());
     for (const auto& node : other.nodes_) nodes_.push_back(std::make_unique<Node>(*node));
 }
 
 RuleTree::RuleTree(RuleTree&& other) noexcept
-    : nodes_(std::exchange(other.nodes_, {})), first_(std::exchange(other.first_, none)) {}
+    : nodes_(std::exchange(other.nodes_, {})),
+      first_(std::exchange(other.first_, none)),
+      filed_(std::exchange(other.filed_, 0)) {}
 
 RuleTree& RuleTree::operator=(const RuleTree& other) {
     return *this = RuleTree(other);
@@ -23,6 +26,7 @@ RuleTree& RuleTree::operator=(RuleTree&& other) noexcept {
     RuleTree taken(std::move(other));
     nodes_.swap(taken.nodes_);
     std::swap(first_, taken.first_);
+    std::swap(filed_, taken.filed_);
     return *this;
 }
 
@@ -52,19 +56,23 @@ RuleTree::Place RuleTree::descend(const Class& owner) const {
 }
 
 void RuleTree::file(const Class& owner, ClassPredicate predicate, ResultPolicy policy) {
-    const bool acceptsAll = predicate.target<EveryClass>() != nullptr;
+    const auto* named = predicate.target<NamedPredicate>();
+    const ClassPredicate& asked = named == nullptr ? predicate : named->predicate;
+    const bool acceptsAll = asked.target<EveryClass>() != nullptr;
     const Place place = descend(owner);
     if (place.found != none) {
         Rule& rule = nodes_[place.found]->rule;
         rule.predicate = std::move(predicate);
         rule.policy = policy;
         rule.acceptsAll = acceptsAll;
+        rule.number = ++filed_;
         return;
     }
     if (nodes_.size() >= none) throw std::length_error("Too many rules for one property.");
     const auto index = static_cast<Index>(nodes_.size());
     nodes_.push_back(std::make_unique<Node>(
-        Node{{owner, std::move(predicate), policy, acceptsAll}, none, none, none}));
+        Node{{owner, std::move(predicate), policy, acceptsAll, filed_ + 1}, none, none, none}));
+    ++filed_;
     if (place.parent != none) {
         Node& parent = *nodes_[place.parent];
         (place.toTheRight ? parent.right : parent.left) = index;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -25,6 +26,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT RuleTree {
         ResultPolicy policy;
         /// Whether the predicate accepts every class, so that it need not be asked.
         bool acceptsAll;
+        /// The how-manieth rule it was that was filed.
+        std::size_t number;
 
         bool accepts(const Class& type) const { return acceptsAll || predicate(type); }
     };
@@ -53,6 +56,14 @@ class MODELING_NUV0_TRAVERSAL_EXPORT RuleTree {
         return nullptr;
     }
 
+    /// Shows all rules to `visit`, in order.
+    template <class Visit>
+    void forEach(const Visit& visit) const {
+        for (Index index = first_; index != none; index = nodes_[index]->next) {
+            visit(nodes_[index]->rule);
+        }
+    }
+
     /// Whether the rule asked first accepts every class, or there is none.
     bool answersAlike() const noexcept { return first_ == none || nodes_[first_]->rule.acceptsAll; }
 
@@ -78,6 +89,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT RuleTree {
     /// Behind pointers, because a predicate that is being asked may file further rules.
     std::vector<std::unique_ptr<Node>> nodes_;
     Index first_ = none;
+    std::size_t filed_ = 0;
 };
 
 }  // namespace nuv::zero::traversal::internal

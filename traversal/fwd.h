@@ -72,6 +72,7 @@ enum class Pruned : std::int32_t {
 
 class AdditiveTraversalImpl;
 class AssociationSetting;
+class ClassExplainer;
 class CompositeMatcher;
 class CompositionTraversalImpl;
 class LinkRange;

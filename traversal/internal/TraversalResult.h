@@ -61,6 +61,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     IterationContext prepare();
 
   private:
+    friend class traversal::ClassExplainer;
     friend class traversal::ResultSetup;
     friend class Walk;
     using Filter = std::function<ResultPolicy(const Link&)>;
