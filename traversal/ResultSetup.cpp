@@ -23,6 +23,7 @@ ResultSetup& ResultSetup::filter(const std::function<ResultPolicy(internal::Link
 ResultSetup& ResultSetup::filterByReference(
     const std::function<ResultPolicy(const internal::Link&)>& filter) {
     result_->filters_.push_back(filter);
+    result_->isAsking_ = true;
     return *this;
 }
 
@@ -38,6 +39,13 @@ ResultSetup& ResultSetup::upTo(std::size_t distance) {
 
 ResultSetup& ResultSetup::rememberPaths() {
     result_->remembersPaths_ = true;
+    return *this;
+}
+
+ResultSetup& ResultSetup::trace(WalkListener* listener) {
+    if (listener == nullptr) throw std::invalid_argument("trace() needs a listener.");
+    result_->listeners_.push_back(listener);
+    result_->isAsking_ = true;
     return *this;
 }
 

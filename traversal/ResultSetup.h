@@ -76,6 +76,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
     /// in any order. Walks under way do not see it.
     ResultSetup& rememberPaths();
 
+    /// Attaches a listener behind the others: it hears what becomes of each link, and of each call
+    /// that prunes, from the next one on in walks under way too. Throws `std::invalid_argument` for
+    /// null.
+    ResultSetup& trace(WalkListener* listener);
+
   private:
     ResultSetup& filterByReference(
         const std::function<ResultPolicy(const internal::Link&)>& filter);

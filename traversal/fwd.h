@@ -81,6 +81,8 @@ class PropertyProvider;
 class ResultSetup;
 class Spec;
 class SubtractiveTraversalImpl;
+class WalkListener;
+class WalkView;
 template <class Impl>
 class AbstractTraversal;
 

@@ -18,7 +18,7 @@ bool Reach::explore(Walk& walk, const std::vector<ModelElement>& inputs) {
         if (step == Cursor::Step::Over) hasTurn_ = false;
         if (step != Cursor::Step::Link) continue;
         const Lent<ModelElement> target = turn_.target();
-        if (within_.contains(target.get()) || !walk.leadsOn(turn_, target.get())) continue;
+        if (within_.contains(target.get()) || !walk.mayDescend(turn_, target.get())) continue;
         add(walk, target.get());
     }
     found_ = {};

@@ -23,6 +23,7 @@ TraversalResult::IterationContext TraversalResult::begin() {
 
 void TraversalResult::addFilter(const std::function<ResultPolicy(Link)>& filter) {
     filters_.emplace_back(filter);
+    isAsking_ = true;
 }
 
 bool TraversalResult::mayDescend(const Link& link) const {

@@ -67,15 +67,17 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     using Filter = std::function<ResultPolicy(const Link&)>;
 
     void addFilter(const std::function<ResultPolicy(Link)>& filter);
-    ResultPolicy runFilters(const Link& link) const {
-        if (dropsPseudoLinks_ && !link.getProperty()) return ResultPolicy::WalkOnly;
+    /// Asks filter after filter; the first that leaves the link out is named in `filter`.
+    bool passesFilters(const Link& link, std::size_t& filter) const {
         // By index: a filter may add another.
-        for (std::size_t index = 0; index < filters_.size(); ++index) {
-            if (filters_[index](link) == ResultPolicy::WalkOnly) return ResultPolicy::WalkOnly;
+        for (filter = 0; filter < filters_.size(); ++filter) {
+            if (filters_[filter](link) == ResultPolicy::WalkOnly) return false;
         }
-        return ResultPolicy::Report;
+        return true;
     }
-    bool hasFilters() const noexcept { return !filters_.empty(); }
+    /// Whether anybody has to be asked or told about links.
+    bool isAsking() const noexcept { return isAsking_; }
+    bool isTraced() const noexcept { return !listeners_.empty(); }
     bool hasBoundaries() const noexcept { return !boundaries_.empty(); }
     bool mayDescend(const Link& link) const;
     void doAttach(TraversalProcessor* processor);
@@ -95,6 +97,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     /// The distance from the nearest input at which walks end.
     std::optional<std::size_t> upTo_;
     bool remembersPaths_ = false;
+    std::vector<WalkListener*> listeners_;
+    /// Whether there are filters or listeners.
+    bool isAsking_ = false;
+    /// How many walks were made.
+    std::size_t walks_ = 0;
     Algo algo_;
     UniquenessMode uniqueness_ = UniquenessMode::NoUniqueness;
 };

@@ -41,6 +41,7 @@ const Cursor::Settings Walk::noSettings;
 
 Walk::Walk(std::shared_ptr<TraversalResult> result)
     : result_(std::move(result)),
+      number_(++result_->walks_),
       store_(result_->isDepthFirst() ? makeDfsStore() : makeBfsStore()),
       maintainer_(result_->createUniquenessMaintainer()) {
     if (!maintainer_->remembers()) maintainer_.reset();
@@ -53,6 +54,7 @@ Walk::Walk(std::shared_ptr<TraversalResult> result)
 
 Walk::Walk(const Walk& other)
     : result_(other.result_),
+      number_(++result_->walks_),
       keeper_(other.keeper_),
       entered_(other.entered_),
       store_(other.store_->clone()),
@@ -119,7 +121,7 @@ Pruned Walk::pruneAllChildren() {
     const ModelElement& target = current().getTarget();
     Cursor* cursor = findUnfinished(target);
     const Pruned pruned = cursor == nullptr ? Pruned::TooLate : cursor->pruneAllChildren();
-    return target && hasEntered(target) ? pruned : Pruned::Nothing;
+    return tell(Pruning::AllChildren, {}, target && hasEntered(target) ? pruned : Pruned::Nothing);
 }
 
 Pruned Walk::pruneChildren(const meta::Property& property) {
@@ -128,14 +130,14 @@ Pruned Walk::pruneChildren(const meta::Property& property) {
     const Pruned pruned = cursor == nullptr ? Pruned::TooLate : cursor->pruneProperty(property);
     const bool isFollowed = target && hasEntered(target) &&
                             result_->provider_->isFollowed(access::classOf(target), property);
-    return isFollowed ? pruned : Pruned::Nothing;
+    return tell(Pruning::Children, property, isFollowed ? pruned : Pruned::Nothing);
 }
 
 Pruned Walk::pruneSiblings() {
     const ModelElement& source = current().getSource();
     Cursor* cursor = findUnfinished(source);
     const Pruned pruned = cursor == nullptr ? Pruned::TooLate : cursor->pruneCurrentProperty();
-    return source ? pruned : Pruned::Nothing;
+    return tell(Pruning::Siblings, {}, source ? pruned : Pruned::Nothing);
 }
 
 std::vector<Link> Walk::pathTo(const ModelElement& element) {
@@ -168,9 +170,11 @@ void Walk::rememberWay(const ModelElement& element, const Cursor* from) noexcept
     }
 }
 
-bool Walk::mayDescend(const Cursor& from, const ModelElement& target) {
-    const LentLink link(from.element(), target, from.setting().property());
-    return result_->mayDescend(link.get());
+/// Tells of a link that does not enter its target; always false.
+bool Walk::tellBoundary(const Cursor& from, const ModelElement& target) {
+    const LentLink link(from.element(), target, from.setting().property(), false);
+    tell(link.get(), Fate::NotDescended);
+    return false;
 }
 
 bool Walk::startNextInput() {
@@ -196,9 +200,37 @@ bool Walk::tryReportInput(const ModelElement& input) {
 }
 
 bool Walk::isWanted(const Link& link) {
+    std::size_t filter = 0;
+    const Fate fate = fateOf(link, filter);
+    if (result_->isTraced()) tell(link, fate, filter);
+    return fate == Fate::Reported;
+}
+
+/// What becomes of a link that is not silent, and which filter leaves it out.
+inline Fate Walk::fateOf(const Link& link, std::size_t& filter) {
     // Asked first, because it remembers: what a filter refuses counts as seen.
-    if (maintainer_ != nullptr && !maintainer_->shouldReport(link)) return false;
-    return result_->runFilters(link) != ResultPolicy::WalkOnly;
+    if (maintainer_ != nullptr && !maintainer_->shouldReport(link)) return Fate::Repeated;
+    if (result_->dropsPseudoLinks_ && !link.getProperty()) return Fate::PseudoLinkLeftOut;
+    return result_->passesFilters(link, filter) ? Fate::Reported : Fate::Filtered;
+}
+
+void Walk::tell(const Link& link, Fate fate, std::size_t filter) {
+    // By index: a listener may attach another.
+    for (std::size_t index = 0; index < result_->listeners_.size(); ++index) {
+        result_->listeners_[index]->onLink(WalkView(*this), link, fate, filter);
+    }
+}
+
+void Walk::tellSilent(const ModelElement& source, const AssociationSetting& setting,
+                      const ModelElement& target, bool cascade) {
+    tell(LentLink(source, target, setting.property(), cascade).get(), Fate::Silent);
+}
+
+Pruned Walk::tell(Pruning pruning, const meta::Property& property, Pruned outcome) {
+    for (std::size_t index = 0; index < result_->listeners_.size(); ++index) {
+        result_->listeners_[index]->onPrune(WalkView(*this), current(), pruning, property, outcome);
+    }
+    return outcome;
 }
 
 void Walk::notifyEnterInput() {

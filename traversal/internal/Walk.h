@@ -6,6 +6,7 @@
 
 #include "model/Compiler.h"
 #include "traversal/PropertyProvider.h"
+#include "traversal/WalkListener.h"
 #include "traversal/internal/AbstractStore.h"
 #include "traversal/internal/Cursor.h"
 #include "traversal/internal/LentLink.h"
@@ -41,6 +42,8 @@ class Walk {
     Progress advanceWithin(std::size_t& steps);
     /// Whether the walk has come to its end, where nothing is left.
     bool hasEnded() const noexcept { return hasEnded_; }
+    /// Which of the walks over the result it is.
+    std::size_t number() const noexcept { return number_; }
     /// Throws `std::logic_error` when one of the walk's own callbacks is running: another step
     /// would pull the cursors out from under the one that called it.
     void refuseWhileUnderWay() const {
@@ -81,7 +84,12 @@ class Walk {
     /// Whether the link on which a cursor stands may enter its target. Throws what a predicate
     /// throws. REQUIRES: the target was not entered.
     bool leadsOn(const Cursor& from, const ModelElement& target) {
-        return !result_->hasBoundaries() || mayDescend(from, target);
+        return !result_->hasBoundaries() || mayDescend(from, target) || tellBoundary(from, target);
+    }
+    /// The same, but nobody is told of a link that does not.
+    bool mayDescend(const Cursor& from, const ModelElement& target) {
+        const LentLink link(from.element(), target, from.setting().property());
+        return result_->mayDescend(link.get());
     }
     /// Whether what leaves an entered element is followed, at that depth.
     bool mayLeave(const ModelElement& element, std::size_t depth) noexcept {
@@ -116,7 +124,10 @@ class Walk {
     /// one by which the link was found.
     bool tryReport(const ModelElement& source, const AssociationSetting& setting,
                    const ModelElement& target, bool cascade) {
-        if (isSilent(source, setting)) return false;
+        if (isSilent(source, setting)) {
+            if (result_->isTraced()) tellSilent(source, setting, target, cascade);
+            return false;
+        }
         const LentLink link(source, target, setting.property(), cascade);
         if (isAsking() && !isWanted(link.get())) return false;
         current_ = link;
@@ -141,7 +152,7 @@ class Walk {
     Cursor* findUnfinished(const ModelElement& element);
     Progress goOn();
     bool startNextInput();
-    bool mayDescend(const Cursor& from, const ModelElement& target);
+    bool tellBoundary(const Cursor& from, const ModelElement& target);
     void rememberWay(const ModelElement& element, const Cursor* from) noexcept;
     static bool isSilent(const ModelElement& source, const AssociationSetting& setting) {
         const CompositeMatcher* rules = setting.rules();
@@ -150,12 +161,18 @@ class Walk {
         return policy == ResultPolicy::WalkOnly;
     }
     /// Whether anybody has to be asked about a link besides its policy.
-    bool isAsking() const noexcept { return maintainer_ != nullptr || result_->hasFilters(); }
+    bool isAsking() const noexcept { return maintainer_ != nullptr || result_->isAsking(); }
     bool isWanted(const Link& link);
+    Fate fateOf(const Link& link, std::size_t& filter);
+    void tell(const Link& link, Fate fate, std::size_t filter = 0);
+    void tellSilent(const ModelElement& source, const AssociationSetting& setting,
+                    const ModelElement& target, bool cascade);
+    Pruned tell(Pruning pruning, const meta::Property& property, Pruned outcome);
     void notifyEnterInput();
     void notifyExitInput();
 
     std::shared_ptr<TraversalResult> result_;
+    std::size_t number_;
     WalkSupport::Keeper keeper_;
     ElementSet entered_;
     std::unique_ptr<AbstractStore> store_;

@@ -1,0 +1,35 @@
+#include "traversal/WalkView.h"
+
+#include "traversal/internal/Walk.h"
+
+namespace nuv::zero::traversal {
+
+std::size_t WalkView::number() const noexcept {
+    return walk_->number();
+}
+std::size_t WalkView::depth() const noexcept {
+    return walk_->depth();
+}
+Meeting WalkView::meeting() const {
+    return walk_->meeting();
+}
+std::vector<internal::Link> WalkView::path() const {
+    return walk_->path();
+}
+std::vector<internal::Link> WalkView::pathTo(const ModelElement& element) const {
+    return walk_->pathTo(element);
+}
+std::vector<internal::Link> WalkView::cycle() const {
+    return walk_->cycle();
+}
+bool WalkView::hasEntered(const ModelElement& element) const {
+    return walk_->hasEntered(element);
+}
+std::size_t WalkView::enteredCount() const noexcept {
+    return walk_->enteredCount();
+}
+std::size_t WalkView::waitingCount() const noexcept {
+    return walk_->waitingCount();
+}
+
+}  // namespace nuv::zero::traversal

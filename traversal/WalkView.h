@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "model/Framework.h"
+#include "traversal/Export.h"
+#include "traversal/fwd.h"
+#include "traversal/internal/Link.h"
+
+namespace nuv::zero::traversal {
+
+/// A walk as a listener sees it, at the moment at which it hears of something. Holds nothing: valid
+/// as long as the call that it was given to. Nothing is computed that is not asked for.
+class MODELING_NUV0_TRAVERSAL_EXPORT WalkView {
+  public:
+    /// Which of the walks over the result it is: 1 for the first. A copy of a walk is another walk.
+    std::size_t number() const noexcept;
+
+    // Where the walk stands, as the operations of the same names of `IterationContext` say. The
+    // link is the one that the listener hears of.
+
+    std::size_t depth() const noexcept;
+    Meeting meeting() const;
+    std::vector<internal::Link> path() const;
+    std::vector<internal::Link> pathTo(const ModelElement& element) const;
+    std::vector<internal::Link> cycle() const;
+    bool hasEntered(const ModelElement& element) const;
+    std::size_t enteredCount() const noexcept;
+    std::size_t waitingCount() const noexcept;
+
+  private:
+    friend class internal::Walk;
+    explicit WalkView(internal::Walk& walk) noexcept : walk_(&walk) {}
+
+    internal::Walk* walk_;
+};
+
+}  // namespace nuv::zero::traversal
