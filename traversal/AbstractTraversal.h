@@ -13,6 +13,7 @@
 #include "traversal/Export.h"
 #include "traversal/PropertyMatcher.h"
 #include "traversal/PropertyProvider.h"
+#include "traversal/RuleCall.h"
 #include "traversal/internal/TraversalResult.h"
 
 namespace nuv::zero::traversal {
@@ -117,7 +118,15 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     const MatchersMap& matchersMap() const noexcept { return matchersMap_; }
     MatchersMap& matchersMap() noexcept { return matchersMap_; }
 
+    /// Does what a call says, and remembers the call. Where that fails, neither has happened.
+    void give(RuleCall call);
+    /// Forgets all rules.
+    virtual void forgetRules();
+
   private:
+    friend class RuleCheck;
+    /// What a call that gives a rule does.
+    virtual void apply(const RuleCall& call) = 0;
     virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
     virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
 
@@ -125,6 +134,7 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
         const std::vector<ModelElement>& elements, Algo algo, ResultPolicy policy);
 
     MatchersMap matchersMap_;
+    std::vector<RuleCall> calls_;
     ResultPolicy initialPseudoLinkPolicy_ = ResultPolicy::Report;
 };
 

@@ -79,6 +79,7 @@ class LinkRange;
 class PropertyMatcher;
 class PropertyProvider;
 class ResultSetup;
+class RuleCheck;
 class Spec;
 class SubtractiveTraversalImpl;
 class WalkListener;
