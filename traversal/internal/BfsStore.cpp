@@ -26,7 +26,8 @@ class BfsStore final : public AbstractStore {
             if (foreign_ == nullptr) foreign_ = std::make_shared<Foreign>();
             setting = &foreign_->emplace_back(link.getProperty(), ResultPolicy::Report);
         }
-        queue_.push({link.getSource(), setting, link.getTarget(), link.shouldCascade()});
+        standOn({link.getSource(), setting, link.getTarget(), link.shouldCascade()}, 0);
+        queue_.push(handled_);
     }
     Link top() const override { return queue_.front().link().get(); }
     void pop() override {
@@ -78,7 +79,7 @@ class BfsStore final : public AbstractStore {
     Cursor* findUnfinished(Walk& walk, const ModelElement& element) override;
 
     std::size_t size() const noexcept override { return queue_.size(); }
-    std::size_t depth() const noexcept override { return depth_; }
+    std::size_t depth() const noexcept override { return isBetweenLinks() ? level_ : depth_; }
     Meeting meeting(Walk& walk) override;
     std::vector<Link> path(const Walk& walk) const override;
     std::vector<Link> pathTo(Walk& walk, const ModelElement& element) override {
@@ -111,6 +112,12 @@ class BfsStore final : public AbstractStore {
     void standOn(const LinkQueue::Place& link, std::size_t depth) noexcept {
         handled_ = link;
         depth_ = depth;
+    }
+    /// Whether the element that has its turn is entered, or left, or between two properties: the
+    /// walk stands on the link to it then.
+    bool isBetweenLinks() const noexcept { return hasTurn_ && !turn_.isOnLink(); }
+    const LinkQueue::Place& place() const noexcept {
+        return isBetweenLinks() ? queue_.front() : handled_;
     }
     TraversalProcessor* observerOfFront() noexcept;
 
@@ -194,7 +201,6 @@ bool BfsStore::startTurn(Walk& walk) {
     }
     // A link that led here was handled when it was found; an input's own link was not.
     if (!isInput) turn_.setReportedSelf();
-    standOn(front, level_);
     hasTurn_ = true;
     return true;
 }
@@ -211,6 +217,9 @@ BfsStore::GoneOn BfsStore::goOn(Walk& walk) {
         if (step == Cursor::Step::NoValues) continue;
         if (step == Cursor::Step::Over) {
             turn_.processedAll();
+            // The link to an element that was left leads on no more.
+            standOn(queue_.front(), level_);
+            if (handled_.setting() != nullptr) handled_.clearCascade();
             pop();
             hasTurn_ = false;
             return GoneOn::Left;
@@ -218,11 +227,15 @@ BfsStore::GoneOn BfsStore::goOn(Walk& walk) {
         turn_.lookAhead([&walk](const ModelElement& next) { walk.announce(next); });
         const Lent<ModelElement> target = turn_.target();
         const bool isNew = !walk.hasEntered(target.get());
-        standOn({turn_.element(), &turn_.setting(), target.get(), isNew}, level_ + 1);
+        standOn({turn_.element(), &turn_.setting(), target.get(), false}, level_ + 1);
         const bool cascade = isNew && walk.leadsOn(turn_, target.get());
-        if (isNew && !cascade) handled_.setBoundary();
         queue_.reserveOne();
-        if (cascade) enter(walk, target.get());
+        if (cascade) {
+            enter(walk, target.get());
+            handled_.setCascade();
+        } else if (isNew) {
+            handled_.setBoundary();
+        }
         queue_.push(handled_);
         if (!cascade) continue;
         if (walk.tryReport(turn_.element(), turn_.setting(), target.get(), true)) {
@@ -264,20 +277,23 @@ Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {
 }
 
 Meeting BfsStore::meeting(Walk& walk) {
-    const ModelElement& target = handled_.target();
-    if (handled_.setting() == nullptr) return target ? Meeting::Input : Meeting::None;
+    const LinkQueue::Place& link = place();
+    const ModelElement& target = link.target();
+    if (link.setting() == nullptr) return target ? Meeting::Input : Meeting::None;
     // Also while the walk is being asked whether the link leads on.
-    if (handled_.isBoundary() || !walk.hasEntered(target)) return Meeting::Boundary;
-    if (handled_.shouldCascade()) return Meeting::First;
+    if (link.isBoundary() || !walk.hasEntered(target)) return Meeting::Boundary;
+    if (link.shouldCascade()) return Meeting::First;
     const bool isUnderWay = hasTurn_ && turn_.element() == target;
     return begun_.contains(target) && !isUnderWay ? Meeting::Done : Meeting::Open;
 }
 
 std::vector<Link> BfsStore::path(const Walk& walk) const {
     const Ways& ways = walk.ways();
-    if (handled_.setting() == nullptr) return ways.to(handled_.target());
-    std::vector<Link> path = ways.to(handled_.source());
-    path.push_back(handled_.link().get());
+    const LinkQueue::Place& link = place();
+    if (link.setting() == nullptr && !link.target()) return {};
+    std::vector<Link> path;
+    if (link.setting() != nullptr) path = ways.to(link.source());
+    path.push_back(link.link().get());
     return path;
 }
 
