@@ -119,6 +119,11 @@ class BfsStore final : public AbstractStore {
     const LinkQueue::Place& place() const noexcept {
         return isBetweenLinks() ? queue_.front() : handled_;
     }
+    /// How many links lead to the target of a link in the queue.
+    std::size_t depthAt(std::size_t index) const noexcept {
+        return frontNumber_ + index < levelEnd_ ? level_ : level_ + 1;
+    }
+    std::size_t depthOf(const ModelElement& element) const;
     TraversalProcessor* observerOfFront() noexcept;
 
     LinkQueue queue_;
@@ -165,6 +170,8 @@ inline void BfsStore::lookAhead(Walk& walk) const {
     }
     const LinkQueue::Place& sooner = queue_[toLists];
     if (!sooner.shouldCascade() || !sooner.target()) return;
+    // Where nothing is followed, nobody may be asked what to follow.
+    if (!walk.mayLeave(sooner.target(), depthAt(toLists))) return;
     for (const AssociationSetting& setting : walk.settingsOf(sooner.target())) {
         setting.prefetch(sooner.target());
     }
@@ -192,7 +199,7 @@ bool BfsStore::startTurn(Walk& walk) {
         frontObserver_ = walk.observer();
     }
     const auto waiting = parked_.empty() ? parked_.end() : parked_.find(element);
-    if (waiting == parked_.end() || !mayLeave) {
+    if (waiting == parked_.end()) {
         turn_.restart(element, observerOfFront(), settings);
     } else {
         turn_ = std::move(waiting->second);
@@ -264,12 +271,23 @@ TraversalProcessor* BfsStore::observerOfFront() noexcept {
     return frontObserver_;
 }
 
+/// How many links lead to an element. REQUIRES: its turn is to come.
+std::size_t BfsStore::depthOf(const ModelElement& element) const {
+    // Mostly it was found last.
+    std::size_t index = queue_.size() - 1;
+    while (index != 0 && !(queue_[index].shouldCascade() && queue_[index].target() == element)) {
+        --index;
+    }
+    return depthAt(index);
+}
+
 Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {
     if (hasTurn_ && turn_.element() == element) return &turn_;
     if (begun_.contains(element)) return nullptr;
     const auto waiting = parked_.find(element);
     if (waiting != parked_.end()) return &waiting->second;
-    const Cursor::Settings& settings = walk.settingsOf(element);
+    const bool mayLeave = !walk.isLimited() || walk.mayLeave(element, depthOf(element));
+    const Cursor::Settings& settings = mayLeave ? walk.settingsOf(element) : Walk::noSettings;
     Cursor& cursor = parked_[element];
     // It gets its observer with its turn.
     cursor.restart(element, nullptr, settings);

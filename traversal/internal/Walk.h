@@ -83,6 +83,8 @@ class Walk {
     bool leadsOn(const Cursor& from, const ModelElement& target) {
         return !result_->hasBoundaries() || mayDescend(from, target);
     }
+    /// Whether there are elements that are entered and not gone on from.
+    bool isLimited() const noexcept { return reach_ != nullptr; }
     /// Whether what leaves an entered element is followed, at that depth.
     bool mayLeave(const ModelElement& element, std::size_t depth) noexcept {
         return reach_ == nullptr || reach_->contains(element, depth);
