@@ -105,7 +105,7 @@ Pruned Cursor::pruneProperty(const meta::Property& property) {
     const bool isCurrent = settingsLeft_ != 0 && setting_->property() == property;
     if (isCurrent && place_ != Place::Between) return pruneCurrentProperty();
     if (pruned_ == nullptr) pruned_ = std::make_unique<Properties>();
-    pruned_->insert(property);
+    if (!pruned_->insert(property).second) return Pruned::TooLate;
     const auto* end = setting_ + settingsLeft_;
     const bool isToCome = std::any_of(setting_, end, [&](const AssociationSetting& setting) {
         return setting.property() == property;

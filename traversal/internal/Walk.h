@@ -91,6 +91,8 @@ class Walk {
         const LentLink link(from.element(), target, from.setting().property());
         return result_->mayDescend(link.get());
     }
+    /// Whether there are elements that are entered and not gone on from.
+    bool isLimited() const noexcept { return reach_ != nullptr; }
     /// Whether what leaves an entered element is followed, at that depth.
     bool mayLeave(const ModelElement& element, std::size_t depth) noexcept {
         return reach_ == nullptr || reach_->contains(element, depth);
