@@ -11,7 +11,9 @@ namespace nuv::zero::traversal {
 using internal::dumpElement;
 using internal::dumpLink;
 using internal::Link;
+using internal::LinkHasher;
 using internal::TraversalProcessor;
 using internal::TraversalResult;
+using IterationContext = TraversalResult::IterationContext;
 
 }  // namespace nuv::zero::traversal

@@ -89,6 +89,7 @@ class AbstractTraversal;
 
 namespace internal {
 class ElementProgress;
+class EventCallables;
 class Link;
 class TraversalProcessor;
 class TraversalResult;

@@ -71,7 +71,7 @@ class Walk {
 
     bool isReportingSelfFirst() const noexcept { return result_->isReportingSelfFirst(); }
     /// The observer that elements are entered under at this moment.
-    TraversalProcessor* observer() const noexcept { return result_->processor_; }
+    TraversalProcessor* observer() const noexcept { return result_->listening_.to; }
 
     /// Takes one step off the budget; false when it is used up.
     bool mayGoOn() noexcept {
