@@ -71,6 +71,7 @@ ResultSetup& ResultSetup::filterByAnswer(
 
 ResultSetup& ResultSetup::descend(const std::function<bool(const internal::Link&)>& predicate) {
     result_->boundaries_.push_back(predicate);
+    result_->hasBoundaries_ = true;
     return *this;
 }
 

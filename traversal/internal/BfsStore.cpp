@@ -220,8 +220,8 @@ BfsStore::GoneOn BfsStore::goOn(Walk& walk) {
         if (walk.tryReportInput(turn_.element())) return GoneOn::Reported;
     }
     while (walk.mayGoOn()) {
-        const Cursor::Step step = turn_.step();
-        if (step == Cursor::Step::NoValues) continue;
+        const Cursor::Step step = turn_.step(walk.budget());
+        if (step == Cursor::Step::Paused) break;
         if (step == Cursor::Step::Over) {
             turn_.processedAll();
             // The link to an element that was left leads on no more.

@@ -125,8 +125,8 @@ DfsStore::GoneOn DfsStore::goOn(Walk& walk) {
     Cursor* cursor = &path_.back();
     if (isReportingSelfFirst && tryReportSelf(walk, *cursor)) return GoneOn::Reported;
     while (walk.mayGoOn()) {
-        const Cursor::Step step = cursor->step();
-        if (step == Cursor::Step::NoValues) continue;
+        const Cursor::Step step = cursor->step(walk.budget());
+        if (step == Cursor::Step::Paused) break;
         if (step == Cursor::Step::Over) return leave(walk, *cursor);
         cursor->lookAhead([&walk](const ModelElement& next) { walk.announce(next); });
         const Lent<ModelElement> target = cursor->target();

@@ -14,7 +14,8 @@ bool Reach::explore(Walk& walk, const std::vector<ModelElement>& inputs) {
     }
     while (hasTurn_ || startTurn(walk)) {
         if (!walk.mayGoOn()) return false;
-        const Cursor::Step step = turn_.step();
+        const Cursor::Step step = turn_.step(walk.budget());
+        if (step == Cursor::Step::Paused) return false;
         if (step == Cursor::Step::Over) hasTurn_ = false;
         if (step != Cursor::Step::Link) continue;
         const Lent<ModelElement> target = turn_.target();

@@ -93,7 +93,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     /// Whether anybody has to be asked or told about links.
     bool isAsking() const noexcept { return isAsking_; }
     bool isTraced() const noexcept { return !listeners_.empty(); }
-    bool hasBoundaries() const noexcept { return !boundaries_.empty(); }
+    bool hasBoundaries() const noexcept { return hasBoundaries_; }
     bool mayDescend(const Link& link) const;
     void doAttach(TraversalProcessor* processor);
     std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer() const;
@@ -109,6 +109,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     std::deque<Filter> filters_;
     /// What has to agree that a link enters its target; stay where they are for the same reason.
     std::deque<std::function<bool(const Link&)>> boundaries_;
+    bool hasBoundaries_ = false;
     /// The distance from the nearest input at which walks end.
     std::optional<std::size_t> upTo_;
     bool remembersPaths_ = false;
