@@ -72,14 +72,15 @@ TEST(HowToUse, CallablesHearSingleEventsAndFiltersMayAnswerBool) {
         .onEnterElement(
             [&](const ModelElement& element) { entered.push_back(dumpElement(element)); })
         .filter([](const Link& link) { return link.shouldCascade(); });
-    EXPECT_EQ(linesOf(result).size(), entered.size());
+    const std::size_t reported = linesOf(result).size();
+    EXPECT_EQ(entered.size(), reported);
     EXPECT_EQ(entered.front(), "Port'out'");
 }
 
 TEST(HowToUse, WithoutContainerReferencesAWalkDoesNotClimb) {
     const Station plant;
     const auto builder = Spec::subtractiveTraversal();
-    EXPECT_EQ(linesOf(builder->depthFirst(plant.inlet)).back(), "Port'inlet'-[owner]-Block'Tank'");
+    EXPECT_EQ(linesOf(builder->depthFirst(plant.inlet)).at(1), "Port'inlet'-[owner]-Block'Tank'");
     builder->prune(containerReferencesOf(plant.metamodel.classes()));
     EXPECT_EQ(linesOf(builder->depthFirst(plant.inlet)),
               Lines{"Not an element-[pseudo]-Port'inlet'"});
