@@ -81,6 +81,7 @@ class PropertyProvider;
 class ResultSetup;
 class Spec;
 class SubtractiveTraversalImpl;
+class WalkBoundaries;
 class WalkListener;
 class WalkView;
 template <class Impl>
@@ -93,6 +94,7 @@ class TraversalProcessor;
 class TraversalResult;
 class UniquenessMaintainer;
 class Walk;
+class WalkAccess;
 }  // namespace internal
 
 }  // namespace nuv::zero::traversal
