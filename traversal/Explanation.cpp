@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "traversal/NamedPredicate.h"
+#include "traversal/internal/Names.h"
 
 namespace nuv::zero::traversal {
 
@@ -86,10 +87,6 @@ class ClassExplainer {
 
 namespace {
 
-std::string nameOf(const Class& type) {
-    return type ? access::toUtf8(access::qualifiedNameOf(type)) : "no class";
-}
-
 std::string policyText(ResultPolicy policy) {
     switch (policy) {
         case ResultPolicy::WalkOnly:
@@ -105,7 +102,7 @@ std::string policyText(ResultPolicy policy) {
 std::string ruleText(const ExplainedRule& rule) {
     std::string text = "rule " + std::to_string(rule.number);
     if (!rule.name.empty()) text += " \"" + rule.name + "\"";
-    return text + " (filed under " + nameOf(rule.owner) + ")";
+    return text + " (filed under " + internal::qualifiedName(rule.owner) + ")";
 }
 
 std::string rulesText(const std::vector<ExplainedRule>& rules) {
@@ -136,16 +133,15 @@ std::string reasonText(const ExplainedProperty& explained) {
     return "";
 }
 
-std::string lineFor(const ExplainedProperty& explained) {
-    std::string line = "  " + access::toUtf8(access::nameOf(explained.property)) + ": ";
-    line += explained.isFollowed ? "followed, " + policyText(explained.policy) : "not followed";
-    line += "; " + reasonText(explained);
-    if (!explained.refused.empty()) line += "; refused by " + rulesText(explained.refused);
-    if (!explained.shadowed.empty()) line += "; not asked: " + rulesText(explained.shadowed);
-    return line + "\n";
-}
-
 }  // namespace
+
+std::string ExplainedProperty::text() const {
+    std::string text = isFollowed ? "followed, " + policyText(policy) : "not followed";
+    text += "; " + reasonText(*this);
+    if (!refused.empty()) text += "; refused by " + rulesText(refused);
+    if (!shadowed.empty()) text += "; not asked: " + rulesText(shadowed);
+    return text;
+}
 
 const ExplainedProperty* Explanation::find(const Property& property) const noexcept {
     const auto found =
@@ -155,8 +151,10 @@ const ExplainedProperty* Explanation::find(const Property& property) const noexc
 }
 
 std::string Explanation::text() const {
-    std::string text = nameOf(type) + "\n";
-    for (const ExplainedProperty& explained : properties) text += lineFor(explained);
+    std::string text = internal::qualifiedName(type) + "\n";
+    for (const ExplainedProperty& explained : properties) {
+        text += "  " + internal::plainName(explained.property) + ": " + explained.text() + "\n";
+    }
     return text;
 }
 

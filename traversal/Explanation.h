@@ -28,7 +28,7 @@ struct ExplainedRule {
 };
 
 /// What is decided about one property for the elements of a class, and why.
-struct ExplainedProperty {
+struct MODELING_NUV0_TRAVERSAL_EXPORT ExplainedProperty {
     Property property;
     bool isFollowed = false;
     /// Of the links that are followed.
@@ -42,6 +42,8 @@ struct ExplainedProperty {
     std::vector<ExplainedRule> shadowed;
 
     bool operator==(const ExplainedProperty& other) const = default;
+    /// What is decided and why, for people, without the property's name.
+    std::string text() const;
 };
 
 /// Why elements of a class are walked as they are.

@@ -79,6 +79,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT LinkRange {
     std::size_t waitingCount() const noexcept { return walk_ ? walk_->waitingCount() : 0; }
 
   private:
+    friend class internal::WalkAccess;
     void prepare();
     void start();
 

@@ -53,9 +53,9 @@ std::shared_ptr<std::vector<AssociationSetting>> PropertyProvider::getProperties
 }
 
 bool PropertyProvider::isFollowed(const Class& type, const Property& property) {
-    const Settings* known = settingsCache_.find(type);
+    const std::vector<AssociationSetting>* known = knownSettingsOf(type);
     return known != nullptr &&
-           std::any_of((*known)->begin(), (*known)->end(), [&](const AssociationSetting& setting) {
+           std::any_of(known->begin(), known->end(), [&](const AssociationSetting& setting) {
                return setting.property() == property;
            });
 }

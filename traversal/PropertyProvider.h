@@ -85,6 +85,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
         return known != nullptr ? **known : *compute(type);
     }
     MODELING_NUV0_TRAVERSAL_LOCAL const Settings& compute(const Class& type);
+    /// The settings of a class that elements were met of; null for any other. Asks nobody.
+    const std::vector<AssociationSetting>* knownSettingsOf(const Class& type) const noexcept {
+        const Settings* known = settingsCache_.find(type);
+        return known == nullptr ? nullptr : known->get();
+    }
     /// Whether a property is among the settings of a class that elements were met of.
     MODELING_NUV0_TRAVERSAL_LOCAL bool isFollowed(const Class& type, const Property& property);
     const CompositeMatcher* rulesOf(const Property& property) const {

@@ -46,7 +46,7 @@ std::string describe(const Calls& calls, std::size_t index) {
             break;
     }
     return text + labelOf(call.matcher.getProperty()) + ", owner " +
-           nameOf(call.matcher.getOwner()) + ")";
+           labelOf(call.matcher.getOwner()) + ")";
 }
 
 /// One look through the rules of one builder.

@@ -1,9 +1,16 @@
 #pragma once
 
-/// The whole public interface: builders from `Spec`, results, ranges of links, observers, dumps.
+/// The whole public interface: builders from `Spec`, results, ranges of links, observers,
+/// listeners, explanations, dumps.
+#include "traversal/Explanation.h"
 #include "traversal/LinkRange.h"
+#include "traversal/NamedPredicate.h"
 #include "traversal/ResultSetup.h"
 #include "traversal/Spec.h"
+#include "traversal/WalkBoundaries.h"
+#include "traversal/WalkPicture.h"
+#include "traversal/WalkStatistics.h"
+#include "traversal/WhyNot.h"
 #include "traversal/internal/Dumps.h"
 
 namespace nuv::zero::traversal {

@@ -58,8 +58,9 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkListener {
     /// order in which filters were added; it means nothing for another fate. Does nothing.
     virtual void onLink(const WalkView& walk, const internal::Link& link, Fate fate,
                         std::size_t filter);
-    /// The caller has pruned while the walk stood on a link; `property` is null unless children of
-    /// one property are meant. Does nothing.
+    /// The caller has pruned while the walk stood on a link. `property` is the one that is meant:
+    /// for children the one that was given, for siblings the one where the cursor of the link's
+    /// source stands; null for all children. Does nothing.
     virtual void onPrune(const WalkView& walk, const internal::Link& link, Pruning pruning,
                          const meta::Property& property, Pruned outcome);
 };

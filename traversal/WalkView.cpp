@@ -31,5 +31,11 @@ std::size_t WalkView::enteredCount() const noexcept {
 std::size_t WalkView::waitingCount() const noexcept {
     return walk_->waitingCount();
 }
+Algo WalkView::order() const noexcept {
+    return walk_->order();
+}
+std::size_t WalkView::bytesHeld() const noexcept {
+    return walk_->bytesHeld();
+}
 
 }  // namespace nuv::zero::traversal

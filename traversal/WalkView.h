@@ -29,8 +29,18 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkView {
     std::size_t enteredCount() const noexcept;
     std::size_t waitingCount() const noexcept;
 
+    Algo order() const noexcept;
+    /// What the walk's containers take at the moment: what was entered, the frontier with its
+    /// cursors, the links or elements that count as seen, how elements were reached, and which are
+    /// within reach. Not counted are the objects themselves that hold these containers, what single
+    /// cursors have (the lists that they read, what was pruned ahead), and what walks share: the
+    /// result, its rules and settings, and the model. Blocks of the frontier that are shared with a
+    /// copy count for both.
+    std::size_t bytesHeld() const noexcept;
+
   private:
     friend class internal::Walk;
+    friend class internal::WalkAccess;
     explicit WalkView(internal::Walk& walk) noexcept : walk_(&walk) {}
 
     internal::Walk* walk_;

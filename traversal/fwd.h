@@ -87,6 +87,7 @@ class ResultSetup;
 class RuleCheck;
 class Spec;
 class SubtractiveTraversalImpl;
+class WalkBoundaries;
 class WalkListener;
 class WalkView;
 template <class Impl>
@@ -100,6 +101,7 @@ class TraversalProcessor;
 class TraversalResult;
 class UniquenessMaintainer;
 class Walk;
+class WalkAccess;
 }  // namespace internal
 
 }  // namespace nuv::zero::traversal

@@ -49,6 +49,10 @@ class AbstractStore {
 
     /// How many links are on the frontier.
     virtual std::size_t size() const noexcept = 0;
+    /// What the store's containers take.
+    virtual std::size_t bytes() const noexcept = 0;
+    /// Whether no more links come from an element that the walk has entered.
+    virtual bool hasLeft(const ModelElement& element) = 0;
     /// How many links lead from the input to the target of that link.
     virtual std::size_t depth() const noexcept = 0;
     virtual Meeting meeting(Walk& walk) = 0;

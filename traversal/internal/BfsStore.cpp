@@ -79,6 +79,12 @@ class BfsStore final : public AbstractStore {
     Cursor* findUnfinished(Walk& walk, const ModelElement& element) override;
 
     std::size_t size() const noexcept override { return queue_.size(); }
+    std::size_t bytes() const noexcept override {
+        const std::size_t entry = sizeof(*parked_.begin()) + 2 * sizeof(void*);
+        return queue_.bytes() + begun_.bytes() + observers_.capacity() * sizeof(ObserverFrom) +
+               parked_.size() * entry + parked_.bucket_count() * sizeof(void*);
+    }
+    bool hasLeft(const ModelElement& element) override;
     std::size_t depth() const noexcept override { return isBetweenLinks() ? level_ : depth_; }
     Meeting meeting(Walk& walk) override;
     std::vector<Link> path(const Walk& walk) const override;
@@ -292,6 +298,12 @@ Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {
     // It gets its observer with its turn.
     cursor.restart(element, nullptr, settings);
     return &cursor;
+}
+
+bool BfsStore::hasLeft(const ModelElement& element) {
+    if (hasTurn_ && turn_.element() == element) return turn_.isFinished();
+    const auto waiting = parked_.find(element);
+    return waiting == parked_.end() ? begun_.contains(element) : waiting->second.isFinished();
 }
 
 Meeting BfsStore::meeting(Walk& walk) {

@@ -72,6 +72,10 @@ class Cursor {
     bool isFinished() const noexcept { return isFinished_; }
 
     const ModelElement& element() const noexcept { return element_.get(); }
+    /// The property where the cursor stands or that comes next; null where none is left.
+    const AssociationSetting* property() const noexcept {
+        return settingsLeft_ == 0 ? nullptr : setting_;
+    }
     /// Whether the latest step found a link.
     bool isOnLink() const noexcept { return valueIndex_ < valueCount_; }
     /// The property of the link found by the latest step, and what it leads to; also while the walk

@@ -25,6 +25,10 @@ class CursorPath {
 
     bool empty() const noexcept { return size_ == 0; }
     std::size_t size() const noexcept { return size_; }
+    /// What the blocks take, those that are shared with copies too.
+    std::size_t bytes() const noexcept {
+        return blocks_.size() * sizeof(Block) + blocks_.capacity() * sizeof(blocks_.front());
+    }
     const Cursor& operator[](std::size_t index) const noexcept {
         return (*blocks_[index / blockSize])[index % blockSize];
     }

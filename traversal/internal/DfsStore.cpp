@@ -59,6 +59,15 @@ class DfsStore final : public AbstractStore {
     }
 
     std::size_t size() const noexcept override { return path_.size() + waiting_.size(); }
+    std::size_t bytes() const noexcept override {
+        const std::size_t entry = sizeof(*pathIndex_.begin()) + 2 * sizeof(void*);
+        return path_.bytes() + waiting_.capacity() * sizeof(LentLink) + pathIndex_.size() * entry +
+               pathIndex_.bucket_count() * sizeof(void*);
+    }
+    bool hasLeft(const ModelElement& element) override {
+        const std::size_t place = placeOf(element);
+        return place == notOnPath || path_[place].isFinished();
+    }
     std::size_t depth() const noexcept override {
         return path_.size() - (path_.empty() || isOnLink() ? 0 : 1);
     }

@@ -64,6 +64,11 @@ class LinkQueue {
 
     bool empty() const noexcept { return size_ == 0; }
     std::size_t size() const noexcept { return size_; }
+    /// What the blocks take, those that are shared with copies too.
+    std::size_t bytes() const noexcept {
+        const std::size_t blocks = blocks_.size() - first_ + (spare_ == nullptr ? 0 : 1);
+        return blocks * sizeof(Block) + blocks_.capacity() * sizeof(spare_);
+    }
     /// The link at a place behind the front. REQUIRES: `index` is below `size()`.
     const Place& operator[](std::size_t index) const noexcept {
         const std::size_t place = head_ + index;

@@ -25,6 +25,9 @@ class Reach {
         return isKnownByDepth_ ? depth < limit_ : within_.contains(element);
     }
     bool isExplored() const noexcept { return isExplored_; }
+    std::size_t bytes() const noexcept {
+        return within_.bytes() + found_.capacity() * sizeof(found_.front());
+    }
     /// Goes on finding distances, step by step of the walk's budget; false when that is used up.
     /// What throws leaves it where it was, to go on with the next call; a value that cannot be read
     /// is left out, as the walk leaves it out.

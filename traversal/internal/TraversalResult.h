@@ -231,6 +231,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
   private:
     friend class TraversalResult;
     friend class traversal::LinkRange;
+    friend class WalkAccess;
     struct Unstarted {};
     IterationContext(Unstarted, const std::shared_ptr<TraversalResult>& result);
 

@@ -20,6 +20,7 @@ class NoUniquenessMaintainer final : public UniquenessMaintainer {
         return std::make_unique<NoUniquenessMaintainer>();
     }
     bool remembers() const noexcept override { return false; }
+    std::size_t bytes() const noexcept override { return 0; }
 };
 
 class UniqueElementsMaintainer final : public UniquenessMaintainer {
@@ -29,6 +30,7 @@ class UniqueElementsMaintainer final : public UniquenessMaintainer {
         return std::make_unique<UniqueElementsMaintainer>(*this);
     }
     bool remembers() const noexcept override { return true; }
+    std::size_t bytes() const noexcept override { return seen_.bytes(); }
 
   private:
     ElementSet seen_;
@@ -52,6 +54,11 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         return std::make_unique<UniqueLinkMaintainer>(*this);
     }
     bool remembers() const noexcept override { return true; }
+    std::size_t bytes() const noexcept override {
+        std::size_t bytes = pseudoLinks_.bytes() + ends_.bytes();
+        for (const PairSet& links : links_) bytes += sizeof(PairSet) + links.bytes();
+        return bytes;
+    }
 
   private:
     /// What is known of a property and its opposite.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "traversal/internal/Link.h"
@@ -21,6 +22,8 @@ class UniquenessMaintainer {
     virtual std::unique_ptr<UniquenessMaintainer> clone() const = 0;
     /// Whether it ever refuses a link, so that it has to be asked.
     virtual bool remembers() const noexcept = 0;
+    /// What the memory takes.
+    virtual std::size_t bytes() const noexcept = 0;
 
   protected:
     UniquenessMaintainer(const UniquenessMaintainer&) = default;

@@ -136,8 +136,10 @@ Pruned Walk::pruneChildren(const meta::Property& property) {
 Pruned Walk::pruneSiblings() {
     const ModelElement& source = current().getSource();
     Cursor* cursor = findUnfinished(source);
+    const AssociationSetting* at = cursor == nullptr ? nullptr : cursor->property();
     const Pruned pruned = cursor == nullptr ? Pruned::TooLate : cursor->pruneCurrentProperty();
-    return tell(Pruning::Siblings, {}, source ? pruned : Pruned::Nothing);
+    return tell(Pruning::Siblings, at == nullptr ? meta::Property() : at->property(),
+                source ? pruned : Pruned::Nothing);
 }
 
 std::vector<Link> Walk::pathTo(const ModelElement& element) {
@@ -153,6 +155,14 @@ std::vector<Link> Walk::cycle() {
                                       [&](const Link& link) { return link.getTarget() == target; });
     links.erase(links.begin(), entered + 1);
     return links;
+}
+
+std::size_t Walk::bytesHeld() const noexcept {
+    std::size_t bytes = entered_.bytes() + store_->bytes();
+    if (maintainer_ != nullptr) bytes += maintainer_->bytes();
+    if (reach_ != nullptr) bytes += reach_->bytes();
+    if (ways_ != nullptr) bytes += ways_->bytes();
+    return bytes;
 }
 
 const Ways& Walk::ways() const {

@@ -66,6 +66,21 @@ class Walk {
     std::vector<Link> cycle();
     std::size_t enteredCount() const noexcept { return entered_.size(); }
     std::size_t waitingCount() const noexcept { return store_->size(); }
+    std::size_t bytesHeld() const noexcept;
+    Algo order() const noexcept { return result_->algo_; }
+
+    // What follows is for those who ask what the walk has left out.
+
+    const std::shared_ptr<TraversalResult>& result() const noexcept { return result_; }
+    const std::vector<ModelElement>& inputs() const noexcept { return result_->inputs_; }
+    /// How many of the inputs were begun.
+    std::size_t inputsBegun() const noexcept { return nextInput_; }
+    /// What is followed from elements of a class, where the walk knows that already; else null.
+    const Cursor::Settings* knownSettingsOf(const meta::Class& type) const noexcept {
+        return result_->provider_->knownSettingsOf(type);
+    }
+    /// Whether no more links come from an entered element.
+    bool hasLeft(const ModelElement& element) { return hasEnded_ || store_->hasLeft(element); }
 
     // What follows is for the frontier.
 

@@ -22,6 +22,7 @@ class Ways {
                   const AssociationSetting* setting) {
         ways_.insert(element, Way{Lent<ModelElement>(source), setting});
     }
+    std::size_t bytes() const noexcept { return ways_.bytes(); }
     /// The links that lead from an input to an element, the input's own link first; none where the
     /// element was not entered. Costs what it returns.
     std::vector<Link> to(const ModelElement& element) const;

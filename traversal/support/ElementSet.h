@@ -52,6 +52,7 @@ class ElementSetBy {
         }
     }
     std::size_t size() const noexcept { return elements_.size() + (hasNull_ ? 1 : 0); }
+    std::size_t bytes() const noexcept { return elements_.bytes(); }
 
     /// Begins to load what `contains` will look at, where that lies anywhere in memory.
     MODELING_NUV0_ALWAYS_INLINE void prefetch(

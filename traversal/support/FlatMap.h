@@ -26,6 +26,11 @@ class FlatMap {
   public:
     std::size_t size() const noexcept { return size_ + (hasNull_ ? 1 : 0); }
 
+    /// What the arrays take.
+    std::size_t bytes() const noexcept {
+        return slots_.capacity() * sizeof(Slot) + values_.bytes();
+    }
+
     const Value* find(const Handle& key) const noexcept {
         if (!key) return hasNull_ ? &nullValue_ : nullptr;
         if (slots_.empty()) return nullptr;
@@ -105,6 +110,7 @@ class FlatMap {
         Value& at(std::size_t place) noexcept { return values_[place]; }
         const Value& at(std::size_t place) const noexcept { return values_[place]; }
         void swap(Values& other) noexcept { values_.swap(other.values_); }
+        std::size_t bytes() const noexcept { return values_.capacity() * sizeof(Value); }
 
       private:
         std::vector<Value> values_;
@@ -116,6 +122,7 @@ class FlatMap {
         Value& at(std::size_t /*place*/) noexcept { return value_; }
         const Value& at(std::size_t /*place*/) const noexcept { return value_; }
         void swap(NoValues& /*other*/) noexcept {}
+        std::size_t bytes() const noexcept { return 0; }
 
       private:
         Value value_;

@@ -30,6 +30,10 @@ class NumberSet {
     ~NumberSet() = default;
 
     std::size_t size() const noexcept { return size_; }
+    /// What the directory and the bitmaps take.
+    std::size_t bytes() const noexcept {
+        return directory_.capacity() * sizeof(Entry) + lines_.bytes();
+    }
 
     bool contains(std::uint64_t number) noexcept {
         return number / numbersPerLine == latestKey_ ? latest_->has(number)
@@ -114,6 +118,7 @@ class NumberSet {
         void reserve(std::size_t count);
         /// A bitmap without numbers; more room is made as it is needed.
         Line& take();
+        std::size_t bytes() const noexcept { return total_ * sizeof(Line); }
 
       private:
         std::vector<std::unique_ptr<Line[]>> blocks_;

@@ -31,6 +31,8 @@ class PairSet {
         return true;
     }
 
+    std::size_t bytes() const noexcept { return places_.capacity() * sizeof(Place); }
+
   private:
     struct Place {
         Lent<ModelElement> first;

@@ -1,0 +1,228 @@
+#include "traversal/WhyNot.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <unordered_map>
+#include <utility>
+
+#include "traversal/internal/Dumps.h"
+#include "traversal/internal/WalkAccess.h"
+#include "traversal/support/ElementSet.h"
+
+namespace nuv::zero::traversal {
+
+using internal::Link;
+using internal::Walk;
+using internal::WalkAccess;
+
+namespace {
+
+/// Looks for the links to an element, in a breadth-first pass over what a walk has entered.
+class MissedLinks {
+  public:
+    MissedLinks(Walk& walk, const ModelElement& element, const WalkBoundaries* boundaries)
+        : walk_(walk), element_(element), boundaries_(boundaries) {}
+
+    std::vector<MissedLink> find() {
+        addInputs();
+        std::size_t distanceEnd = found_.size();
+        for (std::size_t next = 0; next < found_.size(); ++next) {
+            if (next == distanceEnd) {
+                ++distance_;
+                distanceEnd = found_.size();
+            }
+            lookFrom(found_[next]);
+        }
+        return std::move(links_);
+    }
+
+  private:
+    using Element = internal::Lent<ModelElement>;
+    /// The associations of a class, and how the walk takes them.
+    struct Associations {
+        std::vector<AssociationSetting> all;
+        /// None where the walk has not come to an element of the class that it goes on from.
+        const std::vector<AssociationSetting>* followed = nullptr;
+
+        bool isFollowed(const Property& property) const noexcept {
+            return followed != nullptr && std::any_of(followed->begin(), followed->end(),
+                                                      [&](const AssociationSetting& setting) {
+                                                          return setting.property() == property;
+                                                      });
+        }
+    };
+
+    void addInputs() {
+        const std::vector<ModelElement>& inputs = walk_.inputs();
+        bool isMet = false;
+        for (std::size_t index = 0; index < inputs.size(); ++index) {
+            if (inputs[index] == element_ && !isMet) {
+                isMet = true;
+                const bool isToCome = !walk_.hasEnded() && index + 1 >= walk_.inputsBegun();
+                add(Link(ModelElement(), element_, Property()),
+                    isToCome ? Obstacle::NotYet : Obstacle::NotTaken);
+            }
+            if (inputs[index]) goOnTo(inputs[index]);
+        }
+    }
+    void goOnTo(const ModelElement& element) {
+        if (walk_.hasEntered(element) && known_.insert(element)) found_.emplace_back(element);
+    }
+
+    // By value: what is found makes the list longer.
+    void lookFrom(Element lent) {
+        const ModelElement& source = lent.get();
+        const Associations& associations = associationsOf(access::classOf(source));
+        for (const AssociationSetting& setting : associations.all) {
+            const auto values = setting.read(source);
+            const bool isFollowed = associations.isFollowed(setting.property());
+            bool isMet = false;
+            for (std::size_t index = 0; index < values.size(); ++index) {
+                const Element value = Element::adopt(values.lend(index));
+                if (value.get() == element_) isMet = true;
+                if (isFollowed && value.get()) goOnTo(value.get());
+            }
+            if (isMet) miss(source, setting.property(), associations);
+        }
+    }
+
+    void miss(const ModelElement& source, const Property& property,
+              const Associations& associations) {
+        const Link link(source, element_, property);
+        // What the rules say of a class that the walk does not go on from, it has never asked.
+        const bool isKnown = associations.followed != nullptr;
+        const bool isFollowed = associations.isFollowed(property);
+        if (!isKnown || (isFollowed && !walk_.mayLeave(source, distance_))) {
+            return add(link, Obstacle::OutOfReach);
+        }
+        if (!isFollowed) {
+            add(link, Obstacle::Rules);
+            const ExplainedProperty* decision =
+                explanationOf(access::classOf(source)).find(property);
+            if (decision != nullptr) links_.back().decision = *decision;
+            return;
+        }
+        if (boundaries_ != nullptr && boundaries_->findRefusal(link) != nullptr) {
+            return add(link, Obstacle::Boundary);
+        }
+        const WalkBoundaries::Cut* cut =
+            boundaries_ == nullptr ? nullptr : boundaries_->findCut(source, property);
+        if (cut != nullptr) {
+            add(link, Obstacle::Pruned);
+            links_.back().pruning = cut->pruning;
+            return;
+        }
+        add(link, walk_.hasLeft(source) ? Obstacle::NotTaken : Obstacle::NotYet);
+    }
+    void add(const Link& link, Obstacle obstacle) {
+        links_.push_back({link, distance_, obstacle, std::nullopt, std::nullopt});
+    }
+
+    const Associations& associationsOf(const Class& type) {
+        const auto known = associations_.find(type);
+        if (known != associations_.end()) return known->second;
+        Associations associations;
+        for (const Property& property : access::allProperties(type)) {
+            if (!access::isAssociation(property)) continue;
+            associations.all.emplace_back(property, ResultPolicy::Report);
+            associations.all.back().prepareFor(type, nullptr);
+        }
+        associations.followed = walk_.knownSettingsOf(type);
+        return associations_.emplace(type, std::move(associations)).first->second;
+    }
+    const Explanation& explanationOf(const Class& type) {
+        const auto known = explanations_.find(type);
+        if (known != explanations_.end()) return known->second;
+        return explanations_.emplace(type, explain(walk_.result(), type)).first->second;
+    }
+
+    Walk& walk_;
+    const ModelElement& element_;
+    const WalkBoundaries* boundaries_;
+    std::vector<MissedLink> links_;
+    /// In the order in which they were found.
+    std::vector<Element> found_;
+    internal::ElementSet known_;
+    std::size_t distance_ = 0;
+    std::unordered_map<Class, Associations> associations_;
+    std::unordered_map<Class, Explanation> explanations_;
+};
+
+WhyNot whyNot(Walk* walk, const ModelElement& element, const WalkBoundaries* boundaries) {
+    if (!element) throw std::invalid_argument("whyNot() needs an element.");
+    WhyNot answer{element, false, 0, {}};
+    if (walk == nullptr) return answer;
+    answer.isEntered = walk->hasEntered(element);
+    answer.enteredCount = walk->enteredCount();
+    if (!answer.isEntered) answer.links = MissedLinks(*walk, element, boundaries).find();
+    return answer;
+}
+
+std::string obstacleText(const MissedLink& missed) {
+    switch (missed.obstacle) {
+        case Obstacle::Rules:
+            return missed.decision ? missed.decision->text() : "the rules do not follow it";
+        case Obstacle::Boundary:
+            return "a boundary refused it";
+        case Obstacle::Pruned:
+            switch (missed.pruning.value_or(Pruning::AllChildren)) {
+                case Pruning::AllChildren:
+                    return "all children of its source were pruned";
+                case Pruning::Children:
+                    return "children of its source by that property were pruned";
+                case Pruning::Siblings:
+                    return "the further values of that property were pruned";
+            }
+            break;
+        case Obstacle::OutOfReach:
+            return "its source is as far from the inputs as the walk goes";
+        case Obstacle::NotYet:
+            return "the walk has not come there yet";
+        case Obstacle::NotTaken:
+            return "refused, pruned or lost; a WalkBoundaries listener would know";
+    }
+    return "";
+}
+
+std::string counted(std::size_t count, const std::string& one, const std::string& many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+std::size_t WhyNot::count(Obstacle obstacle) const noexcept {
+    return static_cast<std::size_t>(
+        std::count_if(links.begin(), links.end(),
+                      [&](const MissedLink& missed) { return missed.obstacle == obstacle; }));
+}
+
+std::string WhyNot::text() const {
+    const std::string name = internal::dumpElement(element);
+    if (isEntered) return name + " was entered.\n";
+    if (links.empty()) {
+        return name + " was not entered: nothing that was entered refers to it (" +
+               counted(enteredCount, "element", "elements") + ").\n";
+    }
+    std::string text = name + " was not entered. " + counted(links.size(), "link", "links") +
+                       " might have led to it:\n";
+    for (const MissedLink& missed : links) {
+        text += "  " + internal::dumpLink(missed.link);
+        if (missed.link.getProperty()) {
+            text += ", " + counted(missed.distance, "link", "links") + " from an input";
+        }
+        text += ": " + obstacleText(missed) + "\n";
+    }
+    return text;
+}
+
+WhyNot whyNot(const internal::TraversalResult::IterationContext& walk, const ModelElement& element,
+              const WalkBoundaries* boundaries) {
+    return whyNot(WalkAccess::of(walk), element, boundaries);
+}
+
+WhyNot whyNot(const LinkRange& walk, const ModelElement& element,
+              const WalkBoundaries* boundaries) {
+    return whyNot(WalkAccess::of(walk), element, boundaries);
+}
+
+}  // namespace nuv::zero::traversal
