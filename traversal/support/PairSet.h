@@ -31,6 +31,11 @@ class PairSet {
         return true;
     }
 
+    bool contains(const ModelElement& first, const ModelElement& second) const {
+        if (!first && !second) return hasNulls_;
+        return !places_.empty() && !places_[placeOf(first, second)].isFree();
+    }
+
   private:
     struct Place {
         Lent<ModelElement> first;
