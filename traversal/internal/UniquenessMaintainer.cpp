@@ -1,6 +1,7 @@
 #include "traversal/internal/UniquenessMaintainer.h"
 
 #include <cstddef>
+#include <unordered_map>
 #include <vector>
 
 #include "traversal/support/ElementSet.h"
@@ -46,9 +47,14 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         const ModelElement& target = link.getTarget();
         if (!property) return pseudoLinks_.insert(source, target);
         const Ends ends = endsOf(property);
-        if (!insert(source, target, ends)) return false;
-        // Where one link stands for both, its reverse is there as well.
-        return ends.areMutual || !ends.opposite || insert(target, source, endsOf(ends.opposite));
+        if (!ends.areMutual) {
+            return insert(source, target, ends) &&
+                   (!ends.opposite || insertReverse(target, source, ends.opposite));
+        }
+        if (alone_.empty()) return insert(source, target, ends);
+        if (isAlone(source, target, property)) return false;
+        const bool isReverseNew = !isAlone(target, source, ends.opposite);
+        return insert(source, target, ends) && isReverseNew;
     }
     std::unique_ptr<UniquenessMaintainer> clone() const override {
         return std::make_unique<UniqueLinkMaintainer>(*this);
@@ -67,7 +73,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         /// Which set holds the property's links.
         std::size_t set = 0;
         /// Whether they are two, and each the other's opposite. A link and its reverse are then
-        /// never seen one without the other: one pair in one set stands for both.
+        /// seen together: one pair in one set stands for both.
         bool areMutual = false;
         /// Whether that pair begins with the source of the property's own links.
         bool isForward = true;
@@ -76,6 +82,21 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     bool insert(const ModelElement& source, const ModelElement& target, const Ends& ends) {
         PairSet& links = links_[ends.set];
         return ends.isForward ? links.insert(source, target) : links.insert(target, source);
+    }
+    /// Inserts the reverse of a link whose property is not the opposite of its own opposite.
+    bool insertReverse(const ModelElement& source, const ModelElement& target,
+                       const meta::Property& property) {
+        const Ends ends = endsOf(property);
+        if (!ends.areMutual) return insert(source, target, ends);
+        const PairSet& links = links_[ends.set];
+        const bool isKnown =
+            ends.isForward ? links.contains(source, target) : links.contains(target, source);
+        return !isKnown && alone_[property].insert(source, target);
+    }
+    bool isAlone(const ModelElement& source, const ModelElement& target,
+                 const meta::Property& property) const {
+        const auto links = alone_.find(property);
+        return links != alone_.end() && links->second.contains(source, target);
     }
     const Ends& endsOf(const meta::Property& property) {
         const Ends* known = ends_.find(property);
@@ -102,6 +123,9 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     PairSet pseudoLinks_;
     /// One for each association met.
     std::vector<PairSet> links_;
+    /// Links of mutual ends that count as seen without their reverses, because a third property
+    /// has named their own as its opposite. Few metamodels have such properties.
+    std::unordered_map<meta::Property, PairSet> alone_;
     FlatMap<meta::Property, meta::Property, Ends, WalkSupport::Hash<meta::Property>> ends_;
 };
 

@@ -32,6 +32,10 @@ class PairSet {
     }
 
     std::size_t bytes() const noexcept { return places_.capacity() * sizeof(Place); }
+    bool contains(const ModelElement& first, const ModelElement& second) const {
+        if (!first && !second) return hasNulls_;
+        return !places_.empty() && !places_[placeOf(first, second)].isFree();
+    }
 
   private:
     struct Place {

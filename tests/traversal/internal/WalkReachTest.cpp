@@ -61,6 +61,20 @@ TEST_P(WalkReachTest, LinkOverABoundaryIsReportedAndItsTargetLeftToALaterLink) {
               sorted({">A", "A.x>B!", "A.x>C", "C.y>B", "B.x>E", "E.y>A!", "A.y>D", "D.x>F"}));
 }
 
+TEST_P(WalkReachTest, LinkOverABoundaryIsOneThoughItsTargetWasEnteredMeanwhile) {
+    ModelBuilder twice("Node; Node.x -> Node *; Node.y -> Node *", "A.x = B; A.y = B");
+    const auto result = run(twice, {"A"});
+    ResultSetup(result).descend(
+        [&](const Link& link) { return link.getProperty() != twice["Node.x"]; });
+    Lines lines;
+    for (auto walk = result->begin(); !!walk.getCurrent(); walk.advance()) {
+        if (!walk.getCurrent().getProperty()) continue;
+        lines.push_back(text(walk.getCurrent()) + ' ' + std::to_string(walk.depth()) + ' ' +
+                        (walk.meeting() == Meeting::Boundary ? "boundary" : "other"));
+    }
+    EXPECT_EQ(sorted(lines), (Lines{"A.x>B! 1 boundary", "A.y>B 1 other"}));
+}
+
 TEST_P(WalkReachTest, TargetThatNoLinkMayEnterStaysOutside) {
     const auto result = run();
     ResultSetup(result).descend([this](const Link& link) { return link.getTarget() != m("B"); });
