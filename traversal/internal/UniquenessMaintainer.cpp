@@ -1,6 +1,8 @@
 #include "traversal/internal/UniquenessMaintainer.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "traversal/support/ElementSet.h"
@@ -46,9 +48,13 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         const ModelElement& target = link.getTarget();
         if (!property) return pseudoLinks_.insert(source, target);
         const Ends ends = endsOf(property);
+        if (ends.areMutual) {
+            if (isAlone(source, target, property)) return false;
+            // Where one link stands for both, its reverse is there as well.
+            return insert(source, target, ends) && !isAlone(target, source, ends.opposite);
+        }
         if (!insert(source, target, ends)) return false;
-        // Where one link stands for both, its reverse is there as well.
-        return ends.areMutual || !ends.opposite || insert(target, source, endsOf(ends.opposite));
+        return !ends.opposite || insertReverse(target, source, ends.opposite);
     }
     std::unique_ptr<UniquenessMaintainer> clone() const override {
         return std::make_unique<UniqueLinkMaintainer>(*this);
@@ -57,6 +63,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     std::size_t bytes() const noexcept override {
         std::size_t bytes = pseudoLinks_.bytes() + ends_.bytes();
         for (const PairSet& links : links_) bytes += sizeof(PairSet) + links.bytes();
+        for (const auto& [property, links] : alone_) bytes += sizeof(links) + links.bytes();
         return bytes;
     }
 
@@ -67,7 +74,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         /// Which set holds the property's links.
         std::size_t set = 0;
         /// Whether they are two, and each the other's opposite. A link and its reverse are then
-        /// never seen one without the other: one pair in one set stands for both.
+        /// seen together: one pair in one set stands for both.
         bool areMutual = false;
         /// Whether that pair begins with the source of the property's own links.
         bool isForward = true;
@@ -76,6 +83,29 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     bool insert(const ModelElement& source, const ModelElement& target, const Ends& ends) {
         PairSet& links = links_[ends.set];
         return ends.isForward ? links.insert(source, target) : links.insert(target, source);
+    }
+    /// The same for the reverse of a link whose property is not the opposite of its opposite: of
+    /// two that are each other's opposites, such a link has one seen without the other.
+    bool insertReverse(const ModelElement& source, const ModelElement& target,
+                       const meta::Property& property) {
+        const Ends ends = endsOf(property);
+        if (!ends.areMutual) return insert(source, target, ends);
+        const PairSet& links = links_[ends.set];
+        const bool isSeen =
+            ends.isForward ? links.contains(source, target) : links.contains(target, source);
+        return !isSeen && aloneOf(property).insert(source, target);
+    }
+    bool isAlone(const ModelElement& source, const ModelElement& target,
+                 const meta::Property& property) const {
+        return std::any_of(alone_.begin(), alone_.end(), [&](const auto& entry) {
+            return entry.first == property && entry.second.contains(source, target);
+        });
+    }
+    PairSet& aloneOf(const meta::Property& property) {
+        const auto known = std::find_if(alone_.begin(), alone_.end(),
+                                        [&](const auto& entry) { return entry.first == property; });
+        return known != alone_.end() ? known->second
+                                     : alone_.emplace_back(property, PairSet()).second;
     }
     const Ends& endsOf(const meta::Property& property) {
         const Ends* known = ends_.find(property);
@@ -102,6 +132,9 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     PairSet pseudoLinks_;
     /// One for each association met.
     std::vector<PairSet> links_;
+    /// What was seen of a property without its reverse, although they are mutual. None but where a
+    /// third property names one of two as its opposite.
+    std::vector<std::pair<meta::Property, PairSet>> alone_;
     FlatMap<meta::Property, meta::Property, Ends, WalkSupport::Hash<meta::Property>> ends_;
 };
 
