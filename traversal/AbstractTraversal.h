@@ -13,6 +13,7 @@
 #include "traversal/Export.h"
 #include "traversal/PropertyMatcher.h"
 #include "traversal/PropertyProvider.h"
+#include "traversal/RuleCall.h"
 #include "traversal/internal/TraversalResult.h"
 
 namespace nuv::zero::traversal {
@@ -22,6 +23,11 @@ template <class Range>
 concept ElementRange = std::ranges::input_range<Range> &&
     std::convertible_to<std::ranges::range_reference_t<Range>, ModelElement> &&
     !std::same_as<std::remove_cvref_t<Range>, std::vector<ModelElement>>;
+
+/// One thing that names an element. What is a list of elements as well is taken as the list.
+template <class Element>
+concept SingleElement = std::convertible_to<Element, ModelElement> && !ElementRange<Element> &&
+                        !std::convertible_to<Element, std::vector<ModelElement>>;
 
 /// What the three kinds of traversal builder share: rules that accumulate, and running.
 ///
@@ -61,25 +67,29 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     }
 
     /// The links reachable from the inputs, input by input in their order; see `TraversalResult`.
+    /// Running changes nothing, so a builder that is handed out as constant runs too.
     std::shared_ptr<internal::TraversalResult> run(const std::vector<ModelElement>& inputs,
-                                                   Algo algo) {
-        return createResult(inputs, algo, initialPseudoLinkPolicy_);
+                                                   Algo algo) const {
+        // The hook that kinds override is not constant, though all it does is take a snapshot.
+        return const_cast<AbstractTraversal*>(this)->createResult(inputs, algo,
+                                                                  initialPseudoLinkPolicy_);
     }
-    std::shared_ptr<internal::TraversalResult> depthFirst(const std::vector<ModelElement>& inputs) {
+    std::shared_ptr<internal::TraversalResult> depthFirst(
+        const std::vector<ModelElement>& inputs) const {
         return run(inputs, Algo::DepthFirstPreOrder);
     }
     std::shared_ptr<internal::TraversalResult> depthFirstPostOrder(
-        const std::vector<ModelElement>& inputs) {
+        const std::vector<ModelElement>& inputs) const {
         return run(inputs, Algo::DepthFirstPostOrder);
     }
     std::shared_ptr<internal::TraversalResult> breadthFirst(
-        const std::vector<ModelElement>& inputs) {
+        const std::vector<ModelElement>& inputs) const {
         return run(inputs, Algo::BreadthFirst);
     }
 
     /// The same for any range of elements.
     template <ElementRange Range>
-    std::shared_ptr<internal::TraversalResult> run(Range&& inputs, Algo algo) {
+    std::shared_ptr<internal::TraversalResult> run(Range&& inputs, Algo algo) const {
         std::vector<ModelElement> elements;
         for (auto&& element : inputs) {
             elements.push_back(static_cast<ModelElement>(std::forward<decltype(element)>(element)));
@@ -87,16 +97,34 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
         return run(elements, algo);
     }
     template <ElementRange Range>
-    std::shared_ptr<internal::TraversalResult> depthFirst(Range&& inputs) {
+    std::shared_ptr<internal::TraversalResult> depthFirst(Range&& inputs) const {
         return run(std::forward<Range>(inputs), Algo::DepthFirstPreOrder);
     }
     template <ElementRange Range>
-    std::shared_ptr<internal::TraversalResult> depthFirstPostOrder(Range&& inputs) {
+    std::shared_ptr<internal::TraversalResult> depthFirstPostOrder(Range&& inputs) const {
         return run(std::forward<Range>(inputs), Algo::DepthFirstPostOrder);
     }
     template <ElementRange Range>
-    std::shared_ptr<internal::TraversalResult> breadthFirst(Range&& inputs) {
+    std::shared_ptr<internal::TraversalResult> breadthFirst(Range&& inputs) const {
         return run(std::forward<Range>(inputs), Algo::BreadthFirst);
+    }
+
+    /// The same for one element, without braces. Templates, so that braces mean a list as before.
+    template <SingleElement Element>
+    std::shared_ptr<internal::TraversalResult> run(const Element& input, Algo algo) const {
+        return run(std::vector<ModelElement>(1, static_cast<ModelElement>(input)), algo);
+    }
+    template <SingleElement Element>
+    std::shared_ptr<internal::TraversalResult> depthFirst(const Element& input) const {
+        return run(input, Algo::DepthFirstPreOrder);
+    }
+    template <SingleElement Element>
+    std::shared_ptr<internal::TraversalResult> depthFirstPostOrder(const Element& input) const {
+        return run(input, Algo::DepthFirstPostOrder);
+    }
+    template <SingleElement Element>
+    std::shared_ptr<internal::TraversalResult> breadthFirst(const Element& input) const {
+        return run(input, Algo::BreadthFirst);
     }
 
   protected:
@@ -117,7 +145,15 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     const MatchersMap& matchersMap() const noexcept { return matchersMap_; }
     MatchersMap& matchersMap() noexcept { return matchersMap_; }
 
+    /// Does what a call says, and remembers the call. Where that fails, neither has happened.
+    void give(RuleCall call);
+    /// Forgets all rules.
+    virtual void forgetRules();
+
   private:
+    friend class RuleCheck;
+    /// What a call that gives a rule does.
+    virtual void apply(const RuleCall& call) = 0;
     virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
     virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
 
@@ -125,6 +161,7 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
         const std::vector<ModelElement>& elements, Algo algo, ResultPolicy policy);
 
     MatchersMap matchersMap_;
+    std::vector<RuleCall> calls_;
     ResultPolicy initialPseudoLinkPolicy_ = ResultPolicy::Report;
 };
 

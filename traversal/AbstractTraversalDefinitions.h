@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "traversal/AbstractTraversal.h"
 
 /// The bodies of `AbstractTraversal`, for the sources of the kinds, which instantiate them.
@@ -15,7 +17,9 @@ template <class Impl>
 AbstractTraversal<Impl>& AbstractTraversal<Impl>::operator=(const AbstractTraversal& other) {
     if (this != &other) {
         MatchersMap copy(other.matchersMap_);
+        std::vector<RuleCall> calls(other.calls_);
         matchersMap_.swap(copy);
+        calls_.swap(calls);
         initialPseudoLinkPolicy_ = other.initialPseudoLinkPolicy_;
     }
     return *this;
@@ -33,7 +37,7 @@ std::shared_ptr<Impl> AbstractTraversal<Impl>::includeInitialPseudoLink(ResultPo
 template <class Impl>
 std::shared_ptr<Impl> AbstractTraversal<Impl>::setResultPolicy(const PropertyMatcher& matcher,
                                                                ResultPolicy policy) {
-    if (matcher.getProperty()) doSetResultPolicy(matcher, policy);
+    give({RuleCall::Operation::SetResultPolicy, matcher, policy});
     return this->shared_from_this();
 }
 
@@ -43,6 +47,20 @@ std::shared_ptr<Impl> AbstractTraversal<Impl>::setResultPolicy(
     // Through the single form: a builder that nobody owns fails at its first matcher.
     for (const PropertyMatcher& matcher : matchers) setResultPolicy(matcher, policy);
     return this->shared_from_this();
+}
+
+template <class Impl>
+void AbstractTraversal<Impl>::give(RuleCall call) {
+    // Room first, so that what has been done is remembered.
+    if (calls_.size() == calls_.capacity()) calls_.reserve(2 * calls_.size() + 1);
+    apply(call);
+    calls_.push_back(std::move(call));
+}
+
+template <class Impl>
+void AbstractTraversal<Impl>::forgetRules() {
+    matchersMap_.clear();
+    calls_.clear();
 }
 
 template <class Impl>

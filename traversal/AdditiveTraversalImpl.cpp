@@ -64,21 +64,7 @@ AdditiveTraversalImpl::~AdditiveTraversalImpl() = default;
 
 std::shared_ptr<AdditiveTraversalImpl> AdditiveTraversalImpl::traverse(
     const PropertyMatcher& matcher, ResultPolicy policy) {
-    const Property& property = matcher.getProperty();
-    const auto known = matchersMap().find(property);
-    if (known != matchersMap().end()) {
-        known->second.composeMatcher(matcher.getOwner(), matcher.getMatcher(), policy);
-        return shared_from_this();
-    }
-    CompositeMatcher rules(CompositeMatcher::VisitMode::Visit);
-    rules.composeMatcher(matcher.getOwner(), matcher.getMatcher(), policy);
-    // The provider relies on every named property having rules: room for the name first, then the
-    // rules, and the name when nothing can fail any more.
-    if (traversedProperties_.size() == traversedProperties_.capacity()) {
-        traversedProperties_.reserve(2 * traversedProperties_.size() + 1);
-    }
-    matchersMap().emplace(property, std::move(rules));
-    traversedProperties_.push_back(property);
+    give({RuleCall::Operation::Traverse, matcher, policy});
     return shared_from_this();
 }
 
@@ -95,9 +81,37 @@ std::shared_ptr<AdditiveTraversalImpl> AdditiveTraversalImpl::traverse(
     return shared_from_this();
 }
 
+void AdditiveTraversalImpl::apply(const RuleCall& call) {
+    if (call.operation == RuleCall::Operation::Traverse) return follow(call.matcher, call.policy);
+    if (call.matcher.getProperty()) doSetResultPolicy(call.matcher, call.policy);
+}
+
+void AdditiveTraversalImpl::follow(const PropertyMatcher& matcher, ResultPolicy policy) {
+    const Property& property = matcher.getProperty();
+    const auto known = matchersMap().find(property);
+    if (known != matchersMap().end()) {
+        known->second.composeMatcher(matcher.getOwner(), matcher.getMatcher(), policy);
+        return;
+    }
+    CompositeMatcher rules(CompositeMatcher::VisitMode::Visit);
+    rules.composeMatcher(matcher.getOwner(), matcher.getMatcher(), policy);
+    // The provider relies on every named property having rules: room for the name first, then the
+    // rules, and the name when nothing can fail any more.
+    if (traversedProperties_.size() == traversedProperties_.capacity()) {
+        traversedProperties_.reserve(2 * traversedProperties_.size() + 1);
+    }
+    matchersMap().emplace(property, std::move(rules));
+    traversedProperties_.push_back(property);
+}
+
 void AdditiveTraversalImpl::doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) {
     const auto known = matchersMap().find(matcher.getProperty());
     if (known != matchersMap().end()) known->second.composePolicy(matcher.getOwner(), policy);
+}
+
+void AdditiveTraversalImpl::forgetRules() {
+    AbstractTraversal::forgetRules();
+    traversedProperties_.clear();
 }
 
 std::shared_ptr<PropertyProvider> AdditiveTraversalImpl::createPropertyProvider() {

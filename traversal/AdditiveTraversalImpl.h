@@ -49,6 +49,9 @@ class MODELING_NUV0_TRAVERSAL_EXPORT AdditiveTraversalImpl
     }
 
   private:
+    void apply(const RuleCall& call) override;
+    void follow(const PropertyMatcher& matcher, ResultPolicy policy);
+    void forgetRules() override;
     void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) override;
     std::shared_ptr<PropertyProvider> createPropertyProvider() override;
 

@@ -37,6 +37,7 @@ class PruningTraversal : public AbstractTraversal<Impl> {
     }
 
   private:
+    void apply(const RuleCall& call) override;
     void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) override;
 };
 

@@ -21,7 +21,7 @@ PruningTraversal<Impl>::~PruningTraversal() = default;
 
 template <class Impl>
 std::shared_ptr<Impl> PruningTraversal<Impl>::prune(const PropertyMatcher& matcher) {
-    internal::pruneInMatchersMap(this->matchersMap(), matcher);
+    this->give({RuleCall::Operation::Prune, matcher});
     return this->shared_from_this();
 }
 
@@ -35,6 +35,15 @@ template <class Impl>
 std::shared_ptr<Impl> PruningTraversal<Impl>::prune(const std::vector<PropertyMatcher>& matchers) {
     for (const PropertyMatcher& matcher : matchers) prune(matcher);
     return this->shared_from_this();
+}
+
+template <class Impl>
+void PruningTraversal<Impl>::apply(const RuleCall& call) {
+    if (call.operation == RuleCall::Operation::Prune) {
+        internal::pruneInMatchersMap(this->matchersMap(), call.matcher);
+    } else if (call.matcher.getProperty()) {
+        doSetResultPolicy(call.matcher, call.policy);
+    }
 }
 
 template <class Impl>

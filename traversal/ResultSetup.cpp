@@ -3,7 +3,11 @@
 #include <stdexcept>
 #include <utility>
 
+#include "traversal/internal/EventCallables.h"
+
 namespace nuv::zero::traversal {
+
+using internal::EventCallables;
 
 ResultSetup::ResultSetup(std::shared_ptr<internal::TraversalResult> result)
     : result_(std::move(result)) {
@@ -12,6 +16,37 @@ ResultSetup::ResultSetup(std::shared_ptr<internal::TraversalResult> result)
 
 ResultSetup& ResultSetup::observe(internal::TraversalProcessor* processor) {
     result_->doAttach(processor);
+    return *this;
+}
+
+ResultSetup& ResultSetup::onEnterInputElement(const OfElement& callable) {
+    result_->listening_.to =
+        result_->listening_.ownCallables().add(EventCallables::Event::EnterInputElement, callable);
+    return *this;
+}
+ResultSetup& ResultSetup::onEnterElement(const OfElement& callable) {
+    result_->listening_.to =
+        result_->listening_.ownCallables().add(EventCallables::Event::EnterElement, callable);
+    return *this;
+}
+ResultSetup& ResultSetup::onEnterProperty(const OfProperty& callable) {
+    result_->listening_.to =
+        result_->listening_.ownCallables().add(EventCallables::Event::EnterProperty, callable);
+    return *this;
+}
+ResultSetup& ResultSetup::onExitProperty(const OfProperty& callable) {
+    result_->listening_.to =
+        result_->listening_.ownCallables().add(EventCallables::Event::ExitProperty, callable);
+    return *this;
+}
+ResultSetup& ResultSetup::onExitElement(const OfElement& callable) {
+    result_->listening_.to =
+        result_->listening_.ownCallables().add(EventCallables::Event::ExitElement, callable);
+    return *this;
+}
+ResultSetup& ResultSetup::onExitInputElement(const OfElement& callable) {
+    result_->listening_.to =
+        result_->listening_.ownCallables().add(EventCallables::Event::ExitInputElement, callable);
     return *this;
 }
 
@@ -27,8 +62,16 @@ ResultSetup& ResultSetup::filterByReference(
     return *this;
 }
 
+ResultSetup& ResultSetup::filterByAnswer(
+    const std::function<bool(const internal::Link&)>& isWanted) {
+    return filterByReference([isWanted](const internal::Link& link) {
+        return isWanted(link) ? ResultPolicy::Report : ResultPolicy::WalkOnly;
+    });
+}
+
 ResultSetup& ResultSetup::descend(const std::function<bool(const internal::Link&)>& predicate) {
     result_->boundaries_.push_back(predicate);
+    result_->hasBoundaries_ = true;
     return *this;
 }
 

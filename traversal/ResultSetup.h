@@ -24,14 +24,33 @@ namespace nuv::zero::traversal {
 /// and for the events of elements entered from then on, while elements entered before keep the
 /// observer they were entered under; they do not see a new uniqueness mode.
 ///
-/// A setup shares the result. The observer is not owned. Throws `std::invalid_argument` for a null
-/// result and `std::bad_alloc`.
+/// A setup shares the result. The observer is not owned, callables are. Throws
+/// `std::invalid_argument` for a null result and `std::bad_alloc`.
 class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
   public:
+    /// What hears of one event of elements, or of properties.
+    using OfElement = std::function<void(const ModelElement&)>;
+    using OfProperty = std::function<void(const ModelElement&, const meta::Property&)>;
+
     explicit ResultSetup(std::shared_ptr<internal::TraversalResult> result);
 
     /// Attaches the observer in place of an earlier one; null detaches.
     ResultSetup& observe(internal::TraversalProcessor* processor);
+
+    // Calls something at one event, see `TraversalProcessor`. The result owns the callable, and a
+    // copy of the result has a copy of it. Callables and the observer are told in the order in
+    // which they were given; an observer that takes the place of another stands behind what was
+    // given before it. Where one throws, those behind it do not hear of the event; an event that
+    // comes again comes to all. An empty function fails with `std::bad_function_call` when its
+    // event comes. Walks under way hear as they hear a new observer.
+
+    ResultSetup& onEnterInputElement(const OfElement& callable);
+    ResultSetup& onEnterElement(const OfElement& callable);
+    ResultSetup& onEnterProperty(const OfProperty& callable);
+    ResultSetup& onExitProperty(const OfProperty& callable);
+    ResultSetup& onExitElement(const OfElement& callable);
+    ResultSetup& onExitInputElement(const OfElement& callable);
+
     /// Adds a filter behind the others. A link that any filter answers `WalkOnly` for is walked but
     /// not reported; the filters behind that one are not asked. An empty function fails with
     /// `std::bad_function_call` when it is asked.
@@ -45,6 +64,17 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
         !std::is_same_v<std::remove_cvref_t<Filter>, std::function<ResultPolicy(internal::Link)>>)
         ResultSetup& filter(Filter&& filter) {
         return filterByReference(std::forward<Filter>(filter));
+    }
+    /// The same for a filter that answers `bool`: true reports the link. Other answers that would
+    /// convert are refused, because a number could be meant as a policy.
+    ///
+    ///     ResultSetup(result).filter([&](const Link& link) { return link.getTarget() != root; });
+    ///     ResultSetup(result).filter(&Link::shouldCascade);
+    template <class Filter>
+    requires(
+        std::is_same_v<std::remove_cvref_t<std::invoke_result_t<Filter&, const internal::Link&>>,
+                       bool>) ResultSetup& filter(const Filter& isWanted) {
+        return filterByAnswer(isWanted);
     }
     ResultSetup& unique(UniquenessMode mode);
 
@@ -84,6 +114,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
   private:
     ResultSetup& filterByReference(
         const std::function<ResultPolicy(const internal::Link&)>& filter);
+    ResultSetup& filterByAnswer(const std::function<bool(const internal::Link&)>& isWanted);
 
     std::shared_ptr<internal::TraversalResult> result_;
 };

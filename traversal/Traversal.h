@@ -6,6 +6,7 @@
 #include "traversal/LinkRange.h"
 #include "traversal/NamedPredicate.h"
 #include "traversal/ResultSetup.h"
+#include "traversal/RuleCheck.h"
 #include "traversal/Spec.h"
 #include "traversal/WalkBoundaries.h"
 #include "traversal/WalkPicture.h"
@@ -18,7 +19,9 @@ namespace nuv::zero::traversal {
 using internal::dumpElement;
 using internal::dumpLink;
 using internal::Link;
+using internal::LinkHasher;
 using internal::TraversalProcessor;
 using internal::TraversalResult;
+using IterationContext = TraversalResult::IterationContext;
 
 }  // namespace nuv::zero::traversal

@@ -79,6 +79,7 @@ class LinkRange;
 class PropertyMatcher;
 class PropertyProvider;
 class ResultSetup;
+class RuleCheck;
 class Spec;
 class SubtractiveTraversalImpl;
 class WalkBoundaries;
@@ -89,6 +90,7 @@ class AbstractTraversal;
 
 namespace internal {
 class ElementProgress;
+class EventCallables;
 class Link;
 class TraversalProcessor;
 class TraversalResult;

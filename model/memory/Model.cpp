@@ -333,6 +333,14 @@ void Model::plant(const ModelElement& element, const meta::Property& property, P
     store(place, HeldWord(SlotWord::holding(planted)));
 }
 
+std::vector<ModelElement> Model::elements() const {
+    return storage_ == nullptr ? std::vector<ModelElement>() : storage_->elements();
+}
+
+std::vector<ModelElement> Model::roots() const {
+    return storage_ == nullptr ? std::vector<ModelElement>() : storage_->roots();
+}
+
 std::size_t Model::size() const noexcept {
     return storage_ == nullptr ? 0 : storage_->size();
 }

@@ -104,6 +104,13 @@ class MODELING_NUV0_MODEL_EXPORT Model {
 
     /// The number of elements made.
     std::size_t size() const noexcept;
+    /// All elements, in the order in which they were made; costs a handle each.
+    std::vector<ModelElement> elements() const;
+    /// The elements that no element of this model contains, in the same order: where a composition
+    /// traversal of the whole model starts. What is contained is what it follows, the values of
+    /// containment associations that are not derived; something else planted there contains
+    /// nothing. Elements that contain each other in a ring are no roots. Looks at every element.
+    std::vector<ModelElement> roots() const;
 
   private:
     /// Null until the first element is made.

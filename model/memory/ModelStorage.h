@@ -24,6 +24,10 @@ class ModelStorage final : public Storage {
     /// nothing.
     ModelElement create(const ClassObject& elementClass);
     std::size_t size() const noexcept { return size_; }
+    /// All elements, in the order in which they were made.
+    std::vector<ModelElement> elements() const;
+    /// Those that none of them contains.
+    std::vector<ModelElement> roots() const;
 
     /// The slot of that number, to be written. Throws `std::bad_alloc`, and then has changed
     /// nothing. REQUIRES: the element is of this storage and its class has that slot.
@@ -70,7 +74,7 @@ class ModelStorage final : public Storage {
     void keepWhilePinned(Payload& payload) noexcept;
     void freeViewed() noexcept override;
     template <class Visit>
-    void forEachElement(const Visit& visit) noexcept;
+    void forEachElement(const Visit& visit) const noexcept;
 
     Pins pins_;
     std::vector<Chunk> chunks_;

@@ -4,13 +4,14 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 
 #include "model/Framework.h"
 
 namespace nuv::zero::oracle {
 
 void CallRecorder::called(const std::string& line) {
-    write(line);
+    write(whereabouts ? line + whereabouts() : line);
     const std::vector<int>& failing = world_->failingCalls;
     if (std::count(failing.begin(), failing.end(), allCalls_++) != 0) throw CallbackFailure();
 }
@@ -37,10 +38,21 @@ bool CallRecorder::predicate(int predicate, int type) {
 }
 
 int CallRecorder::filter(int filter, const IndexedLink& link) {
-    using Wanted = FilterDefinition::Kind;
     const FilterDefinition& definition = world_->filters[static_cast<std::size_t>(filter)];
-    if (definition.kind == Wanted::Empty) throw std::bad_function_call();
+    if (definition.kind == FilterDefinition::Kind::Empty) throw std::bad_function_call();
     called("filter " + std::to_string(filter) + " asked about " + describe(link));
+    return answer(definition, link);
+}
+
+bool CallRecorder::boundary(int boundary, const IndexedLink& link) {
+    const FilterDefinition& definition = world_->filters[static_cast<std::size_t>(boundary)];
+    if (definition.kind == FilterDefinition::Kind::Empty) throw std::bad_function_call();
+    called("boundary " + std::to_string(boundary) + " asked about " + describe(link));
+    return answer(definition, link) != 0;
+}
+
+int CallRecorder::answer(const FilterDefinition& definition, const IndexedLink& link) const {
+    using Wanted = FilterDefinition::Kind;
     switch (definition.kind) {
         case Wanted::Veto:
             return 0;
@@ -83,6 +95,8 @@ void CallRecorder::writeCurrentException() {
                          world_->classes[static_cast<std::size_t>(failure.type)].qualifiedName)));
     } catch (const CannotCastIncompatibleTypes& failure) {
         write("throws CannotCastIncompatibleTypes " + access::toUtf8(failure.arguments().at(0)));
+    } catch (const std::logic_error&) {
+        write("throws std::logic_error");
     }
 }
 

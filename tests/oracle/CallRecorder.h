@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,8 +12,8 @@ namespace nuv::zero::oracle {
 /// What a callback throws when it is told to fail.
 struct CallbackFailure {};
 
-/// Acts as the predicates, filters and observers of a case, and writes down what happens, in order.
-/// The oracle and the engine have one each; the two records have to be equal.
+/// Acts as the predicates, filters, boundaries and observers of a case, and writes down what
+/// happens, in order. The oracle and the engine have one each; the two records have to be equal.
 class CallRecorder final : public Callbacks {
   public:
     explicit CallRecorder(const PlainWorld& world)
@@ -22,7 +23,12 @@ class CallRecorder final : public Callbacks {
     /// stands for an empty function.
     bool predicate(int predicate, int type) override;
     int filter(int filter, const IndexedLink& link) override;
+    /// A boundary answers as the filter of its number does: it lets pass what that one reports.
+    bool boundary(int boundary, const IndexedLink& link) override;
     void event(int observer, Event event, int element, int property = none) override;
+
+    /// Says where the walk under way stands while it calls; none where nobody can know.
+    std::function<std::string()> whereabouts;
 
     void write(const std::string& line) { lines_.push_back(line); }
     /// Writes down the exception that is being handled. Throws it again when it is of no known
@@ -33,6 +39,7 @@ class CallRecorder final : public Callbacks {
 
   private:
     void called(const std::string& line);
+    int answer(const FilterDefinition& definition, const IndexedLink& link) const;
 
     const PlainWorld* world_;
     std::vector<std::string> lines_;

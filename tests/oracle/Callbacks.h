@@ -21,8 +21,8 @@ struct ReadFailure {
     int type = none;
 };
 
-/// All that a walk calls: predicates, filters and observers, each named by its index. Each may
-/// throw, and may prune or copy the walk.
+/// All that a walk calls: predicates, filters, boundaries and observers, each named by its index.
+/// Each may throw, and may prune or copy the walk.
 class Callbacks {
   public:
     Callbacks() = default;
@@ -33,6 +33,8 @@ class Callbacks {
     virtual bool predicate(int predicate, int type) = 0;
     /// Zero leaves the link out.
     virtual int filter(int filter, const IndexedLink& link) = 0;
+    /// Whether the walk may be led into the target of a link.
+    virtual bool boundary(int /*boundary*/, const IndexedLink& /*link*/) { return true; }
     /// The property is `none` for events of elements and inputs.
     virtual void event(int observer, Event event, int element, int property) = 0;
     /// Called wherever a walk has to remember something, which is where memory may run out.

@@ -1,5 +1,6 @@
 #include "tests/oracle/Comparison.h"
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -96,6 +97,31 @@ class Comparison {
             if (side.equal(other, place)) line += ", " + placeName(other) + " equals it";
         }
         side.recorder.write(line);
+        writeStanding(side, place);
+    }
+
+    /// What the walk says of the place itself.
+    static void writeStanding(Side& side, int place) {
+        constexpr std::array meetings = {"nothing", "an input", "first",
+                                         "open",    "done",     "boundary"};
+        side.recorder.write("at depth " + std::to_string(side.depth(place)) + ", meets " +
+                            meetings.at(static_cast<std::size_t>(side.meeting(place))) + ", " +
+                            std::to_string(side.enteredCount(place)) + " entered, " +
+                            std::to_string(side.waitingCount(place)) + " waiting" +
+                            (side.hasEnded(place) ? ", ended" : ""));
+        writeLinks(side, "path", [&] { return side.path(place); });
+        writeLinks(side, "cycle", [&] { return side.cycle(place); });
+    }
+
+    template <class Links>
+    static void writeLinks(Side& side, const std::string& what, Links links) {
+        try {
+            std::string line = what + ':';
+            for (const IndexedLink& link : links()) line += ' ' + describe(link) + ',';
+            side.recorder.write(line);
+        } catch (...) {
+            side.recorder.writeCurrentException();
+        }
     }
 
     void addRule() {
@@ -125,6 +151,9 @@ class Comparison {
             if (choices_.percent(40)) addFilter(result);
         }
         if (choices_.percent(40)) setUniqueness(result);
+        if (choices_.percent(25)) addBoundary(result);
+        if (choices_.percent(15)) setUpTo(result);
+        if (choices_.percent(40)) rememberPaths(result);
     }
 
     void attach(int result) {
@@ -145,13 +174,52 @@ class Comparison {
              [&](Side& side) { side.setUniqueness(result, mode); });
     }
 
+    void addBoundary(int result) {
+        const int filter = choices_.index(world_.filters.size());
+        both("result " + std::to_string(result) + ": boundary " + std::to_string(filter),
+             [&](Side& side) { side.addBoundary(result, filter); });
+    }
+
+    void setUpTo(int result) {
+        const auto distance = static_cast<std::size_t>(choices_.upTo(4));
+        both("result " + std::to_string(result) + ": up to " + std::to_string(distance),
+             [&](Side& side) { side.setUpTo(result, distance); });
+    }
+
+    void rememberPaths(int result) {
+        both("result " + std::to_string(result) + ": remembers paths",
+             [&](Side& side) { side.rememberPaths(result); });
+    }
+
     void begin(int place, int result) {
+        if (choices_.percent(25)) {
+            onWalk(place, "prepared on result " + std::to_string(result),
+                   [&](Side& side) { side.prepare(place, result); });
+            return;
+        }
         onWalk(place, "begin on result " + std::to_string(result),
                [&](Side& side) { side.begin(place, result); });
     }
 
     void advance(int place) {
         onWalk(place, "advance", [&](Side& side) { side.advance(place); });
+    }
+
+    void advanceWithin(int place, std::size_t steps) {
+        onWalk(place, "advance within " + std::to_string(steps) + " steps",
+               [&](Side& side) { side.advanceWithin(place, steps); });
+    }
+
+    /// Which elements a walk has entered, and how it came to them.
+    void askAboutElements(int place) {
+        both(placeName(place) + ": elements", [&](Side& side) {
+            for (int element = none; element < static_cast<int>(world_.elements.size());
+                 ++element) {
+                const bool entered = side.hasEntered(place, element);
+                side.recorder.write(elementName(element) + (entered ? " entered" : " not entered"));
+                writeLinks(side, "path", [&] { return side.pathTo(place, element); });
+            }
+        });
     }
 
     void drop(int place) {
@@ -168,8 +236,12 @@ class Comparison {
         const int action = choices_.upTo(99);
         if (action < pruneChance_) {
             prune(place);
-        } else if (action < 90) {
+        } else if (action < 75) {
             advance(place);
+        } else if (action < 89) {
+            advanceWithin(place, static_cast<std::size_t>(choices_.upTo(6)));
+        } else if (action < 91) {
+            askAboutElements(place);
         } else if (action < 96) {
             relate(place);
         } else if (action < 98) {
@@ -228,9 +300,18 @@ class Comparison {
     /// Changes what walks under way may or may not see.
     void change() {
         const int result = choices_.index(static_cast<std::size_t>(results_));
-        switch (choices_.upTo(5)) {
+        switch (choices_.upTo(8)) {
             case 0:
                 addFilter(result);
+                break;
+            case 4:
+                addBoundary(result);
+                break;
+            case 5:
+                setUpTo(result);
+                break;
+            case 6:
+                rememberPaths(result);
                 break;
             case 1:
                 setUniqueness(result);
@@ -251,16 +332,21 @@ class Comparison {
         }
     }
 
-    /// Goes to the end, and on.
+    /// Goes to the end, in whole steps or by one at a time, and on.
     void finish(int place) {
-        constexpr int most = 300;
+        if (!exists(place)) return;
+        const bool isSlow = choices_.percent(15);
+        const int most = isSlow ? 1000 : 300;
         for (int step = 0; step < most && agrees() && exists(place); ++step) {
-            if (oracle_->isAtEnd(place)) {
+            const bool isAtEnd = oracle_->isAtEnd(place);
+            if (isSlow) {
+                advanceWithin(place, 1);
+            } else {
                 advance(place);
-                return;
             }
-            advance(place);
+            if (isAtEnd) break;
         }
+        if (agrees() && exists(place) && choices_.percent(30)) askAboutElements(place);
     }
 
     Choices& choices_;

@@ -7,8 +7,20 @@
 #include <variant>
 
 #include "tests/oracle/EngineModel.h"
+#include "tests/support/PrivateAccess.h"
 #include "traversal/ResultSetup.h"
 #include "traversal/Spec.h"
+#include "traversal/internal/Walk.h"
+
+namespace nuv::zero::testing_support {
+
+struct WalkOfContext {
+    friend auto pointerTo(WalkOfContext);
+};
+template struct Expose<WalkOfContext,
+                       &traversal::internal::TraversalResult::IterationContext::walk_>;
+
+}  // namespace nuv::zero::testing_support
 
 namespace nuv::zero::oracle {
 
@@ -119,6 +131,24 @@ class EngineSide : public Side {
         ResultSetup(at(result)).unique(static_cast<traversal::UniquenessMode>(mode));
     }
 
+    void addBoundary(int result, int filter) override {
+        std::function<bool(const Link&)> function;
+        if (world_.filters[static_cast<std::size_t>(filter)].kind !=
+            FilterDefinition::Kind::Empty) {
+            function = [this, filter](const Link& link) {
+                return recorder.boundary(filter, model_.stepOf(link));
+            };
+        }
+        ResultSetup(at(result)).descend(function);
+    }
+    void setUpTo(int result, std::size_t distance) override {
+        ResultSetup(at(result)).upTo(distance);
+    }
+    void rememberPaths(int result) override { ResultSetup(at(result)).rememberPaths(); }
+
+    void prepare(int place, int result) override {
+        walks_[place] = std::make_unique<IterationContext>(at(result)->prepare());
+    }
     void begin(int place, int result) override {
         drop(place);
         try {
@@ -131,22 +161,27 @@ class EngineSide : public Side {
     void makeSentinel(int place) override { walks_[place] = std::make_unique<IterationContext>(); }
     void drop(int place) override { walks_.erase(place); }
     void advance(int place) override {
-        try {
-            walks_.at(place)->advance();
-        } catch (...) {
-            recorder.writeCurrentException();
-        }
+        goOn(place, [&] { walks_.at(place)->advance(); });
+    }
+    void advanceWithin(int place, std::size_t steps) override {
+        int ending = 0;
+        goOn(place, [&] { ending = static_cast<int>(walks_.at(place)->advanceWithin(steps)); });
+        writeBudget(ending, steps);
     }
     void copy(int to, int from) override {
         auto copy = std::make_unique<IterationContext>(*walks_.at(from));
         walks_[to] = std::move(copy);
     }
     void assign(int to, int from) override { *walks_.at(to) = *walks_.at(from); }
-    void pruneAllChildren(int place) override { walks_.at(place)->pruneAllChildren(); }
-    void pruneChildren(int place, int property) override {
-        walks_.at(place)->pruneChildren(model_.propertyAt(property));
+    void pruneAllChildren(int place) override {
+        prune(place, [](Walk& walk) { return walk.pruneAllChildren(); });
     }
-    void pruneSiblings(int place) override { walks_.at(place)->pruneSiblings(); }
+    void pruneChildren(int place, int property) override {
+        prune(place, [&](Walk& walk) { return walk.pruneChildren(model_.propertyAt(property)); });
+    }
+    void pruneSiblings(int place) override {
+        prune(place, [](Walk& walk) { return walk.pruneSiblings(); });
+    }
 
     void hold(int place) override { held_.push_back(walks_.at(place)->getCurrent()); }
     void writeHeld() override {
@@ -168,7 +203,40 @@ class EngineSide : public Side {
     }
     bool equal(int one, int other) const override { return *walks_.at(one) == *walks_.at(other); }
 
+    bool hasEnded(int place) const override { return walks_.at(place)->hasEnded(); }
+    std::size_t depth(int place) const override { return walks_.at(place)->depth(); }
+    int meeting(int place) const override { return static_cast<int>(walks_.at(place)->meeting()); }
+    bool hasEntered(int place, int element) const override {
+        return walks_.at(place)->hasEntered(model_.elementAt(element));
+    }
+    std::size_t enteredCount(int place) const override { return walks_.at(place)->enteredCount(); }
+    std::size_t waitingCount(int place) const override { return walks_.at(place)->waitingCount(); }
+    std::vector<IndexedLink> path(int place) const override {
+        return stepsOf(walks_.at(place)->path());
+    }
+    std::vector<IndexedLink> pathTo(int place, int element) const override {
+        return stepsOf(walks_.at(place)->pathTo(model_.elementAt(element)));
+    }
+    std::vector<IndexedLink> cycle(int place) const override {
+        return stepsOf(walks_.at(place)->cycle());
+    }
+
   private:
+    using Walk = traversal::internal::Walk;
+
+    /// Walks that can be copied keep the answer to themselves; the end of every walk has no
+    /// answer to give.
+    template <class Prune>
+    void prune(int place, Prune prune) {
+        const auto& walk = (*walks_.at(place)).*pointerTo(testing_support::WalkOfContext());
+        writePruned(walk ? static_cast<int>(prune(*walk)) : 0);
+    }
+    std::vector<IndexedLink> stepsOf(const std::vector<Link>& links) const {
+        std::vector<IndexedLink> steps;
+        for (const Link& link : links) steps.push_back(model_.stepOf(link));
+        return steps;
+    }
+
     const std::shared_ptr<TraversalResult>& at(int result) const {
         return results_.at(static_cast<std::size_t>(result));
     }

@@ -10,74 +10,140 @@ NaiveWalk::NaiveWalk(const PlainWorld& world, Callbacks& callbacks,
     : world_(&world),
       callbacks_(&callbacks),
       result_(std::move(result)),
-      uniqueness_(result_->uniqueness) {
-    advance();
-}
+      uniqueness_(result_->uniqueness),
+      upTo_(result_->upTo) {}
 
 void NaiveWalk::advance() {
     if (!result_) return;
-    if (frontier_.empty()) return startNextInput();
-    const IndexedLink link = top();
-    if (!link.cascade) {
-        pop();
-        if (tryReport(link)) return;
-        return advance();
-    }
+    std::size_t enough = static_cast<std::size_t>(-1);
+    steps_ = &enough;
+    goOn();
+}
 
-    if (!hasEntered(link.target)) enter(link);
+Ending NaiveWalk::advanceWithin(std::size_t& steps) {
+    if (ended_) return Ending::Ended;
+    steps_ = &steps;
+    return goOn();
+}
+
+bool NaiveWalk::spend() {
+    if (*steps_ == 0) return false;
+    --*steps_;
+    return true;
+}
+
+Ending NaiveWalk::goOn() {
+    if (!findDistances()) return Ending::Paused;
+    if (frontier_.empty()) {
+        place_ = IndexedLink();
+        return spend() ? startNextInput() : Ending::Paused;
+    }
+    const IndexedLink link = top();
+    if (!isDepthFirst() && !hasTurn_ && !spend()) return Ending::Paused;
+    if (!link.cascade) {
+        place_ = link;
+        pop();
+        return tryReport(link) ? Ending::OnLink : goOn();
+    }
+    if (inputWaits_) {
+        if (hasEntered(link.target)) {
+            inputWaits_ = false;
+            pop();
+            return goOn();
+        }
+        enter(link);
+        inputWaits_ = false;
+    }
+    if (!isDepthFirst() && !hasTurn_) {
+        place_ = link;
+        hasTurn_ = true;
+    }
+    return takeLinks(link);
+}
+
+Ending NaiveWalk::takeLinks(const IndexedLink& link) {
     NaiveCursor& cursor = cursors_.at(link.target);
     if (!cursor.started) callbacks_->remember();
     if (result_->algo != 1 && !cursor.reportedSelf) {
         cursor.reportedSelf = true;
-        if (tryReport(link)) return;
+        if (tryReport(link)) return Ending::OnLink;
     }
 
-    while (!processedAll(cursor)) {
-        IndexedLink child = next(cursor);
-        if (child.isEmpty()) continue;
-        if (hasEntered(child.target)) {
-            child.cascade = false;
+    while (spend()) {
+        const bool isOverOrBetween =
+            cursor.finished || !cursor.inProperty || cursor.valueIndex + 1 >= cursor.values.size();
+        if (isOverOrBetween) place_ = link;
+        const NaiveCursor::Step found = step(cursor);
+        if (found == NaiveCursor::Step::NoValues) continue;
+        if (found == NaiveCursor::Step::Over) {
+            processedAll(cursor);
+            if (!cursor.reportedSelf) {
+                cursor.reportedSelf = true;
+                if (tryReport(link)) return Ending::OnLink;
+            }
+            pop();
+            hasTurn_ = false;
+            left_.insert(link.target);
+            // It does not lead on any more.
+            if (link.property != none) place_.cascade = false;
+            return goOn();
+        }
+        IndexedLink child = linkOf(cursor);
+        child.cascade = false;
+        place_ = child;
+        if (hasEntered(child.target) || !leadsOn(child)) {
+            child.refused = !hasEntered(child.target);
+            place_ = child;
             callbacks_->remember();
             push(child);
-            if (isDepthFirst()) return advance();
+            if (isDepthFirst()) return goOn();
             continue;
         }
+        child.cascade = true;
         NaiveCursor& entered = enter(child);
+        place_ = child;
         push(child);
-        if (isDepthFirst()) return advance();
+        if (isDepthFirst()) return goOn();
         entered.reportedSelf = true;
-        if (tryReport(child)) return;
+        if (tryReport(child)) return Ending::OnLink;
     }
-
-    if (!cursor.reportedSelf) {
-        cursor.reportedSelf = true;
-        if (tryReport(link)) return;
-    }
-    pop();
-    advance();
+    return Ending::Paused;
 }
 
-void NaiveWalk::startNextInput() {
+Ending NaiveWalk::startNextInput() {
     if (currentInput_ != none) notify(result_->observer, Event::ExitInput, currentInput_);
     if (nextInput_ == result_->inputs.size()) {
         current_ = IndexedLink();
-        return;
+        ended_ = true;
+        return Ending::Ended;
     }
     currentInput_ = result_->inputs[nextInput_];
     ++nextInput_;
     notify(result_->observer, Event::EnterInput, currentInput_);
     callbacks_->remember();
     push(IndexedLink{none, none, currentInput_, true});
-    advance();
+    inputWaits_ = true;
+    place_ = top();
+    return goOn();
+}
+
+bool NaiveWalk::leadsOn(const IndexedLink& link) {
+    IndexedLink asked = link;
+    asked.cascade = true;
+    return std::all_of(result_->boundaries.begin(), result_->boundaries.end(),
+                       [&](int boundary) { return callbacks_->boundary(boundary, asked); });
 }
 
 NaiveCursor& NaiveWalk::enter(const IndexedLink& link) {
     callbacks_->remember();
-    const Settings settings = result_->provider->settingsOf(classOf(link.target), *callbacks_);
     NaiveCursor cursor;
+    cursor.settings = std::make_shared<const std::vector<Setting>>();
+    if (mayLeave(link)) {
+        cursor.settings = result_->provider->settingsOf(classOf(link.target), *callbacks_);
+    }
     cursor.element = link.target;
     cursor.observer = result_->observer;
-    cursor.settings = settings;
+    enteredBy_[link.target] = link;
     return cursors_.emplace(link.target, cursor).first->second;
 }
 
@@ -117,91 +183,187 @@ bool NaiveWalk::passesFilters(const IndexedLink& link) {
 
 bool NaiveWalk::equals(const NaiveWalk& other) const {
     if (!result_ && !other.result_) return true;
-    if (!result_) return other.current_.isEmpty();
-    if (!other.result_) return current_.isEmpty();
+    if (!result_) return other.ended_;
+    if (!other.result_) return ended_;
     const bool sameFrontier = std::equal(
         frontier_.begin(), frontier_.end(), other.frontier_.begin(), other.frontier_.end(),
         [](const IndexedLink& a, const IndexedLink& b) { return a.isSameStep(b); });
     return result_ == other.result_ && nextInput_ == other.nextInput_ && sameFrontier &&
-           current_.isSameStep(other.current_) && currentInput_ == other.currentInput_;
+           current_.isSameStep(other.current_) && currentInput_ == other.currentInput_ &&
+           ended_ == other.ended_;
 }
 
-void NaiveWalk::pruneAllChildren() {
-    callbacks_->remember();
-    const auto entry = cursors_.find(current_.target);
-    if (entry == cursors_.end() || entry->second.finished) return;
-    entry->second.finished = true;
-    entry->second.propertyIndex = entry->second.settings->size();
+Met NaiveWalk::meeting() const {
+    if (place_.isEmpty()) return Met::None;
+    if (place_.property == none) return Met::Input;
+    if (place_.refused || !hasEntered(place_.target)) return Met::Boundary;
+    if (place_.cascade) return Met::First;
+    return left_.count(place_.target) == 0 ? Met::Open : Met::Done;
 }
 
-void NaiveWalk::pruneChildren(int property) {
-    callbacks_->remember();
-    const auto entry = cursors_.find(current_.target);
-    if (entry == cursors_.end() || entry->second.finished) return;
-    NaiveCursor& cursor = entry->second;
-    if (isAtProperty(cursor) && propertyOf(cursor) == property) {
-        pruneCurrentProperty(cursor);
-    } else {
-        cursor.prunedProperties.insert(property);
+std::size_t NaiveWalk::depthOf(int element) const {
+    const IndexedLink& link = enteredBy_.at(element);
+    return link.property == none ? 0 : depthOf(link.source) + 1;
+}
+
+std::vector<IndexedLink> NaiveWalk::pathTo(int element) const {
+    if (!hasEntered(element)) return {};
+    const IndexedLink& link = enteredBy_.at(element);
+    std::vector<IndexedLink> links;
+    if (link.property != none) links = pathTo(link.source);
+    links.push_back(link);
+    return links;
+}
+
+std::vector<IndexedLink> NaiveWalk::path() const {
+    if (place_.isEmpty()) return {};
+    std::vector<IndexedLink> links;
+    if (place_.property != none) links = pathTo(place_.source);
+    links.push_back(place_);
+    return links;
+}
+
+std::vector<IndexedLink> NaiveWalk::cycle() const {
+    if (!result_ || !isDepthFirst() || meeting() != Met::Open) return {};
+    std::vector<IndexedLink> links = {place_};
+    while (links.front().source != place_.target) {
+        links.insert(links.begin(), enteredBy_.at(links.front().source));
     }
+    return links;
 }
 
-void NaiveWalk::pruneSiblings() {
+bool NaiveWalk::mayLeave(const IndexedLink& link) const {
+    if (!upTo_) return true;
+    if (needsDistances()) return distances_.count(link.target) != 0;
+    return (link.property == none ? 0 : depthOf(link.source) + 1) < *upTo_;
+}
+
+/// False when the budget is used up before all distances are known.
+bool NaiveWalk::findDistances() {
+    if (!needsDistances() || knowsDistances_) return true;
+    while (*upTo_ != 0 && inputsTaken_ != result_->inputs.size()) {
+        if (!spend()) return false;
+        addAt(0, result_->inputs[inputsTaken_]);
+        ++inputsTaken_;
+    }
+    for (; silent_ || nextFound_ != found_.size(); silent_.reset()) {
+        if (!silent_) {
+            const int element = found_[nextFound_];
+            if (distances_.at(element) + 1 >= *upTo_) break;
+            NaiveCursor cursor;
+            cursor.element = element;
+            cursor.settings = result_->provider->settingsOf(classOf(element), *callbacks_);
+            silent_ = cursor;
+            ++nextFound_;
+        }
+        for (auto found = NaiveCursor::Step::Link; found != NaiveCursor::Step::Over;) {
+            if (!spend()) return false;
+            found = step(*silent_);
+            if (found != NaiveCursor::Step::Link) continue;
+            const IndexedLink link = linkOf(*silent_);
+            const bool isKnown = link.target == none || distances_.count(link.target) != 0;
+            if (!isKnown && leadsOn(link)) addAt(distances_.at(link.source) + 1, link.target);
+        }
+    }
+    knowsDistances_ = true;
+    return true;
+}
+
+void NaiveWalk::addAt(std::size_t distance, int element) {
+    // Nothing leaves a null element.
+    if (element == none || distances_.count(element) != 0) return;
     callbacks_->remember();
-    const auto entry = cursors_.find(current_.source);
-    if (entry != cursors_.end()) pruneCurrentProperty(entry->second);
+    distances_[element] = distance;
+    found_.push_back(element);
 }
 
-void NaiveWalk::pruneCurrentProperty(NaiveCursor& cursor) {
-    if (cursor.finished) return;
-    if (cursor.started) {
-        cursor.valueIndex = cursor.values.size();
-    } else {
+/// Cut only where something was left to be looked at: further values, or properties to come,
+/// whether they have values or not.
+Cutting NaiveWalk::pruneAllChildren() {
+    callbacks_->remember();
+    if (!hasEntered(current_.target)) return Cutting::Nothing;
+    NaiveCursor& cursor = cursors_.at(current_.target);
+    // Of a null element, nothing but its events is left out.
+    const Cutting otherwise = current_.target == none ? Cutting::Nothing : Cutting::TooLate;
+    if (cursor.finished) return otherwise;
+    const bool isReading = cursor.inProperty && !cursor.values.empty();
+    const std::size_t toCome = cursor.propertyIndex + (isReading ? 1 : 0);
+    const bool hasMore = toCome < cursor.settings->size() ||
+                         (isReading && cursor.valueIndex + 1 < cursor.values.size());
+    cursor.finished = true;
+    return hasMore ? Cutting::Cut : otherwise;
+}
+
+Cutting NaiveWalk::pruneChildren(int property) {
+    callbacks_->remember();
+    if (!hasEntered(current_.target)) return Cutting::Nothing;
+    NaiveCursor& cursor = cursors_.at(current_.target);
+    const bool isFollowed = result_->provider->isFollowed(classOf(current_.target), property);
+    const Cutting otherwise = isFollowed ? Cutting::TooLate : Cutting::Nothing;
+    if (cursor.finished) return otherwise;
+    const bool isOnProperty = cursor.inProperty || !cursor.started;
+    if (isOnProperty && isAtProperty(cursor) && propertyOf(cursor) == property) {
+        return pruneCurrentProperty(cursor);
+    }
+    const bool isNew = cursor.prunedProperties.insert(property).second;
+    for (std::size_t index = cursor.propertyIndex; index < cursor.settings->size(); ++index) {
+        if (isNew && cursor.settings->at(index).property == property) return Cutting::Cut;
+    }
+    return otherwise;
+}
+
+Cutting NaiveWalk::pruneSiblings() {
+    callbacks_->remember();
+    if (current_.source == none) return Cutting::Nothing;
+    return pruneCurrentProperty(cursors_.at(current_.source));
+}
+
+Cutting NaiveWalk::pruneCurrentProperty(NaiveCursor& cursor) {
+    if (cursor.finished) return Cutting::TooLate;
+    if (!cursor.started) {
+        if (!isAtProperty(cursor)) return Cutting::TooLate;
         ++cursor.propertyIndex;
+        return Cutting::Cut;
     }
+    if (cursor.valueIndex + 1 >= cursor.values.size()) return Cutting::TooLate;
+    cursor.values.resize(cursor.valueIndex + 1);
+    return Cutting::Cut;
 }
 
-IndexedLink NaiveWalk::next(NaiveCursor& cursor) {
-    if (!cursor.started && !cursor.finished) {
+NaiveCursor::Step NaiveWalk::step(NaiveCursor& cursor) {
+    using Step = NaiveCursor::Step;
+    if (cursor.finished) return Step::Over;
+    if (cursor.inProperty) {
+        ++cursor.valueIndex;
+        if (cursor.valueIndex < cursor.values.size()) return Step::Link;
+        leaveProperty(cursor, propertyOf(cursor));
+    } else if (!cursor.started) {
         notify(cursor.observer, Event::EnterElement, cursor.element);
         cursor.started = true;
-        loadProperty(cursor);
     }
-    moveOn(cursor);
-    if (cursor.finished) return IndexedLink();
-    return IndexedLink{cursor.element, propertyOf(cursor), cursor.values.at(cursor.valueIndex),
-                       true};
+    if (!isAtProperty(cursor)) cursor.finished = true;
+    if (cursor.finished) return Step::Over;
+
+    const int property = propertyOf(cursor);
+    cursor.inProperty = true;
+    notify(cursor.observer, Event::EnterProperty, cursor.element, property);
+    if (cursor.prunedProperties.count(property) == 0) {
+        callbacks_->remember();
+        const std::vector<int> values = read(cursor.element, property);
+        if (!values.empty() && cursor.finished) return Step::Over;
+        cursor.values = values;
+    }
+    if (!cursor.values.empty()) return Step::Link;
+    leaveProperty(cursor, property);
+    return Step::NoValues;
 }
 
-void NaiveWalk::moveOn(NaiveCursor& cursor) {
-    if (cursor.finished) return;
-    ++cursor.valueIndex;
-    if (cursor.valueIndex < cursor.values.size()) return;
-    notify(cursor.observer, Event::ExitProperty, cursor.element, propertyOf(cursor));
+void NaiveWalk::leaveProperty(NaiveCursor& cursor, int property) {
+    notify(cursor.observer, Event::ExitProperty, cursor.element, property);
+    cursor.inProperty = false;
+    cursor.values.clear();
+    cursor.valueIndex = 0;
     ++cursor.propertyIndex;
-    loadProperty(cursor);
-    ++cursor.valueIndex;
-}
-
-void NaiveWalk::loadProperty(NaiveCursor& cursor) {
-    for (;; ++cursor.propertyIndex) {
-        cursor.values.clear();
-        if (!isAtProperty(cursor)) {
-            cursor.finished = true;
-            return;
-        }
-        const int property = propertyOf(cursor);
-        notify(cursor.observer, Event::EnterProperty, cursor.element, property);
-        if (cursor.prunedProperties.count(property) == 0) {
-            callbacks_->remember();
-            cursor.values = read(cursor.element, property);
-        }
-        if (!cursor.values.empty()) {
-            cursor.valueIndex = static_cast<std::size_t>(-1);
-            return;
-        }
-        notify(cursor.observer, Event::ExitProperty, cursor.element, property);
-    }
 }
 
 std::vector<int> NaiveWalk::read(int element, int property) const {

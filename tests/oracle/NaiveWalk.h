@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <tuple>
 #include <vector>
@@ -22,10 +25,26 @@ struct NaiveResult {
     int algo = 0;
     /// 0 is unique links, 1 unique elements, any other number no uniqueness.
     int uniqueness = 2;
+    std::vector<int> boundaries;
+    /// The distance from the nearest input at which walks end.
+    std::optional<std::size_t> upTo;
+    /// Whether walks are asked to remember how they came to elements; they always do.
+    bool remembersPaths = false;
 };
+
+/// How a step within a budget ended.
+enum class Ending : std::uint8_t { Paused, OnLink, Ended };
+/// How the target of the link on which a walk stands was met.
+enum class Met : std::uint8_t { None, Input, First, Open, Done, Boundary };
+/// What became of a call that prunes: there was nothing that it could mean, nothing was left of it,
+/// or it is cut away.
+enum class Cutting : std::uint8_t { Nothing, TooLate, Cut };
 
 /// The links of one element: those of one property after the other.
 struct NaiveCursor {
+    /// What one step over it comes to: a link, a property without values, or no more.
+    enum class Step : std::uint8_t { Link, NoValues, Over };
+
     int element = none;
     int observer = none;
     bool reportedSelf = false;
@@ -34,9 +53,10 @@ struct NaiveCursor {
     bool exitNotified = false;
     Settings settings;
     std::size_t propertyIndex = 0;
+    /// Whether the property was entered and not left yet.
+    bool inProperty = false;
     std::vector<int> values;
-    /// The largest number stands for the place before the first value.
-    std::size_t valueIndex = static_cast<std::size_t>(-1);
+    std::size_t valueIndex = 0;
     std::set<int> prunedProperties;
 };
 
@@ -45,49 +65,81 @@ struct NaiveCursor {
 /// elements, classes and properties by their indices in a world.
 ///
 /// A callback that throws ends the step where it stands: the order of the statements is the order
-/// in which things have to happen, failures included.
+/// in which things have to happen, failures included. So does a budget that is used up.
 class NaiveWalk {
   public:
     /// The end of every walk.
     NaiveWalk(const PlainWorld& world, Callbacks& callbacks)
-        : world_(&world), callbacks_(&callbacks) {}
-    /// A walk that stands on its first link.
+        : world_(&world), callbacks_(&callbacks), ended_(true) {}
+    /// A walk that has not taken its first step.
     NaiveWalk(const PlainWorld& world, Callbacks& callbacks, std::shared_ptr<NaiveResult> result);
 
     void advance();
+    /// The same, but for as many steps at most. A step is a link met, a property without values
+    /// looked at, an element left, a link taken from the front of the queue, or an input begun.
+    Ending advanceWithin(std::size_t& steps);
     const IndexedLink& current() const { return current_; }
+    bool hasEnded() const { return ended_; }
     bool equals(const NaiveWalk& other) const;
 
-    void pruneAllChildren();
-    void pruneChildren(int property);
-    void pruneSiblings();
+    Cutting pruneAllChildren();
+    Cutting pruneChildren(int property);
+    Cutting pruneSiblings();
+
+    // Where the walk stands: on the link that was handled last, on the one to an element of which
+    // no link is found at the moment, or on none.
+
+    /// How many links lead there, on the way that the walk went.
+    std::size_t depth() const { return place_.property == none ? 0 : depthOf(place_.source) + 1; }
+    Met meeting() const;
+    std::vector<IndexedLink> path() const;
+    /// None when the element was not entered.
+    std::vector<IndexedLink> pathTo(int element) const;
+    /// Whether the element waits to be left, so that the frontier alone says how it was reached.
+    bool isOnPath(int element) const { return hasEntered(element) && left_.count(element) == 0; }
+    std::vector<IndexedLink> cycle() const;
+    bool hasEntered(int element) const { return cursors_.count(element) != 0; }
+    std::size_t enteredCount() const { return cursors_.size(); }
+    std::size_t waitingCount() const { return frontier_.size(); }
+    bool isDepthFirst() const { return !result_ || result_->algo != 2; }
 
   private:
     // The walk.
-    void startNextInput();
+    bool spend();
+    Ending goOn();
+    Ending takeLinks(const IndexedLink& link);
+    Ending startNextInput();
     NaiveCursor& enter(const IndexedLink& link);
+    bool leadsOn(const IndexedLink& link);
     bool tryReport(const IndexedLink& link);
     bool isUnseen(const IndexedLink& link);
     bool isUnseenWithOpposite(const IndexedLink& link);
     bool passesFilters(const IndexedLink& link);
-    bool hasEntered(int element) const { return cursors_.count(element) != 0; }
-    bool isDepthFirst() const { return result_->algo != 2; }
     const IndexedLink& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
     void pop() { frontier_.erase(isDepthFirst() ? frontier_.end() - 1 : frontier_.begin()); }
     void push(const IndexedLink& link) { frontier_.push_back(link); }
+    std::size_t depthOf(int element) const;
+
+    // How far it goes.
+    bool needsDistances() const { return upTo_ && (isDepthFirst() || result_->inputs.size() != 1); }
+    bool findDistances();
+    void addAt(std::size_t distance, int element);
+    bool mayLeave(const IndexedLink& link) const;
 
     // One cursor.
-    IndexedLink next(NaiveCursor& cursor);
-    void moveOn(NaiveCursor& cursor);
-    void loadProperty(NaiveCursor& cursor);
+    NaiveCursor::Step step(NaiveCursor& cursor);
+    void leaveProperty(NaiveCursor& cursor, int property);
     std::vector<int> read(int element, int property) const;
     bool processedAll(NaiveCursor& cursor);
-    void pruneCurrentProperty(NaiveCursor& cursor);
-    bool isAtProperty(const NaiveCursor& cursor) const {
+    static Cutting pruneCurrentProperty(NaiveCursor& cursor);
+    static bool isAtProperty(const NaiveCursor& cursor) {
         return cursor.propertyIndex < cursor.settings->size();
     }
-    int propertyOf(const NaiveCursor& cursor) const {
+    static int propertyOf(const NaiveCursor& cursor) {
         return cursor.settings->at(cursor.propertyIndex).property;
+    }
+    static IndexedLink linkOf(const NaiveCursor& cursor) {
+        return {cursor.element, propertyOf(cursor), cursor.values.at(cursor.valueIndex)};
     }
     void notify(int observer, Event event, int element, int property = none);
     int classOf(int element) const;
@@ -103,6 +155,28 @@ class NaiveWalk {
     std::size_t nextInput_ = 0;
     IndexedLink current_;
     int currentInput_ = none;
+    bool ended_ = false;
+    /// Whether the top of the frontier is an input's own link that was not looked at, or is a link
+    /// whose target has its turn.
+    bool inputWaits_ = false;
+    bool hasTurn_ = false;
+    /// What is left of the budget.
+    std::size_t* steps_ = nullptr;
+
+    IndexedLink place_;
+    /// The links that entered elements, and the elements that were left.
+    std::map<int, IndexedLink> enteredBy_;
+    std::set<int> left_;
+
+    std::optional<std::size_t> upTo_;
+    /// The silent pass: what it found, in order, and at which distance; whose turn it is and who
+    /// is next.
+    std::vector<int> found_;
+    std::map<int, std::size_t> distances_;
+    std::size_t inputsTaken_ = 0;
+    std::size_t nextFound_ = 0;
+    std::optional<NaiveCursor> silent_;
+    bool knowsDistances_ = false;
 };
 
 }  // namespace nuv::zero::oracle

@@ -1,6 +1,7 @@
 #include "tests/oracle/OracleSide.h"
 
 #include <map>
+#include <stdexcept>
 #include <utility>
 
 #include "tests/oracle/NaiveWalk.h"
@@ -37,39 +38,50 @@ class OracleSide : public Side {
     void attach(int result, int observer) override { at(result)->observer = observer; }
     void addFilter(int result, int filter) override { at(result)->filters.push_back(filter); }
     void setUniqueness(int result, int mode) override { at(result)->uniqueness = mode; }
+    void addBoundary(int result, int filter) override { at(result)->boundaries.push_back(filter); }
+    void setUpTo(int result, std::size_t distance) override { at(result)->upTo = distance; }
+    void rememberPaths(int result) override { at(result)->remembersPaths = true; }
 
     void begin(int place, int result) override {
         drop(place);
         try {
-            walks_.emplace(place, NaiveWalk(world_, recorder, at(result)));
+            NaiveWalk walk(world_, recorder, at(result));
+            walk.advance();
+            put(place, walk, at(result)->remembersPaths);
         } catch (...) {
             recorder.writeCurrentException();
         }
     }
-
-    void makeSentinel(int place) override {
-        walks_.insert_or_assign(place, NaiveWalk(world_, recorder));
+    void prepare(int place, int result) override {
+        put(place, NaiveWalk(world_, recorder, at(result)), at(result)->remembersPaths);
     }
+
+    void makeSentinel(int place) override { put(place, NaiveWalk(world_, recorder), false); }
     void drop(int place) override { walks_.erase(place); }
 
     void advance(int place) override {
-        try {
-            walks_.at(place).advance();
-        } catch (...) {
-            recorder.writeCurrentException();
-        }
+        goOn(place, [&] { walkAt(place).advance(); });
+    }
+    void advanceWithin(int place, std::size_t steps) override {
+        int ending = 0;
+        goOn(place, [&] { ending = static_cast<int>(walkAt(place).advanceWithin(steps)); });
+        writeBudget(ending, steps);
     }
 
     void copy(int to, int from) override {
-        const NaiveWalk copy = walks_.at(from);
+        const Walk copy = walks_.at(from);
         walks_.insert_or_assign(to, copy);
     }
     void assign(int to, int from) override { copy(to, from); }
-    void pruneAllChildren(int place) override { walks_.at(place).pruneAllChildren(); }
-    void pruneChildren(int place, int property) override {
-        walks_.at(place).pruneChildren(property);
+    void pruneAllChildren(int place) override {
+        writePruned(static_cast<int>(walkAt(place).pruneAllChildren()));
     }
-    void pruneSiblings(int place) override { walks_.at(place).pruneSiblings(); }
+    void pruneChildren(int place, int property) override {
+        writePruned(static_cast<int>(walkAt(place).pruneChildren(property)));
+    }
+    void pruneSiblings(int place) override {
+        writePruned(static_cast<int>(walkAt(place).pruneSiblings()));
+    }
 
     void hold(int place) override { held_.push_back(current(place)); }
     void writeHeld() override {
@@ -87,13 +99,45 @@ class OracleSide : public Side {
     void releaseResults() override { results_.clear(); }
 
     bool exists(int place) const override { return walks_.count(place) != 0; }
-    bool isAtEnd(int place) const override { return walks_.at(place).current().isEmpty(); }
-    IndexedLink current(int place) const override { return walks_.at(place).current(); }
-    bool equal(int one, int other) const override {
-        return walks_.at(one).equals(walks_.at(other));
+    bool isAtEnd(int place) const override { return hasEnded(place); }
+    IndexedLink current(int place) const override { return walkAt(place).current(); }
+    bool equal(int one, int other) const override { return walkAt(one).equals(walkAt(other)); }
+
+    bool hasEnded(int place) const override { return walkAt(place).hasEnded(); }
+    std::size_t depth(int place) const override { return walkAt(place).depth(); }
+    int meeting(int place) const override { return static_cast<int>(walkAt(place).meeting()); }
+    bool hasEntered(int place, int element) const override {
+        return walkAt(place).hasEntered(element);
     }
+    std::size_t enteredCount(int place) const override { return walkAt(place).enteredCount(); }
+    std::size_t waitingCount(int place) const override { return walkAt(place).waitingCount(); }
+    std::vector<IndexedLink> path(int place) const override {
+        if (!walkAt(place).isDepthFirst()) requireMemory(place);
+        return walkAt(place).path();
+    }
+    std::vector<IndexedLink> pathTo(int place, int element) const override {
+        const NaiveWalk& walk = walkAt(place);
+        if (!walk.hasEntered(element)) return {};
+        if (!walk.isDepthFirst() || !walk.isOnPath(element)) requireMemory(place);
+        return walk.pathTo(element);
+    }
+    std::vector<IndexedLink> cycle(int place) const override { return walkAt(place).cycle(); }
 
   private:
+    /// A walk, and whether it was asked to remember paths: the plain one always does.
+    struct Walk {
+        NaiveWalk walk;
+        bool remembersPaths;
+    };
+    void put(int place, const NaiveWalk& walk, bool remembersPaths) {
+        walks_.insert_or_assign(place, Walk{walk, remembersPaths});
+    }
+    NaiveWalk& walkAt(int place) { return walks_.at(place).walk; }
+    const NaiveWalk& walkAt(int place) const { return walks_.at(place).walk; }
+    void requireMemory(int place) const {
+        if (!walks_.at(place).remembersPaths) throw std::logic_error("does not remember paths");
+    }
+
     const std::shared_ptr<NaiveResult>& at(int result) const {
         return results_.at(static_cast<std::size_t>(result));
     }
@@ -101,7 +145,7 @@ class OracleSide : public Side {
     const PlainWorld& world_;
     Rules rules_;
     std::vector<std::shared_ptr<NaiveResult>> results_;
-    std::map<int, NaiveWalk> walks_;
+    std::map<int, Walk> walks_;
     std::vector<IndexedLink> held_;
 };
 

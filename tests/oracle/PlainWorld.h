@@ -113,6 +113,8 @@ struct IndexedLink {
     int property = none;
     int target = none;
     bool cascade = true;
+    /// Whether a boundary refused it.
+    bool refused = false;
 
     bool isEmpty() const { return source == none && property == none && target == none; }
     bool isSameStep(const IndexedLink& other) const {

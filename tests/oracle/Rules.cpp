@@ -149,6 +149,13 @@ Settings NaiveProvider::settingsOf(int type, Callbacks& callbacks) {
     return cache_.at(type);
 }
 
+bool NaiveProvider::isFollowed(int type, int property) const {
+    const auto known = cache_.find(type);
+    return known != cache_.end() &&
+           std::any_of(known->second->begin(), known->second->end(),
+                       [&](const Setting& setting) { return setting.property == property; });
+}
+
 std::vector<Setting> NaiveProvider::additiveSettings(int type, Callbacks& callbacks) const {
     std::vector<Setting> settings;
     for (const int property : rules_.traversed) {

@@ -84,6 +84,8 @@ class NaiveProvider {
 
     Settings settingsOf(int type, Callbacks& callbacks);
     int resultPolicy(int type, int property, Callbacks& callbacks) const;
+    /// Whether a property is among the settings of a class for which they were asked.
+    bool isFollowed(int type, int property) const;
 
   private:
     std::vector<Setting> additiveSettings(int type, Callbacks& callbacks) const;

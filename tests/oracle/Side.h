@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <string>
 #include <vector>
 
 #include "tests/oracle/CallRecorder.h"
@@ -25,14 +28,23 @@ class Side {
     virtual void attach(int result, int observer) = 0;
     virtual void addFilter(int result, int filter) = 0;
     virtual void setUniqueness(int result, int mode) = 0;
+    /// A boundary that lets pass what the filter of that number reports.
+    virtual void addBoundary(int result, int filter) = 0;
+    virtual void setUpTo(int result, std::size_t distance) = 0;
+    virtual void rememberPaths(int result) = 0;
 
     /// An exception leaves the place empty.
     virtual void begin(int place, int result) = 0;
+    /// A walk before its first step.
+    virtual void prepare(int place, int result) = 0;
     virtual void makeSentinel(int place) = 0;
     virtual void drop(int place) = 0;
     virtual void advance(int place) = 0;
+    /// Goes on for as many steps at most, and writes down how that ended and what is left.
+    virtual void advanceWithin(int place, std::size_t steps) = 0;
     virtual void copy(int to, int from) = 0;
     virtual void assign(int to, int from) = 0;
+    /// Each writes down what became of it.
     virtual void pruneAllChildren(int place) = 0;
     virtual void pruneChildren(int place, int property) = 0;
     virtual void pruneSiblings(int place) = 0;
@@ -49,7 +61,50 @@ class Side {
     virtual IndexedLink current(int place) const = 0;
     virtual bool equal(int one, int other) const = 0;
 
+    // Where a walk stands.
+
+    virtual bool hasEnded(int place) const = 0;
+    virtual std::size_t depth(int place) const = 0;
+    /// As the number of the enumerator.
+    virtual int meeting(int place) const = 0;
+    virtual bool hasEntered(int place, int element) const = 0;
+    virtual std::size_t enteredCount(int place) const = 0;
+    virtual std::size_t waitingCount(int place) const = 0;
+    /// Each throws `std::logic_error` where the walk would have had to remember more.
+    virtual std::vector<IndexedLink> path(int place) const = 0;
+    virtual std::vector<IndexedLink> pathTo(int place, int element) const = 0;
+    virtual std::vector<IndexedLink> cycle(int place) const = 0;
+
     CallRecorder recorder;
+
+  protected:
+    /// Lets a walk go on, and writes down where it stands whenever it calls.
+    template <class Step>
+    void goOn(int place, Step step) {
+        recorder.whereabouts = [this, place] { return whereabouts(place); };
+        try {
+            step();
+        } catch (...) {
+            recorder.writeCurrentException();
+        }
+        recorder.whereabouts = nullptr;
+    }
+    void writeBudget(int ending, std::size_t left) {
+        constexpr std::array names = {"paused", "on a link", "ended"};
+        recorder.write(names.at(static_cast<std::size_t>(ending)) + std::string(", ") +
+                       std::to_string(left) + " steps left");
+    }
+    void writePruned(int answer) {
+        constexpr std::array names = {"nothing to prune", "too late", "cut"};
+        recorder.write(names.at(static_cast<std::size_t>(answer)));
+    }
+
+  private:
+    std::string whereabouts(int place) const {
+        return ", at depth " + std::to_string(depth(place)) + " meeting " +
+               std::to_string(meeting(place)) + " entered " + std::to_string(enteredCount(place)) +
+               " waiting " + std::to_string(waitingCount(place));
+    }
 };
 
 }  // namespace nuv::zero::oracle

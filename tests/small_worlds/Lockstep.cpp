@@ -146,7 +146,9 @@ Lockstep::~Lockstep() = default;
 
 Lockstep::Pair::Pair(Lockstep& lockstep)
     : engine(lockstep.engineResult_),
-      oracle(lockstep.world_, *lockstep.oracleObserver_, lockstep.oracleResult_) {}
+      oracle(lockstep.world_, *lockstep.oracleObserver_, lockstep.oracleResult_) {
+    oracle.advance();
+}
 
 bool Lockstep::run(const Script& script) {
     walks_.clear();

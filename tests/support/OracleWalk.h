@@ -67,7 +67,9 @@ class OracleGround final : public oracle::Callbacks {
 class OracleWalk {
   public:
     OracleWalk(OracleGround& ground, std::shared_ptr<oracle::NaiveResult> result)
-        : ground_(&ground), walk_(ground.world(), ground, std::move(result)) {}
+        : ground_(&ground), walk_(ground.world(), ground, std::move(result)) {
+        walk_.advance();
+    }
 
     traversal::Link getCurrent() const { return ground_->linkOf(walk_.current()); }
     void advance() { walk_.advance(); }

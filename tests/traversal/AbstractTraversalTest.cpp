@@ -112,6 +112,47 @@ TYPED_TEST(AbstractTraversalTest, RunsOnALazyRangeOfThingsThatConvertToElements)
     EXPECT_EQ(linesOf(builder->depthFirst(properties)).size(), 1U) << "a property is an element";
 }
 
+TYPED_TEST(AbstractTraversalTest, RunsOnOneElementWithoutBraces) {
+    const auto builder = this->make();
+    const ModelElement a = this->m("A");
+    EXPECT_EQ(linesOf(builder->depthFirst(a)), this->preOrder);
+    EXPECT_EQ(linesOf(builder->depthFirstPostOrder(a)), this->postOrder);
+    EXPECT_EQ(linesOf(builder->breadthFirst(a)), this->breadthFirst);
+    EXPECT_EQ(linesOf(builder->run(a, Algo::BreadthFirst)), this->breadthFirst);
+    EXPECT_EQ(linesOf(builder->depthFirst(this->m("A"))), this->preOrder) << "a temporary";
+}
+
+/// Converts to an element, and is a list of two.
+struct ElementAndList {
+    ModelElement first;
+    std::array<ModelElement, 2> both;
+    operator ModelElement() const { return first; }  // NOLINT(google-explicit-constructor)
+    const ModelElement* begin() const { return both.data(); }
+    const ModelElement* end() const { return both.data() + both.size(); }
+};
+
+TYPED_TEST(AbstractTraversalTest, BracesAndRangesMeanListsAsBefore) {
+    const auto builder = this->make();
+    const ModelElement c = this->m("C");
+    const ModelElement d = this->m("D");
+    EXPECT_EQ(linesOf(builder->depthFirst({})), Lines{});
+    EXPECT_EQ(linesOf(builder->depthFirst({d})), Lines{">D"});
+    EXPECT_EQ(linesOf(builder->depthFirst({c, d})), (Lines{">C", ">D"}));
+    EXPECT_EQ(linesOf(builder->depthFirst(ElementAndList{c, {d, c}})), (Lines{">D", ">C"}));
+    EXPECT_EQ(linesOf(builder->breadthFirst(std::array{c, d})), (Lines{">C", ">D"}));
+}
+
+TYPED_TEST(AbstractTraversalTest, RunsWhereItIsHandedOutAsConstant) {
+    const std::shared_ptr<const typename TypeParam::Impl> builder = this->make();
+    const ModelElement a = this->m("A");
+    EXPECT_EQ(linesOf(builder->depthFirst(a)), this->preOrder);
+    EXPECT_EQ(linesOf(builder->depthFirst({a})), this->preOrder);
+    EXPECT_EQ(linesOf(builder->depthFirstPostOrder(std::vector{a})), this->postOrder);
+    EXPECT_EQ(linesOf(builder->breadthFirst(std::array{a})), this->breadthFirst);
+    const typename TypeParam::Impl copy(*builder);
+    EXPECT_EQ(linesOf(copy.run(a, Algo::DepthFirstPreOrder)), this->preOrder);
+}
+
 TYPED_TEST(AbstractTraversalTest, RunsAnyNumberOfTimesAndKeepsNoInputs) {
     const auto builder = this->make();
     std::vector<ModelElement> inputs{this->m("A")};

@@ -38,6 +38,12 @@ static_assert(static_cast<int>(CompositeMatcher::VisitMode::Visit) == 1);
 static_assert(std::is_same_v<Link, internal::Link>);
 static_assert(std::is_same_v<TraversalResult, internal::TraversalResult>);
 static_assert(std::is_same_v<TraversalProcessor, internal::TraversalProcessor>);
+static_assert(std::is_same_v<LinkHasher, internal::LinkHasher>);
+static_assert(std::is_same_v<IterationContext, internal::TraversalResult::IterationContext>);
+
+// A link is asked whether it is one, and never taken for a number.
+static_assert(std::is_constructible_v<bool, const Link&> &&
+              !std::is_convertible_v<const Link&, bool>);
 
 // Only `Spec` makes builders: neither nothing, nor braces, nor anything else converts to the token.
 template <class Impl>
@@ -63,7 +69,8 @@ constexpr bool holdsNothing =
     std::is_empty_v<T>&& std::is_copy_assignable_v<T>&& std::is_move_assignable_v<T>;
 static_assert(holdsNothing<Spec>);
 static_assert(holdsNothing<ClassHierarchyComparator>);
-static_assert(holdsNothing<internal::LinkHasher>);
+static_assert(holdsNothing<LinkHasher>);
+static_assert(holdsNothing<std::hash<Link>>);
 
 // A setting gives its fields by value, and only where it may be changed.
 template <class Setting>

@@ -229,5 +229,108 @@ TEST_F(LinkRangeTest, EmptyWalkIsAnEmptyRange) {
     }
 }
 
+/// The range says what became of a prune; every call has the effect that it has always had.
+class PruneAnswerTest : public testing::TestWithParam<Algo> {
+  protected:
+    LinkRange walk(const std::vector<const char*>& names = {"A"}) const {
+        std::vector<ModelElement> inputs;
+        for (const char* name : names) inputs.push_back(m(name));
+        return links(Spec::subtractiveTraversal()->run(inputs, GetParam()));
+    }
+    bool isPostOrder() const { return GetParam() == Algo::DepthFirstPostOrder; }
+    /// Steps to the link, and says what became of the prune there.
+    template <class Prune>
+    Pruned at(const char* line, Prune prune) const {
+        LinkRange range = walk();
+        for (const Link& link : range) {
+            if (text(link) == line) return prune(range);
+        }
+        throw std::out_of_range(line);
+    }
+    static Pruned allChildren(LinkRange& range) { return range.pruneAllChildren(); }
+    static Pruned siblings(LinkRange& range) { return range.pruneSiblings(); }
+    auto children(const char* property) const {
+        return [=, this](LinkRange& range) { return range.pruneChildren(m[property]); };
+    }
+
+    test::ModelBuilder m{
+        "Node; Leaf < Node; Node.x -> Node *; Node.y -> Node *; Node.text -- String; "
+        "Leaf.z -> Node",
+        "A.x = B C; A.y = D; B.x = E; B.y = F; C.x = B"};
+};
+
+TEST_P(PruneAnswerTest, WhereThereIsNoLinkThereIsNothingToPrune) {
+    LinkRange range = walk();
+    const auto expectNothing = [&] {
+        EXPECT_EQ(range.pruneAllChildren(), Pruned::Nothing);
+        EXPECT_EQ(range.pruneChildren(m["Node.x"]), Pruned::Nothing);
+        EXPECT_EQ(range.pruneSiblings(), Pruned::Nothing);
+    };
+    expectNothing();
+    std::size_t none = 0;
+    range.advanceWithin(none);
+    expectNothing();
+    for (const Link& link : range) (void)link;
+    expectNothing();
+}
+
+TEST_P(PruneAnswerTest, WhatIsStillToComeIsCut) {
+    const Pruned expected = isPostOrder() ? Pruned::TooLate : Pruned::Cut;
+    EXPECT_EQ(at("A.x>B", allChildren), expected);
+    EXPECT_EQ(at("A.x>B", children("Node.x")), expected);
+    EXPECT_EQ(at("A.x>B", siblings), Pruned::Cut);
+    EXPECT_EQ(at(">A", allChildren), expected);
+}
+
+TEST_P(PruneAnswerTest, WhatHasBeenWalkedIsPrunedTooLate) {
+    EXPECT_EQ(at("C.x>B!", allChildren), Pruned::TooLate);
+    EXPECT_EQ(at("C.x>B!", children("Node.x")), Pruned::TooLate);
+    EXPECT_EQ(at("C.x>B!", siblings), Pruned::TooLate);
+    EXPECT_EQ(at("A.y>D", siblings), Pruned::TooLate) << "it has no more values";
+}
+
+TEST_P(PruneAnswerTest, PropertyThatIsNotFollowedFromTheTargetIsNothingToPrune) {
+    for (const char* property : {"Leaf.z", "Node.text"}) {
+        EXPECT_EQ(at("A.x>B", children(property)), Pruned::Nothing) << property;
+    }
+    EXPECT_EQ(at("A.x>B", [](LinkRange& range) { return range.pruneChildren(Property()); }),
+              Pruned::Nothing);
+}
+
+TEST_P(PruneAnswerTest, OwnLinkOfAnInputHasNoSiblings) {
+    EXPECT_EQ(at(">A", siblings), Pruned::Nothing);
+}
+
+/// The second of two equal prunes said again that it had cut something away.
+TEST_P(PruneAnswerTest, PruningAgainComesTooLate) {
+    const auto twice = [this](const char* line, auto prune) {
+        return at(line, [&](LinkRange& range) {
+            (void)prune(range);
+            return prune(range);
+        });
+    };
+    EXPECT_EQ(twice("A.x>B", allChildren), Pruned::TooLate);
+    EXPECT_EQ(twice("A.x>B", siblings), Pruned::TooLate);
+    EXPECT_EQ(twice("A.x>B", children("Node.x")), Pruned::TooLate);
+    EXPECT_EQ(twice("A.x>B", children("Node.y")), Pruned::TooLate);
+}
+
+TEST_P(PruneAnswerTest, TargetThatABoundaryKeptOutHasNothingToPrune) {
+    auto result = Spec::subtractiveTraversal()->run({m("A")}, GetParam());
+    ResultSetup(result).descend([this](const Link& link) { return link.getTarget() != m("B"); });
+    LinkRange range = links(result);
+    std::size_t boundaries = 0;
+    for (const Link& link : range) {
+        if (link.getTarget() != m("B")) continue;
+        ++boundaries;
+        EXPECT_EQ(range.pruneAllChildren(), Pruned::Nothing);
+        EXPECT_EQ(range.pruneChildren(m["Node.x"]), Pruned::Nothing);
+    }
+    EXPECT_EQ(boundaries, 2U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, PruneAnswerTest, testing::ValuesIn(test::everyOrder()),
+                         [](const auto& each) { return test::nameOf(each.param); });
+
 }  // namespace
 }  // namespace nuv::zero::traversal

@@ -67,6 +67,58 @@ TEST_F(ResultSetupTest, FiltersThatTakeTheirLinkByReferenceJoinTheOthers) {
     EXPECT_EQ(linesOf(result), Lines{"A.x>D"});
 }
 
+bool leadsToAName(const Link& link) {
+    return text(link.getTarget()) != "C";
+}
+
+TEST_F(ResultSetupTest, FiltersThatAnswerBoolReportWhereTheySayTrue) {
+    const std::function<bool(Link)> notD = [this](const Link& link) {
+        return link.getTarget() != m("D");
+    };
+    ResultSetup(result).filter([this](const Link& link) { return link.getSource() == m("A"); });
+    EXPECT_EQ(linesOf(result), (Lines{"A.x>B", "A.x>C!", "A.x>D"}));
+    ResultSetup(result).filter(notD);
+    EXPECT_EQ(linesOf(result), (Lines{"A.x>B", "A.x>C!"}));
+    ResultSetup(result).filter(leadsToAName);
+    EXPECT_EQ(linesOf(result), Lines{"A.x>B"});
+    ResultSetup(result).filter([](const auto& link) { return !link.shouldCascade(); });
+    EXPECT_EQ(linesOf(result), Lines{});
+}
+
+TEST_F(ResultSetupTest, MembersOfALinkAndMutableCallablesAreFilters) {
+    ResultSetup(result).filter(&Link::shouldCascade);
+    EXPECT_EQ(linesOf(result), (Lines{"A.x>B", "B.x>C", "A.x>D"}));
+    ResultSetup(result).filter([asked = 0](Link /*link*/) mutable { return ++asked % 2 == 1; });
+    EXPECT_EQ(linesOf(result), (Lines{"A.x>B", "A.x>D"}));
+}
+
+TEST_F(ResultSetupTest, FiltersOfBothKindsAreAskedInTheOrderGiven) {
+    Lines asked;
+    ResultSetup(result)
+        .filter([&](const Link& /*link*/) {
+            asked.emplace_back("bool");
+            return true;
+        })
+        .filter([&](const Link& /*link*/) {
+            asked.emplace_back("policy");
+            return ResultPolicy::WalkOnly;
+        })
+        .filter([&](const Link& /*link*/) {
+            asked.emplace_back("never");
+            return true;
+        });
+    EXPECT_EQ(linesOf(result), Lines{});
+    EXPECT_EQ(asked.size(), 8U);
+    asked.resize(2);
+    EXPECT_EQ(asked, (Lines{"bool", "policy"}));
+}
+
+TEST_F(ResultSetupTest, EmptyFilterThatAnswersBoolFailsWhenItIsAsked) {
+    bool (*none)(const Link&) = nullptr;
+    ResultSetup(result).filter(none);
+    EXPECT_THROW(linesOf(result), std::bad_function_call);
+}
+
 TEST_F(ResultSetupTest, LaterFilterReachesTheNextLinkOfAWalkUnderWay) {
     auto walk = result->begin();
     EXPECT_EQ(text(walk.getCurrent()), "A.x>B");

@@ -27,7 +27,10 @@ TEST(TraversalUmbrellaTest, OneIncludeServesAWholeProgram) {
     ResultSetup(result).observe(&observer);
     std::string text = dumpElement(a);
     for (const Link& link : links(result)) text += "; " + dumpLink(link);
-    EXPECT_EQ(text, "Node'a'; Not an element-[pseudo]-Node'a'; Node'a'-[next]-Node'b'");
+    for (IterationContext walk = result->begin(); walk.getCurrent(); walk.advance()) {
+        text += "; " + std::to_string(LinkHasher()(walk.getCurrent()) != 0 ? walk.depth() : 99);
+    }
+    EXPECT_EQ(text, "Node'a'; Not an element-[pseudo]-Node'a'; Node'a'-[next]-Node'b'; 0; 1");
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ class BfsStore final : public AbstractStore {
             if (foreign_ == nullptr) foreign_ = std::make_shared<Foreign>();
             setting = &foreign_->emplace_back(link.getProperty(), ResultPolicy::Report);
         }
-        queue_.push({link.getSource(), setting, link.getTarget(), link.shouldCascade()});
+        standOn({link.getSource(), setting, link.getTarget(), link.shouldCascade()}, 0);
+        queue_.push(handled_);
     }
     Link top() const override { return queue_.front().link().get(); }
     void pop() override {
@@ -84,7 +85,7 @@ class BfsStore final : public AbstractStore {
                parked_.size() * entry + parked_.bucket_count() * sizeof(void*);
     }
     bool hasLeft(const ModelElement& element) override;
-    std::size_t depth() const noexcept override { return depth_; }
+    std::size_t depth() const noexcept override { return isBetweenLinks() ? level_ : depth_; }
     Meeting meeting(Walk& walk) override;
     std::vector<Link> path(const Walk& walk) const override;
     std::vector<Link> pathTo(Walk& walk, const ModelElement& element) override {
@@ -118,6 +119,17 @@ class BfsStore final : public AbstractStore {
         handled_ = link;
         depth_ = depth;
     }
+    /// Whether the element that has its turn is entered, or left, or between two properties: the
+    /// walk stands on the link to it then.
+    bool isBetweenLinks() const noexcept { return hasTurn_ && !turn_.isOnLink(); }
+    const LinkQueue::Place& place() const noexcept {
+        return isBetweenLinks() ? queue_.front() : handled_;
+    }
+    /// How many links lead to the target of a link in the queue.
+    std::size_t depthAt(std::size_t index) const noexcept {
+        return frontNumber_ + index < levelEnd_ ? level_ : level_ + 1;
+    }
+    std::size_t depthOf(const ModelElement& element) const;
     TraversalProcessor* observerOfFront() noexcept;
 
     LinkQueue queue_;
@@ -164,6 +176,8 @@ inline void BfsStore::lookAhead(Walk& walk) const {
     }
     const LinkQueue::Place& sooner = queue_[toLists];
     if (!sooner.shouldCascade() || !sooner.target()) return;
+    // Where nothing is followed, nobody may be asked what to follow.
+    if (!walk.mayLeave(sooner.target(), depthAt(toLists))) return;
     for (const AssociationSetting& setting : walk.settingsOf(sooner.target())) {
         setting.prefetch(sooner.target());
     }
@@ -191,7 +205,7 @@ bool BfsStore::startTurn(Walk& walk) {
         frontObserver_ = walk.observer();
     }
     const auto waiting = parked_.empty() ? parked_.end() : parked_.find(element);
-    if (waiting == parked_.end() || !mayLeave) {
+    if (waiting == parked_.end()) {
         turn_.restart(element, observerOfFront(), settings);
     } else {
         turn_ = std::move(waiting->second);
@@ -200,7 +214,6 @@ bool BfsStore::startTurn(Walk& walk) {
     }
     // A link that led here was handled when it was found; an input's own link was not.
     if (!isInput) turn_.setReportedSelf();
-    standOn(front, level_);
     hasTurn_ = true;
     return true;
 }
@@ -213,10 +226,13 @@ BfsStore::GoneOn BfsStore::goOn(Walk& walk) {
         if (walk.tryReportInput(turn_.element())) return GoneOn::Reported;
     }
     while (walk.mayGoOn()) {
-        const Cursor::Step step = turn_.step();
-        if (step == Cursor::Step::NoValues) continue;
+        const Cursor::Step step = turn_.step(walk.budget());
+        if (step == Cursor::Step::Paused) break;
         if (step == Cursor::Step::Over) {
             turn_.processedAll();
+            // The link to an element that was left leads on no more.
+            standOn(queue_.front(), level_);
+            if (handled_.setting() != nullptr) handled_.clearCascade();
             pop();
             hasTurn_ = false;
             return GoneOn::Left;
@@ -224,11 +240,15 @@ BfsStore::GoneOn BfsStore::goOn(Walk& walk) {
         turn_.lookAhead([&walk](const ModelElement& next) { walk.announce(next); });
         const Lent<ModelElement> target = turn_.target();
         const bool isNew = !walk.hasEntered(target.get());
-        standOn({turn_.element(), &turn_.setting(), target.get(), isNew}, level_ + 1);
+        standOn({turn_.element(), &turn_.setting(), target.get(), false}, level_ + 1);
         const bool cascade = isNew && walk.leadsOn(turn_, target.get());
-        if (isNew && !cascade) handled_.setBoundary();
         queue_.reserveOne();
-        if (cascade) enter(walk, target.get());
+        if (cascade) {
+            enter(walk, target.get());
+            handled_.setCascade();
+        } else if (isNew) {
+            handled_.setBoundary();
+        }
         queue_.push(handled_);
         if (!cascade) continue;
         if (walk.tryReport(turn_.element(), turn_.setting(), target.get(), true)) {
@@ -257,12 +277,23 @@ TraversalProcessor* BfsStore::observerOfFront() noexcept {
     return frontObserver_;
 }
 
+/// How many links lead to an element. REQUIRES: its turn is to come.
+std::size_t BfsStore::depthOf(const ModelElement& element) const {
+    // Mostly it was found last.
+    std::size_t index = queue_.size() - 1;
+    while (index != 0 && !(queue_[index].shouldCascade() && queue_[index].target() == element)) {
+        --index;
+    }
+    return depthAt(index);
+}
+
 Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {
     if (hasTurn_ && turn_.element() == element) return &turn_;
     if (begun_.contains(element)) return nullptr;
     const auto waiting = parked_.find(element);
     if (waiting != parked_.end()) return &waiting->second;
-    const Cursor::Settings& settings = walk.settingsOf(element);
+    const bool mayLeave = !walk.isLimited() || walk.mayLeave(element, depthOf(element));
+    const Cursor::Settings& settings = mayLeave ? walk.settingsOf(element) : Walk::noSettings;
     Cursor& cursor = parked_[element];
     // It gets its observer with its turn.
     cursor.restart(element, nullptr, settings);
@@ -276,20 +307,23 @@ bool BfsStore::hasLeft(const ModelElement& element) {
 }
 
 Meeting BfsStore::meeting(Walk& walk) {
-    const ModelElement& target = handled_.target();
-    if (handled_.setting() == nullptr) return target ? Meeting::Input : Meeting::None;
+    const LinkQueue::Place& link = place();
+    const ModelElement& target = link.target();
+    if (link.setting() == nullptr) return target ? Meeting::Input : Meeting::None;
     // Also while the walk is being asked whether the link leads on.
-    if (handled_.isBoundary() || !walk.hasEntered(target)) return Meeting::Boundary;
-    if (handled_.shouldCascade()) return Meeting::First;
+    if (link.isBoundary() || !walk.hasEntered(target)) return Meeting::Boundary;
+    if (link.shouldCascade()) return Meeting::First;
     const bool isUnderWay = hasTurn_ && turn_.element() == target;
     return begun_.contains(target) && !isUnderWay ? Meeting::Done : Meeting::Open;
 }
 
 std::vector<Link> BfsStore::path(const Walk& walk) const {
     const Ways& ways = walk.ways();
-    if (handled_.setting() == nullptr) return ways.to(handled_.target());
-    std::vector<Link> path = ways.to(handled_.source());
-    path.push_back(handled_.link().get());
+    const LinkQueue::Place& link = place();
+    if (link.setting() == nullptr && !link.target()) return {};
+    std::vector<Link> path;
+    if (link.setting() != nullptr) path = ways.to(link.source());
+    path.push_back(link.link().get());
     return path;
 }
 

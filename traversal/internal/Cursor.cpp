@@ -29,42 +29,42 @@ inline void Cursor::leaveProperty() {
     --settingsLeft_;
 }
 
-/// Begins, or leaves a property whose values have run out, and comes to the next property.
-Cursor::Step Cursor::advance() {
-    if (!isFinished_) {
-        if (place_ == Place::InProperty) {
-            leaveProperty();
-        } else if (place_ == Place::BeforeFirst) {
-            if (observer_ != nullptr) observer_->onEnterElement(element());
-            // Behind the event, for the same reason.
-            place_ = Place::Between;
-        }
-        values_.clear();
-    }
+/// Begins, or leaves a property whose values have run out, for the next property that has values.
+/// An observer may prune everything while it is told of a property; that property is still read,
+/// and left if it is empty.
+Cursor::Step Cursor::advance(std::size_t& budget) {
     valueCount_ = 0;
-    if (settingsLeft_ == 0) isFinished_ = true;
-    return isFinished_ ? Step::Over : enterProperty();
-}
-
-/// Comes to the values of the current property. An observer may prune everything while it is told
-/// of a property; that property is still read, and left if it is empty.
-inline Cursor::Step Cursor::enterProperty() {
-    // Before the event: a property whose observer throws is left with the next step.
-    place_ = Place::InProperty;
-    if (observer_ != nullptr) observer_->onEnterProperty(element(), setting_->property());
-    if (pruned_ == nullptr || !isPruned(setting_->property())) {
-        WalkSupport::ElementView values = setting_->read(element());
-        const std::size_t count = values.size();
-        if (count != 0) {
-            if (isFinished_) return Step::Over;
-            values_ = std::move(values);
-            valueCount_ = count;
-            valueIndex_ = 0;
-            return Step::Link;
-        }
+    if (isFinished_) return Step::Over;
+    if (place_ == Place::InProperty) {
+        leaveProperty();
+    } else if (place_ == Place::BeforeFirst) {
+        if (observer_ != nullptr) observer_->onEnterElement(element());
+        // Behind the event, for the same reason.
+        place_ = Place::Between;
     }
-    leaveProperty();
-    return Step::NoValues;
+    values_.clear();
+    while (settingsLeft_ != 0 && !isFinished_) {
+        // Before the event: a property whose observer throws is left with the next step.
+        place_ = Place::InProperty;
+        if (observer_ != nullptr) observer_->onEnterProperty(element(), setting_->property());
+        if (pruned_ == nullptr || !isPruned(setting_->property())) {
+            WalkSupport::ElementView values = setting_->read(element());
+            const std::size_t count = values.size();
+            if (count != 0) {
+                if (isFinished_) return Step::Over;
+                values_ = std::move(values);
+                valueCount_ = count;
+                valueIndex_ = 0;
+                return Step::Link;
+            }
+        }
+        leaveProperty();
+        // The first property is part of the step itself.
+        if (budget == 0) return Step::Paused;
+        --budget;
+    }
+    isFinished_ = true;
+    return Step::Over;
 }
 
 bool Cursor::isPruned(const meta::Property& property) const {
@@ -105,7 +105,7 @@ Pruned Cursor::pruneProperty(const meta::Property& property) {
     const bool isCurrent = settingsLeft_ != 0 && setting_->property() == property;
     if (isCurrent && place_ != Place::Between) return pruneCurrentProperty();
     if (pruned_ == nullptr) pruned_ = std::make_unique<Properties>();
-    pruned_->insert(property);
+    if (!pruned_->insert(property).second) return Pruned::TooLate;
     const auto* end = setting_ + settingsLeft_;
     const bool isToCome = std::any_of(setting_, end, [&](const AssociationSetting& setting) {
         return setting.property() == property;

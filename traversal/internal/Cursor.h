@@ -18,12 +18,10 @@ namespace nuv::zero::traversal::internal {
 /// settings, value by value in the order of the model. `ElementProgress` says what each operation
 /// means to a user; a walk keeps element and settings alive and drives cursors itself.
 ///
-///     for (auto at = cursor.step(); at != Cursor::Step::Over; at = cursor.step()) {
-///         if (at == Cursor::Step::Link) use(cursor.setting().property(), cursor.target());
+///     while (cursor.step(budget) == Cursor::Step::Link) {
+///         use(cursor.element(), cursor.setting().property(), cursor.target());
 ///     }
 ///     cursor.processedAll();   // tells the observer
-///
-/// One step looks at one property at most, so that it is a bounded piece of work.
 ///
 /// A cursor fills one cache line, because a deep walk has one for each element on its path. What an
 /// observer does while it is told of an event is seen by the step that tells it. A copy stands at
@@ -31,15 +29,9 @@ namespace nuv::zero::traversal::internal {
 class Cursor {
   public:
     using Settings = std::vector<AssociationSetting>;
-    /// What a step came to.
-    enum class Step : std::uint8_t {
-        /// A link.
-        Link,
-        /// A property without values, which is left behind.
-        NoValues,
-        /// Nothing: no link is left.
-        Over,
-    };
+    /// What a step came to: a link, nothing because no link is left, or nothing because the budget
+    /// is used up.
+    enum class Step : std::uint8_t { Link, Over, Paused };
 
     /// A placeholder without links.
     Cursor() noexcept = default;
@@ -67,8 +59,10 @@ class Cursor {
     /// Tells another observer from now on.
     void observe(TraversalProcessor* observer) noexcept { observer_ = observer; }
 
-    /// Moves on to the next link, or past a property that has none.
-    Step step() { return ++valueIndex_ < valueCount_ ? Step::Link : advance(); }
+    /// Moves on to the next link. Each property without values on the way takes one off the budget.
+    Step step(std::size_t& budget) {
+        return ++valueIndex_ < valueCount_ ? Step::Link : advance(budget);
+    }
     /// Whether no link is left. The first such answer tells the observer that the element is left,
     /// unless the cursor was finished before its first step.
     bool processedAll() {
@@ -113,8 +107,7 @@ class Cursor {
     /// Where the cursor is with regard to its properties.
     enum class Place : std::uint8_t { BeforeFirst, InProperty, Between };
 
-    Step advance();
-    Step enterProperty();
+    Step advance(std::size_t& budget);
     bool isPruned(const meta::Property& property) const;
     void leaveProperty();
     void exitElement();

@@ -83,6 +83,11 @@ class DfsStore final : public AbstractStore {
     std::vector<Link> linksTo(std::size_t index) const;
     /// Whether the walk stands on a link of the innermost cursor, instead of on the one to it.
     bool isOnLink() const noexcept { return !path_.empty() && path_[path_.size() - 1].isOnLink(); }
+    /// Whether the walk stands on no link at all, or on that of a null input, which is none.
+    bool isNowhere() const noexcept {
+        if (path_.empty()) return waiting_.empty() || !waiting_.back().get().getTarget();
+        return path_.size() == 1 && !path_[0].element();
+    }
     std::size_t placeOf(const ModelElement& element);
     bool enterInput(Walk& walk);
     /// How taking the links of one cursor came to an end.
@@ -129,8 +134,8 @@ DfsStore::GoneOn DfsStore::goOn(Walk& walk) {
     Cursor* cursor = &path_.back();
     if (isReportingSelfFirst && tryReportSelf(walk, *cursor)) return GoneOn::Reported;
     while (walk.mayGoOn()) {
-        const Cursor::Step step = cursor->step();
-        if (step == Cursor::Step::NoValues) continue;
+        const Cursor::Step step = cursor->step(walk.budget());
+        if (step == Cursor::Step::Paused) break;
         if (step == Cursor::Step::Over) return leave(walk, *cursor);
         cursor->lookAhead([&walk](const ModelElement& next) { walk.announce(next); });
         const Lent<ModelElement> target = cursor->target();
@@ -183,8 +188,8 @@ std::size_t DfsStore::placeOf(const ModelElement& element) {
 }
 
 Meeting DfsStore::meeting(Walk& walk) {
-    if (path_.empty()) return waiting_.empty() ? Meeting::None : Meeting::Input;
-    if (!isOnLink()) return path_.size() == 1 ? Meeting::Input : Meeting::First;
+    if (isNowhere()) return Meeting::None;
+    if (!isOnLink()) return path_.size() <= 1 ? Meeting::Input : Meeting::First;
     const Lent<ModelElement> target = path_.back().target();
     if (!walk.hasEntered(target.get())) return Meeting::Boundary;
     return placeOf(target.get()) == notOnPath ? Meeting::Done : Meeting::Open;
@@ -198,9 +203,8 @@ std::vector<Link> DfsStore::linksTo(std::size_t index) const {
 }
 
 std::vector<Link> DfsStore::path(const Walk& /*walk*/) const {
-    if (path_.empty()) {
-        return waiting_.empty() ? std::vector<Link>() : std::vector{waiting_.back().get()};
-    }
+    if (isNowhere()) return {};
+    if (path_.empty()) return {waiting_.back().get()};
     std::vector<Link> links = linksTo(path_.size() - 1);
     if (isOnLink()) {
         const Cursor& last = path_[path_.size() - 1];

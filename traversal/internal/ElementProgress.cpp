@@ -1,5 +1,8 @@
 #include "traversal/internal/ElementProgress.h"
 
+#include <cstddef>
+#include <limits>
+
 #include "traversal/internal/Cursor.h"
 
 namespace nuv::zero::traversal::internal {
@@ -36,9 +39,8 @@ ElementProgress::~ElementProgress() = default;
 
 Link ElementProgress::advanceAndGetCurrent() {
     const Cursor& cursor = kept_->cursor;
-    Cursor::Step step = kept_->cursor.step();
-    while (step == Cursor::Step::NoValues) step = kept_->cursor.step();
-    if (step == Cursor::Step::Over) return Link::empty();
+    std::size_t budget = std::numeric_limits<std::size_t>::max();
+    if (kept_->cursor.step(budget) != Cursor::Step::Link) return Link::empty();
     return Link(cursor.element(), cursor.target().get(), cursor.setting().property());
 }
 bool ElementProgress::processedAll() {

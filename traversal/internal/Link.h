@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 
 #include "model/Framework.h"
@@ -46,6 +47,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT Link {
 
     /// Whether the link is empty.
     bool operator!() const noexcept { return !source_ && !target_ && !property_; }
+    /// Whether it is not: what a walk stands on until its end, a pseudo-link too.
+    explicit operator bool() const noexcept { return !!*this; }
     /// Identity of source, target and property; the cascade flag takes no part.
     bool operator==(const Link& other) const noexcept {
         return source_ == other.source_ && target_ == other.target_ && property_ == other.property_;
@@ -81,3 +84,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT LinkHasher {
 };
 
 }  // namespace nuv::zero::traversal::internal
+
+/// So that links are keys of the standard library's tables: as `LinkHasher`.
+template <>
+struct std::hash<nuv::zero::traversal::internal::Link>
+    : nuv::zero::traversal::internal::LinkHasher {};

@@ -39,9 +39,9 @@ class LinkQueue {
         bool shouldCascade() const noexcept { return (settingAndFlags_ & cascadeBit) != 0; }
         /// Whether the walk was not let into the target.
         bool isBoundary() const noexcept { return (settingAndFlags_ & boundaryBit) != 0; }
-        void setBoundary() noexcept {
-            settingAndFlags_ = (settingAndFlags_ & ~flags) | boundaryBit;
-        }
+        void setCascade() noexcept { settingAndFlags_ |= cascadeBit; }
+        void clearCascade() noexcept { settingAndFlags_ &= ~cascadeBit; }
+        void setBoundary() noexcept { settingAndFlags_ |= boundaryBit; }
         LentLink link() const noexcept;
 
       private:

@@ -14,12 +14,14 @@ bool Reach::explore(Walk& walk, const std::vector<ModelElement>& inputs) {
     }
     while (hasTurn_ || startTurn(walk)) {
         if (!walk.mayGoOn()) return false;
-        const Cursor::Step step = turn_.step();
+        const Cursor::Step step = turn_.step(walk.budget());
+        if (step == Cursor::Step::Paused) return false;
         if (step == Cursor::Step::Over) hasTurn_ = false;
         if (step != Cursor::Step::Link) continue;
         const Lent<ModelElement> target = turn_.target();
-        if (within_.contains(target.get()) || !walk.mayDescend(turn_, target.get())) continue;
-        add(walk, target.get());
+        // Nothing leaves a null element.
+        const bool isKnown = !target.get() || within_.contains(target.get());
+        if (!isKnown && walk.mayDescend(turn_, target.get())) add(walk, target.get());
     }
     found_ = {};
     turn_ = Cursor();

@@ -1,6 +1,7 @@
 #include "traversal/internal/TraversalResult.h"
 
 #include "traversal/PropertyProvider.h"
+#include "traversal/internal/EventCallables.h"
 #include "traversal/internal/UniquenessMaintainer.h"
 
 namespace nuv::zero::traversal::internal {
@@ -16,6 +17,19 @@ TraversalResult::TraversalResult(privateTag /*tag*/, const std::vector<ModelElem
 
 TraversalResult::TraversalResult(const TraversalResult& other) = default;
 TraversalResult::~TraversalResult() = default;
+
+TraversalResult::Listening::Listening() noexcept = default;
+TraversalResult::Listening::Listening(const Listening& other) : to(other.to) {
+    if (other.callables == nullptr) return;
+    callables = std::make_unique<EventCallables>(*other.callables);
+    to = callables->listener();
+}
+TraversalResult::Listening::~Listening() = default;
+
+EventCallables& TraversalResult::Listening::ownCallables() {
+    if (callables == nullptr) callables = std::make_unique<EventCallables>(to);
+    return *callables;
+}
 
 TraversalResult::IterationContext TraversalResult::begin() {
     return IterationContext(shared_from_this());
@@ -35,7 +49,8 @@ bool TraversalResult::mayDescend(const Link& link) const {
 }
 
 void TraversalResult::doAttach(TraversalProcessor* processor) {
-    processor_ = processor;
+    listening_.to =
+        listening_.callables == nullptr ? processor : listening_.callables->observe(processor);
 }
 
 TraversalResult::IterationContext TraversalResult::prepare() {

@@ -66,6 +66,21 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     friend class Walk;
     using Filter = std::function<ResultPolicy(const Link&)>;
 
+    /// Who hears of the events.
+    struct Listening {
+        Listening() noexcept;
+        /// Has callables of its own, and the same observer.
+        Listening(const Listening& other);
+        Listening& operator=(const Listening&) = delete;
+        ~Listening();
+        /// The callables; made where there are none yet.
+        EventCallables& ownCallables();
+
+        /// The attached observer, or what tells the callables and the observer.
+        TraversalProcessor* to = nullptr;
+        std::unique_ptr<EventCallables> callables;
+    };
+
     void addFilter(const std::function<ResultPolicy(Link)>& filter);
     /// Asks filter after filter; the first that leaves the link out is named in `filter`.
     bool passesFilters(const Link& link, std::size_t& filter) const {
@@ -78,7 +93,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     /// Whether anybody has to be asked or told about links.
     bool isAsking() const noexcept { return isAsking_; }
     bool isTraced() const noexcept { return !listeners_.empty(); }
-    bool hasBoundaries() const noexcept { return !boundaries_.empty(); }
+    bool hasBoundaries() const noexcept { return hasBoundaries_; }
     bool mayDescend(const Link& link) const;
     void doAttach(TraversalProcessor* processor);
     std::unique_ptr<UniquenessMaintainer> createUniquenessMaintainer() const;
@@ -86,7 +101,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     bool isReportingSelfFirst() const noexcept { return algo_ != Algo::DepthFirstPostOrder; }
 
     std::shared_ptr<PropertyProvider> provider_;
-    TraversalProcessor* processor_ = nullptr;
+    Listening listening_;
     std::vector<ModelElement> inputs_;
     /// The first of all filters, and a flag because it is the everyday one.
     bool dropsPseudoLinks_;
@@ -94,6 +109,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     std::deque<Filter> filters_;
     /// What has to agree that a link enters its target; stay where they are for the same reason.
     std::deque<std::function<bool(const Link&)>> boundaries_;
+    bool hasBoundaries_ = false;
     /// The distance from the nearest input at which walks end.
     std::optional<std::size_t> upTo_;
     bool remembersPaths_ = false;

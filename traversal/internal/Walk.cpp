@@ -110,7 +110,7 @@ Progress Walk::goOn() {
 bool Walk::standsWhere(const Walk& other) const {
     return result_ == other.result_ && nextInput_ == other.nextInput_ &&
            store_->equals(*other.store_) && current() == other.current() &&
-           currentInput_ == other.currentInput_;
+           currentInput_ == other.currentInput_ && hasEnded_ == other.hasEnded_;
 }
 
 Cursor* Walk::findUnfinished(const ModelElement& element) {

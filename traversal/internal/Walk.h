@@ -86,7 +86,7 @@ class Walk {
 
     bool isReportingSelfFirst() const noexcept { return result_->isReportingSelfFirst(); }
     /// The observer that elements are entered under at this moment.
-    TraversalProcessor* observer() const noexcept { return result_->processor_; }
+    TraversalProcessor* observer() const noexcept { return result_->listening_.to; }
 
     /// Takes one step off the budget; false when it is used up.
     bool mayGoOn() noexcept {
@@ -94,6 +94,9 @@ class Walk {
         --stepsLeft_;
         return true;
     }
+
+    /// What is left of the budget, for work of which there may be much in one step.
+    std::size_t& budget() noexcept { return stepsLeft_; }
 
     bool hasEntered(const ModelElement& element) noexcept { return entered_.contains(element); }
     /// Whether the link on which a cursor stands may enter its target. Throws what a predicate
@@ -106,6 +109,8 @@ class Walk {
         const LentLink link(from.element(), target, from.setting().property());
         return result_->mayDescend(link.get());
     }
+    /// Whether there are elements that are entered and not gone on from.
+    bool isLimited() const noexcept { return reach_ != nullptr; }
     /// Whether what leaves an entered element is followed, at that depth.
     bool mayLeave(const ModelElement& element, std::size_t depth) noexcept {
         return reach_ == nullptr || reach_->contains(element, depth);

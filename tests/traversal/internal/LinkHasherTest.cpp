@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <unordered_set>
 
 #include "tests/support/ModelBuilder.h"
 #include "traversal/internal/Link.h"
@@ -44,6 +45,14 @@ TEST_F(LinkHasherTest, PseudoLinkHashesAsItsTargetAndTheEmptyLinkAsNull) {
     EXPECT_EQ(hash(Link(ModelElement(), a, Property())), element(a));
     EXPECT_EQ(hash(Link::empty()), element(ModelElement()));
     EXPECT_NE(hash(Link(ModelElement(), a, Property())), hash(Link(ModelElement(), b, Property())));
+}
+
+TEST_F(LinkHasherTest, LinksAreKeysOfTheStandardTables) {
+    const Link link(a, b, kids);
+    EXPECT_EQ(std::hash<Link>()(link), hash(link));
+    std::unordered_set<Link> met{link, Link(b, a, kids), link};
+    EXPECT_EQ(met.size(), 2U);
+    EXPECT_EQ(met.count(Link(b, a, kids)), 1U);
 }
 
 // Elements lie at regular distances; hashes of their addresses alone would collide by the hundred.

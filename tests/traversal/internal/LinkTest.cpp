@@ -44,6 +44,12 @@ TEST_F(LinkTest, HoldsItsThreeHandlesAndCascades) {
     EXPECT_FALSE(!link);
 }
 
+TEST_F(LinkTest, IsAskedWhetherItIsNotEmpty) {
+    EXPECT_FALSE(Link());
+    EXPECT_TRUE(Link(ModelElement(), a, Property())) << "a pseudo-link";
+    EXPECT_TRUE(link);
+}
+
 TEST_F(LinkTest, AnyHandleMakesALinkNonEmpty) {
     EXPECT_FALSE(!Link(a, ModelElement(), Property()));
     EXPECT_FALSE(!Link(ModelElement(), b, Property()));

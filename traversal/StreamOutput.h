@@ -1,0 +1,37 @@
+#pragma once
+
+#include <concepts>
+#include <ostream>
+
+#include "traversal/internal/Dumps.h"
+
+/// Elements and links on streams, for who includes this:
+///
+///     std::cout << link << '\n';
+///     EXPECT_EQ(link.getTarget(), pump);   // GoogleTest shows both elements by name
+///
+/// The texts are those of `dumpElement` and `dumpLink`, written as a `std::string` is: a width
+/// holds for all of it. When making the text throws, nothing has been written.
+///
+/// Not part of `traversal/Traversal.h`: a program that has an output of its own for elements
+/// leaves this away. Include it wherever a program prints them, so that no two files of it print
+/// differently.
+
+namespace nuv::zero {
+
+/// Elements only, nothing that converts to one: a framework may have an output for its classes,
+/// and for its elements too, which then is used in place of this.
+template <std::same_as<ModelElement> Element>
+std::ostream& operator<<(std::ostream& out, const Element& element) {
+    return out << traversal::internal::dumpElement(element);
+}
+
+}  // namespace nuv::zero
+
+namespace nuv::zero::traversal::internal {
+
+inline std::ostream& operator<<(std::ostream& out, const Link& link) {
+    return out << dumpLink(link);
+}
+
+}  // namespace nuv::zero::traversal::internal

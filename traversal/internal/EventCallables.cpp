@@ -1,0 +1,78 @@
+#include "traversal/internal/EventCallables.h"
+
+#include <utility>
+
+namespace nuv::zero::traversal::internal {
+
+EventCallables::EventCallables(TraversalProcessor* observer) {
+    listen(observer, 0);
+}
+
+EventCallables::EventCallables(const EventCallables& other) : callables_(other.callables_) {
+    listen(other.listener_->observer(), other.listener_->place());
+}
+
+EventCallables::~EventCallables() = default;
+
+TraversalProcessor* EventCallables::add(Event event, std::variant<OfElement, OfProperty> callable) {
+    callables_.push_back({event, std::move(callable)});
+    try {
+        listen(listener_->observer(), listener_->place());
+    } catch (...) {
+        callables_.pop_back();
+        throw;
+    }
+    return listener_;
+}
+
+TraversalProcessor* EventCallables::observe(TraversalProcessor* observer) {
+    listen(observer, callables_.size());
+    return listener_;
+}
+
+/// Listens with all callables. An observer that comes and goes needs no listener for each time.
+void EventCallables::listen(TraversalProcessor* observer, std::size_t place) {
+    const std::size_t count = callables_.size();
+    if (observer == nullptr) place = 0;
+    for (Listener& made : listeners_) {
+        if (!made.tells(count, observer, place)) continue;
+        listener_ = &made;
+        return;
+    }
+    listener_ = &listeners_.emplace_back(callables_, count, observer, place);
+}
+
+template <class Function, class... Handles>
+void EventCallables::Listener::tell(Event event,
+                                    void (TraversalProcessor::*ofObserver)(const Handles&...),
+                                    const Handles&... handles) {
+    for (std::size_t index = 0; index < count_; ++index) {
+        if (observer_ != nullptr && index == place_) (observer_->*ofObserver)(handles...);
+        const Callable& each = (*callables_)[index];
+        if (each.event == event) std::get<Function>(each.call)(handles...);
+    }
+    if (observer_ != nullptr && place_ == count_) (observer_->*ofObserver)(handles...);
+}
+
+void EventCallables::Listener::onEnterInputElement(const ModelElement& element) {
+    tell<OfElement>(Event::EnterInputElement, &TraversalProcessor::onEnterInputElement, element);
+}
+void EventCallables::Listener::onEnterElement(const ModelElement& element) {
+    tell<OfElement>(Event::EnterElement, &TraversalProcessor::onEnterElement, element);
+}
+void EventCallables::Listener::onEnterProperty(const ModelElement& element,
+                                               const meta::Property& property) {
+    tell<OfProperty>(Event::EnterProperty, &TraversalProcessor::onEnterProperty, element, property);
+}
+void EventCallables::Listener::onExitProperty(const ModelElement& element,
+                                              const meta::Property& property) {
+    tell<OfProperty>(Event::ExitProperty, &TraversalProcessor::onExitProperty, element, property);
+}
+void EventCallables::Listener::onExitElement(const ModelElement& element) {
+    tell<OfElement>(Event::ExitElement, &TraversalProcessor::onExitElement, element);
+}
+void EventCallables::Listener::onExitInputElement(const ModelElement& element) {
+    tell<OfElement>(Event::ExitInputElement, &TraversalProcessor::onExitInputElement, element);
+}
+
+}  // namespace nuv::zero::traversal::internal
