@@ -7,7 +7,6 @@
 #include "model/memory/Describe.h"
 #include "model/memory/Metamodel.h"
 #include "model/memory/Text.h"
-#include "model/memory/Value.h"
 
 namespace nuv::zero::memory {
 namespace {

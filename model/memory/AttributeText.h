@@ -5,6 +5,7 @@
 
 #include "model/Export.h"
 #include "model/memory/Class.h"
+#include "model/memory/Value.h"
 
 namespace nuv::zero::memory {
 

@@ -8,6 +8,7 @@
 #include "model/Compiler.h"
 #include "model/memory/Describe.h"
 #include "model/memory/ModelStorage.h"
+#include "model/memory/Roots.h"
 #include "model/memory/StoredWords.h"
 #include "model/memory/Text.h"
 
@@ -338,7 +339,7 @@ std::vector<ModelElement> Model::elements() const {
 }
 
 std::vector<ModelElement> Model::roots() const {
-    return storage_ == nullptr ? std::vector<ModelElement>() : storage_->roots();
+    return rootsAmong(elements());
 }
 
 std::size_t Model::size() const noexcept {

@@ -3,11 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <type_traits>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
-
-#include "model/memory/Value.h"
 
 namespace nuv::zero::memory {
 namespace {
@@ -15,28 +11,6 @@ namespace {
 constexpr std::size_t smallestChunk = 1024;
 /// Large enough that a chunk costs nothing per element, small enough not to waste much.
 constexpr std::size_t largestChunk = std::size_t{256} * 1024;
-
-using ObjectSet = std::unordered_set<const Object*>;
-
-/// The properties by which elements of a class contain others.
-std::vector<meta::Property> containmentsOf(const ClassObject& type) {
-    std::vector<meta::Property> containments = type.getAllClassProperties();
-    const auto isNone = [](const meta::Property& property) {
-        return !property->isComposite() || !property->isAssociation() || property->isDerived();
-    };
-    containments.erase(std::remove_if(containments.begin(), containments.end(), isNone),
-                       containments.end());
-    return containments;
-}
-
-void addTargets(const Object& element, const meta::Property& property, ObjectSet& targets) {
-    const Content content =
-        element.get(property, Object::ReflectionPrivateTag::PUBLIC_ACCESS).content();
-    if (const auto* single = std::get_if<ModelElement>(&content)) targets.insert(single->get());
-    if (const auto* list = std::get_if<std::vector<ModelElement>>(&content)) {
-        for (const ModelElement& target : *list) targets.insert(target.get());
-    }
-}
 
 }  // namespace
 
@@ -125,25 +99,6 @@ std::vector<ModelElement> ModelStorage::elements() const {
     all.reserve(size_);
     forEachElement([&](const Object& element) { all.emplace_back(&element); });
     return all;
-}
-
-std::vector<ModelElement> ModelStorage::roots() const {
-    std::vector<ModelElement> roots = elements();
-    ObjectSet contained;
-    std::unordered_map<const ClassObject*, std::vector<meta::Property>> containments;
-    for (const ModelElement& element : roots) {
-        const ClassObject* type = element->getClass().get();
-        const auto [known, isNew] = containments.try_emplace(type);
-        if (isNew) known->second = containmentsOf(*type);
-        for (const meta::Property& property : known->second) {
-            addTargets(*element.get(), property, contained);
-        }
-    }
-    const auto isContained = [&](const ModelElement& element) {
-        return contained.count(element.get()) != 0;
-    };
-    roots.erase(std::remove_if(roots.begin(), roots.end(), isContained), roots.end());
-    return roots;
 }
 
 std::byte* ModelStorage::placeFor(std::size_t bytes) {

@@ -26,8 +26,6 @@ class ModelStorage final : public Storage {
     std::size_t size() const noexcept { return size_; }
     /// All elements, in the order in which they were made.
     std::vector<ModelElement> elements() const;
-    /// Those that none of them contains.
-    std::vector<ModelElement> roots() const;
 
     /// The slot of that number, to be written. Throws `std::bad_alloc`, and then has changed
     /// nothing. REQUIRES: the element is of this storage and its class has that slot.

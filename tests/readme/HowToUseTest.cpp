@@ -13,6 +13,7 @@
 #include "examples/Station.h"
 #include "model/memory/Payload.h"
 #include "tests/support/PrivateAccess.h"
+#include "traversal/ContainerReferences.h"
 #include "traversal/Traversal.h"
 
 namespace nuv::zero::testing_support {
@@ -61,6 +62,28 @@ TEST(HowToUse, ASuperclassRuleGivenFirstAnswersWhenItsNameSortsFirst) {
     EXPECT_EQ(
         linesOf(walk->depthFirst({plant.pump})),
         (Lines{"Not an element-[pseudo]-Machine'Pump'", "Machine'Pump'-[parts]-Machine'Motor'"}));
+}
+
+TEST(HowToUse, CallablesHearSingleEventsAndFiltersMayAnswerBool) {
+    const Station plant;
+    const auto result = Spec::subtractiveTraversal()->depthFirst(plant.out);
+    Lines entered;
+    ResultSetup(result)
+        .onEnterElement(
+            [&](const ModelElement& element) { entered.push_back(dumpElement(element)); })
+        .filter([](const Link& link) { return link.shouldCascade(); });
+    const std::size_t reported = linesOf(result).size();
+    EXPECT_EQ(entered.size(), reported);
+    EXPECT_EQ(entered.front(), "Port'out'");
+}
+
+TEST(HowToUse, WithoutContainerReferencesAWalkDoesNotClimb) {
+    const Station plant;
+    const auto builder = Spec::subtractiveTraversal();
+    EXPECT_EQ(linesOf(builder->depthFirst(plant.inlet)).at(1), "Port'inlet'-[owner]-Block'Tank'");
+    builder->prune(containerReferencesOf(plant.metamodel.classes()));
+    EXPECT_EQ(linesOf(builder->depthFirst(plant.inlet)),
+              Lines{"Not an element-[pseudo]-Port'inlet'"});
 }
 
 /// The owners in the order in which their rules are asked.

@@ -38,6 +38,12 @@ void callShared(const Station& station, Kind& builder) {
                count(builder.depthFirstPostOrder(range)) == links &&
                count(builder.breadthFirst(range)) == links,
            "any range of elements is an input");
+    const Kind& constant = builder;
+    expect(count(constant.run(station.one, Algo::BreadthFirst)) == links &&
+               count(constant.depthFirst(station.one)) == links &&
+               count(constant.depthFirstPostOrder(station.one)) == links &&
+               count(constant.breadthFirst(station.one)) == links,
+           "one element is an input");
     Kind copy(builder);
     copy = builder;
     expect(count(copy.run(inputs, Algo::DepthFirstPreOrder)) == links, "a copy has the same rules");

@@ -46,6 +46,7 @@ void callWalkSupport(Station& station);
 void callRules(Station& station);
 void callBuilders(Station& station);
 void callWalks(Station& station);
+void callPositions(Station& station);
 void callLinks(Station& station);
 void callEngineParts(Station& station);
 

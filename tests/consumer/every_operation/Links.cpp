@@ -1,8 +1,11 @@
+#include <functional>
 #include <memory>
+#include <sstream>
 #include <utility>
 #include <vector>
 
 #include "Consumer.h"
+#include "traversal/StreamOutput.h"
 #include "traversal/Traversal.h"
 #include "traversal/internal/ElementProgress.h"
 
@@ -27,7 +30,13 @@ void callLink(const Station& station) {
     none.setNoCascade();
     expect(!none.shouldCascade() && link.shouldCascade(), "a link may lead no further");
     expect(link.getOpposite()->getTarget() == station.one, "a link has a way back");
-    expect(internal::LinkHasher()(none) == internal::LinkHasher()(link), "equal links hash alike");
+    expect(
+        LinkHasher()(none) == LinkHasher()(link) && std::hash<Link>()(none) == LinkHasher()(link),
+        "equal links hash alike");
+    expect(static_cast<bool>(link) && !static_cast<bool>(Link()), "a link is one or none");
+    std::ostringstream shown;
+    shown << station.one << ' ' << link;
+    expect(shown.str() == "Block'one' Block'one'-[next]-Block'two'", "streams show links");
     expect(dumpElement(station.one) == "Block'one'" &&
                dumpLink(link) == "Block'one'-[next]-Block'two'",
            "links are shown");

@@ -5,6 +5,7 @@
 
 #include "Consumer.h"
 #include "model/Framework.h"
+#include "model/memory/AttributeText.h"
 #include "model/memory/MessageException.h"
 #include "model/memory/Text.h"
 
@@ -79,7 +80,11 @@ void callModel() {
     model.unset(a, one);
     model.plant(a, number, {string, false, std::u16string(u"no number")});
     expect(access::toString(access::read(a, number)) == u"no number", "a value is planted");
-    expect(model.size() == 2, "a model counts its elements");
+    expect(model.size() == 2 && model.elements() == std::vector<ModelElement>{a, b} &&
+               model.roots() == model.elements(),
+           "a model counts and lists its elements");
+    expect(memory::textOf(a, name) == "a" && memory::textOf(b, u"name") == "b",
+           "attributes are read as text");
 }
 
 void callValue(const Station& station) {

@@ -4,6 +4,8 @@
 
 #include "Consumer.h"
 #include "traversal/ClassHierarchyComparator.h"
+#include "traversal/ClassPredicates.h"
+#include "traversal/ContainerReferences.h"
 #include "traversal/PruneRules.h"
 #include "traversal/Traversal.h"
 
@@ -44,6 +46,17 @@ void callPropertyMatcher(const Station& station) {
     expect(simple.getProperty() == station.parts && simple.getOwner() == station.block &&
                simple.getMatcher()(station.block) && simple.matches(station.block),
            "a rule keeps what it was made of");
+}
+
+void callReadyMadeRules(const Station& station) {
+    const ClassPredicate kind = isKindOf(station.block);
+    expect(internal::combinable(kind)(station.block) &&
+               anyOf(kind, isExactly(station.block))(station.block) &&
+               allOf(kind, accept)(station.block) && !noneOf(kind)(station.block),
+           "predicates are made and combined");
+    expect(containerReferencesOf(station.block).empty() &&
+               containerReferencesOf(std::vector<Class>{station.block}).empty(),
+           "nothing refers to its container");
 }
 
 void callCompositeMatcher(const Station& station) {
@@ -113,6 +126,7 @@ void callPropertyProvider(const Station& station) {
 
 void callRules(Station& station) {
     callPropertyMatcher(station);
+    callReadyMadeRules(station);
     callCompositeMatcher(station);
     callRuleTree(station);
     callPruneRules(station);

@@ -61,8 +61,21 @@ void callSetup(const Station& station) {
         })
         .filter(std::function<ResultPolicy(Link)>(
             [](const Link& /*link*/) { return ResultPolicy::Report; }));
+    int heard = 0;
+    const auto hearElement = [&heard](const ModelElement& /*element*/) { ++heard; };
+    const auto hearProperty = [&heard](const ModelElement& /*element*/,
+                                       const Property& /*property*/) { ++heard; };
+    ResultSetup(result)
+        .onEnterInputElement(hearElement)
+        .onEnterElement(hearElement)
+        .onEnterProperty(hearProperty)
+        .onExitProperty(hearProperty)
+        .onExitElement(hearElement)
+        .onExitInputElement(hearElement)
+        .filter(&Link::shouldCascade);
     Walk walk(result);
     for (; !(walk == Walk()); walk.advance()) listener.events += 100;
+    expect(heard > 0, "callables hear events");
     expect(listener.events >= 200 && listener.events % 100 > 0, "events are heard");
 }
 

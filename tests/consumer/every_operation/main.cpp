@@ -40,9 +40,9 @@ Station::Station() {
 int main(int argc, char** /*argv*/) {
     using namespace nuv_consumer;
     arguments = argc;
-    for (void (*call)(Station&) :
-         {callHandles, callAccess, callMetamodelObjects, callStoredValues, callModels,
-          callWalkSupport, callRules, callBuilders, callWalks, callLinks, callEngineParts}) {
+    for (void (*call)(Station&) : {callHandles, callAccess, callMetamodelObjects, callStoredValues,
+                                   callModels, callWalkSupport, callRules, callBuilders, callWalks,
+                                   callPositions, callLinks, callEngineParts}) {
         Station station;
         call(station);
     }

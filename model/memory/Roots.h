@@ -1,0 +1,12 @@
+#pragma once
+
+#include <vector>
+
+#include "model/memory/Value.h"
+
+namespace nuv::zero::memory {
+
+/// The elements that none of them contains, in their order.
+std::vector<ModelElement> rootsAmong(std::vector<ModelElement> elements);
+
+}  // namespace nuv::zero::memory
