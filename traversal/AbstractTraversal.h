@@ -152,8 +152,9 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
 
   private:
     friend class RuleCheck;
-    /// What a call that gives a rule does.
-    virtual void apply(const RuleCall& call) = 0;
+    /// What a call that gives a rule does. Kinds that know further calls than `setResultPolicy`
+    /// override it.
+    virtual void apply(const RuleCall& call);
     virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
     virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
 

@@ -19,12 +19,12 @@ bool filesRule(const RuleCall& call) {
     return call.operation != RuleCall::Operation::SetResultPolicy;
 }
 
-std::string nameOf(const Class& type) {
+std::string labelOf(const Class& type) {
     return type ? access::toUtf8(access::nameOf(type)) : "no class";
 }
-std::string nameOf(const Property& property) {
+std::string labelOf(const Property& property) {
     if (!property) return "no property";
-    return nameOf(Class(access::owningClass(property))) + "." +
+    return labelOf(Class(access::owningClass(property))) + "." +
            access::toUtf8(access::nameOf(property));
 }
 
@@ -45,8 +45,8 @@ std::string describe(const Calls& calls, std::size_t index) {
             text += " (setResultPolicy of ";
             break;
     }
-    return text + nameOf(call.matcher.getProperty()) + ", owner " +
-           nameOf(call.matcher.getOwner()) + ")";
+    return text + labelOf(call.matcher.getProperty()) + ", owner " +
+           labelOf(call.matcher.getOwner()) + ")";
 }
 
 /// One look through the rules of one builder.

@@ -8,7 +8,7 @@ namespace nuv::zero::traversal {
 namespace {
 
 /// A text in quotes, as DOT has it.
-std::string quoted(const std::string& text) {
+std::string dotText(const std::string& text) {
     std::string result = "\"";
     for (const char each : text) {
         if (each == '"' || each == '\\') {
@@ -111,7 +111,7 @@ void WalkPicture::onPrune(const WalkView& walk, const internal::Link& link, Prun
 
 std::string WalkPicture::textOf(std::size_t place, const Node& node) {
     std::string text =
-        "  " + nodeName(place) + " [label=" + quoted(internal::dumpElement(node.element));
+        "  " + nodeName(place) + " [label=" + dotText(internal::dumpElement(node.element));
     if (node.isInput) text += ", style=bold";
     // Referred to only.
     if (!node.isEntered) text += ", style=dotted";
@@ -120,7 +120,7 @@ std::string WalkPicture::textOf(std::size_t place, const Node& node) {
 
 std::string WalkPicture::textOf(const Edge& edge) const {
     std::string text = "  " + nodeName(edge.from) + " -> " + nodeName(edge.to) +
-                       " [label=" + quoted(internal::plainName(edge.property));
+                       " [label=" + dotText(internal::plainName(edge.property));
     if (edge.meeting == Meeting::Boundary) {
         text += ", style=dotted, arrowhead=tee";
     } else if (edge.meeting != Meeting::First) {
@@ -143,7 +143,7 @@ std::string WalkPicture::textOf(std::size_t number, const Cut& cut) {
     }
     const std::string name = "cut" + std::to_string(number);
     return "  " + name + " [shape=plaintext, label=\"cut\"]; " + nodeName(cut.node) + " -> " +
-           name + " [label=" + quoted(what) + ", style=dotted, arrowhead=none];\n";
+           name + " [label=" + dotText(what) + ", style=dotted, arrowhead=none];\n";
 }
 
 std::string WalkPicture::leftOutText() const {
@@ -153,7 +153,7 @@ std::string WalkPicture::leftOutText() const {
                        std::to_string(places_.size()) +
                        " elements are drawn. Left out: links: " + std::to_string(linksLeftOut_);
     if (prunesLeftOut_ != 0) text += ", prunes: " + std::to_string(prunesLeftOut_);
-    return "  limit [shape=note, label=" + quoted(text) + "];\n";
+    return "  limit [shape=note, label=" + dotText(text) + "];\n";
 }
 
 std::string WalkPicture::text() const {

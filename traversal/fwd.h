@@ -44,9 +44,11 @@ enum class Meeting : std::int32_t {
     /// The target was entered earlier and is not finished. Depth-first these are the links that
     /// close a cycle; breadth-first, its turn has still to come or is under way.
     Open = 3,
-    /// The target was entered earlier and is finished.
+    /// The target was entered earlier and is finished. The link by which an element was entered
+    /// becomes one of these when a walk pauses right behind that element.
     Done = 4,
-    /// The target was not entered, because a `descend` predicate refused the link.
+    /// The target was not entered, because a `descend` predicate refused the link. As long as
+    /// predicates are being asked about a link, and after one that threw, it is one of these too.
     Boundary = 5,
 };
 
@@ -62,11 +64,14 @@ enum class Progress : std::int32_t {
 
 /// What became of a call that prunes.
 enum class Pruned : std::int32_t {
-    /// There is nothing that it could mean: no link, no such element or property.
+    /// There is nothing that it could mean: no link, a target that is null or was not entered, a
+    /// property that is not followed from it, or siblings of an input's own link.
     Nothing = 0,
-    /// What it should have cut away has been walked already, or there was none left.
+    /// What it should have cut away has been walked already, was cut away before, or there was none
+    /// left.
     TooLate = 1,
-    /// What was left of it is cut away.
+    /// What was left of it is cut away: values that the walk had not come to, or properties that it
+    /// had not looked at, whether they have values or not.
     Cut = 2,
 };
 

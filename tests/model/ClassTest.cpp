@@ -95,6 +95,18 @@ TEST(ClassTest, IsKindOfItselfAndItsAncestors) {
     EXPECT_FALSE(kindOf(m.left, m.bottom));
 }
 
+TEST(ClassTest, BelowAClassWithTwoSuperclassesIsKindOfBoth) {
+    memory::Metamodel metamodel(u"m");
+    const meta::Class first = metamodel.addClass(u"First");
+    const meta::Class second = metamodel.addClass(u"Second");
+    const meta::Class both = metamodel.addClass(u"Both", {first, second});
+    const meta::Class below = metamodel.addClass(u"Below", {both});
+    for (const meta::Class& ancestor : {first, second, both, below}) {
+        EXPECT_TRUE(below->isKindOf(*ancestor.get()));
+    }
+    EXPECT_FALSE(both->isKindOf(*below.get()));
+}
+
 TEST(ClassTest, ConformsToTheStandardMetaClasses) {
     const Blocks m;
     EXPECT_TRUE(m.block->conformsTo(m.named));

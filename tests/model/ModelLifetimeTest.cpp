@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
 #include <thread>
+#include <variant>
 #include <vector>
 
 #include "model/memory/Pins.h"
@@ -140,6 +143,110 @@ TEST(ModelLifetimeTest, ListsKeepTheElementsOfOtherModels) {
         0);
 }
 
+// Alone, because a second list that keeps the element would hide that the first one does not.
+TEST(ModelLifetimeTest, EachWayIntoAListKeepsAnElementOfAnotherModel) {
+    struct Ground {
+        const Blocks& m;
+        Model& model;
+        ModelElement block;
+        ModelElement own;
+    };
+    using Way = void (*)(const Ground&, const ModelElement&);
+    static constexpr auto addTo = [](const Ground& ground, const ModelElement& entry) {
+        ground.model.add(ground.block, ground.m.ports, entry);
+    };
+    const Way ways[] = {
+        [](const Ground& ground, const ModelElement& foreign) { addTo(ground, foreign); },
+        [](const Ground& ground, const ModelElement& foreign) {
+            ground.model.set(ground.block, ground.m.ports, Elements{foreign});
+        },
+        [](const Ground& ground, const ModelElement& foreign) {
+            ground.model.set(ground.block, ground.m.ports, Elements{ground.own, foreign});
+        },
+        [](const Ground& ground, const ModelElement& foreign) {
+            for (int i = 0; i < 3; ++i) addTo(ground, ground.own);
+            addTo(ground, foreign);
+        },
+        [](const Ground& ground, const ModelElement& foreign) {
+            addTo(ground, foreign);
+            // The list is moved as it grows.
+            for (int i = 0; i < 9; ++i) addTo(ground, ground.own);
+        },
+        [](const Ground& ground, const ModelElement& foreign) {
+            addTo(ground, ground.own);
+            addTo(ground, foreign);
+            // The list is copied as long as somebody reads it.
+            const Value before = access::read(ground.block, ground.m.ports);
+            addTo(ground, ground.own);
+            EXPECT_EQ(before.asElements(), (Elements{ground.own, foreign}));
+        },
+    };
+    for (const Way way : ways) {
+        EXPECT_EQ(leftBy([way] {
+                      const Blocks m;
+                      Model model;
+                      const Ground ground{m, model, model.create(m.block), model.create(m.port)};
+                      {
+                          Model other;
+                          way(ground, other.create(m.port));
+                      }
+                      int foreigners = 0;
+                      for (const ModelElement& entry : elementsOf(ground.block, m.ports)) {
+                          EXPECT_EQ(entry->getClass(), m.port);
+                          if (!(entry == ground.own)) ++foreigners;
+                      }
+                      EXPECT_EQ(foreigners, 1);
+                  }),
+                  0)
+            << "way " << std::find(std::begin(ways), std::end(ways), way) - std::begin(ways);
+    }
+}
+
+TEST(ModelLifetimeTest, ASinglePlantedElementOfAnotherModelIsKeptByItsSlotAndByItsViews) {
+    const Blocks m;
+    Model model;
+    const ModelElement block = model.create(m.block);
+    {
+        Model other;
+        model.plant(block, m.boss, single(m.block, other.create(m.block)));
+    }
+    memory::ElementView view =
+        block->view(m.boss, memory::Object::ReflectionPrivateTag::PUBLIC_ACCESS);
+    EXPECT_EQ(view[0]->getClass(), m.block);
+    model.clear(block, m.boss);
+    EXPECT_EQ(view[0]->getClass(), m.block);
+}
+
+TEST(ModelLifetimeTest, ListsThatReadersViewedAreFreedWhenTheModelIsNoLongerPinned) {
+    const Blocks m;
+    Model model;
+    const ModelElement block = model.create(m.block);
+    const ModelElement port = model.create(m.port);
+    const memory::PropertyReader reader(m.block, m.ports);
+    model.set(block, m.ports, Elements{port, port});
+    EXPECT_EQ(leftBy([&] {
+                  memory::Pins pins;
+                  pins.pin(block);
+                  for (int i = 0; i < 5; ++i) {
+                      const memory::ElementView view = reader.read(block, m.ports);
+                      model.set(block, m.ports, Elements{port, port});
+                      EXPECT_EQ(view.size(), 2U);
+                  }
+              }),
+              0);
+}
+
+TEST(ModelLifetimeTest, TextsThatSomebodyReadsStayWhenTheirListGrows) {
+    const Blocks m;
+    Model model;
+    const ModelElement block = model.create(m.block);
+    for (const char16_t* text : {u"a", longText}) model.add(block, m.tags, text);
+    const Value before = access::read(block, m.tags);
+    for (int i = 0; i < 5; ++i) model.add(block, m.tags, u"more");
+    EXPECT_EQ(std::get<std::vector<std::u16string>>(before.content()),
+              (std::vector<std::u16string>{u"a", longText}));
+}
+
 TEST(ModelLifetimeTest, AViewOfAReaderKeepsTheElementOfAnotherModelThatTheSlotNoLongerHolds) {
     const Blocks m;
     Model model;
@@ -150,9 +257,11 @@ TEST(ModelLifetimeTest, AViewOfAReaderKeepsTheElementOfAnotherModelThatTheSlotNo
     memory::ElementView single;
     memory::ElementView list;
     {
+        // Of two models, because each keeps the whole model that it is of.
         Model other;
+        Model another;
         model.set(block, m.boss, other.create(m.block));
-        model.add(block, m.ports, other.create(m.port));
+        model.add(block, m.ports, another.create(m.port));
         single = memory::PropertyReader(m.block, m.boss).read(block, m.boss);
         list = memory::PropertyReader(m.block, m.ports).read(block, m.ports);
         model.clear(block, m.boss);

@@ -240,6 +240,14 @@ TEST_F(ModelTest, RefusesANameForAnElementWithoutAnyAndMakesNone) {
     EXPECT_EQ(model.size(), 4U);
 }
 
+TEST_F(ModelTest, RefusesANameWhereNamesAreACollection) {
+    const meta::Class crowd = m.metamodel.addClass(u"Crowd");
+    m.metamodel.addProperty(crowd, u"name", meta::StandardTypes::stringMeta(), memory::unbounded);
+    const std::size_t before = model.size();
+    EXPECT_THROW(model.create(crowd, u"c"), memory::ModelError);
+    EXPECT_EQ(model.size(), before);
+}
+
 TEST_F(ModelTest, UpperBoundsBelowZeroAreNoLimitAndZeroIsOne) {
     for (const int bound : {INT_MIN, -2}) {
         const meta::Property many = m.metamodel.addProperty(m.block, u"many", m.port, bound);

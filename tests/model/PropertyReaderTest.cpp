@@ -52,6 +52,18 @@ TEST_F(PropertyReaderTest, ReadsElementsOfOtherClassesToo) {
     EXPECT_EQ(read(m.block, p1, m.boss), viewed(p1, m.boss)) << "it has no such property";
 }
 
+TEST_F(PropertyReaderTest, ReadsElementsOfClassesWhosePropertiesStandElsewhere) {
+    const meta::Class both = m.metamodel.addClass(u"Both", {m.port, m.block});
+    const ModelElement s1 = model.create(both);
+    model.set(s1, m.boss, b1);
+    model.set(s1, m.ports, Elements{p2, p1});
+    model.set(b1, m.boss, b2);
+    EXPECT_EQ(read(m.block, s1, m.boss), Reading(Elements{b1}));
+    EXPECT_EQ(read(m.block, s1, m.ports), Reading(Elements{p2, p1}));
+    EXPECT_EQ(read(both, b1, m.boss), Reading(Elements{b2}));
+    EXPECT_EQ(read(both, b1, m.ports), Reading(Elements{}));
+}
+
 TEST_F(PropertyReaderTest, ReadsPropertiesThatWereDeclaredAfterTheElementWasMade) {
     const meta::Property late =
         m.metamodel.addProperty(m.block, u"late", m.block, 1, Blocks::Flags::Association);

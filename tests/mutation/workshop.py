@@ -6,8 +6,10 @@ import os
 import pathlib
 import re
 import resource
+import signal
 import subprocess
 import sys
+import tempfile
 
 import switching
 from mutants import HERE, ROOT, content_of
@@ -43,7 +45,11 @@ ENVIRONMENT = {
 LEAST_CPU_SECONDS = 10
 # A suite that takes longer is asked only about what all others have let pass.
 QUICK_CPU_SECONDS = 6
-WALL_SECONDS = 600
+# Without any mutant, when it is not yet known how long a suite takes.
+FIRST_CPU_SECONDS = 600
+# A suite that computes less than so much in so long waits for something that never comes.
+STILL_SECONDS = 120
+STILL_CPU_SECONDS = 0.5
 
 
 def number_of(mutant):
@@ -59,6 +65,25 @@ def put(path, content):
     path.write_bytes(content)
 
 
+def family(parent):
+    """A process and its children, and the seconds that each has computed so far."""
+    computed = {}
+    for file in pathlib.Path("/proc").glob("[0-9]*/stat"):
+        try:
+            fields = file.read_text().rpartition(")")[2].split()
+        except OSError:
+            continue  # It has ended meanwhile.
+        number = int(file.parent.name)
+        if parent in (number, int(fields[1])):
+            ticks = sum(int(field) for field in fields[11:15])
+            computed[number] = ticks / os.sysconf("SC_CLK_TCK")
+    return computed
+
+
+def noticed(suite, ending):
+    return suite.name if ending == "fails" else f"{suite.name} ({ending})"
+
+
 class Suite:
     """A test program, or a part of it, and how long it takes without any mutant."""
 
@@ -69,22 +94,40 @@ class Suite:
         self.cpu = 0.0
 
     def run(self, number):
-        """Whether it passes with the mutant of that number, and the end of its output."""
-        limit = max(LEAST_CPU_SECONDS, int(5 * self.cpu)) if self.cpu else WALL_SECONDS
+        """How it ends with the mutant of that number: empty when it passes. And its last output.
+
+        Time alone fails no suite, as others may be at work on the machine: what is limited is the
+        time that the suite itself computes, and how long it may stand still."""
+        limit = max(LEAST_CPU_SECONDS, int(5 * self.cpu)) if self.cpu else FIRST_CPU_SECONDS
         environment = dict(os.environ, **ENVIRONMENT, **{switching.VARIABLE: str(number)})
-        command = ["sh", "-c", f'ulimit -t {limit}; ulimit -c 0; exec "$@"', "sh", *self.command]
-        try:
-            done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                  timeout=WALL_SECONDS, env=environment, check=False)
-        except subprocess.TimeoutExpired:
-            return False, "took too long"
-        return done.returncode == 0, done.stdout.decode("utf-8", "replace")[-4000:]
+        script = f'ulimit -S -t {limit}; ulimit -c 0; exec "$@"'
+        with tempfile.TemporaryFile() as output:
+            process = subprocess.Popen(["sh", "-c", script, "sh", *self.command], stdout=output,
+                                       stderr=subprocess.STDOUT, env=environment)
+            ending = self.ending_of(process)
+            output.seek(max(0, output.seek(0, os.SEEK_END) - 4000))
+            return ending, output.read().decode("utf-8", "replace")
+
+    @staticmethod
+    def ending_of(process):
+        computed = 0.0
+        while True:
+            try:
+                status = process.wait(timeout=STILL_SECONDS)
+                return "" if status == 0 else "no end" if status == -signal.SIGXCPU else "fails"
+            except subprocess.TimeoutExpired:
+                before, computed = computed, sum(family(process.pid).values())
+                if computed - before < STILL_CPU_SECONDS:
+                    for one in family(process.pid):
+                        os.kill(one, signal.SIGKILL)
+                    process.wait()
+                    return "stands still"
 
     def measure(self):
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        passed, output = self.run(0)
+        ending, output = self.run(0)
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
-        if not passed:
+        if ending:
             sys.exit(f"{self.name} fails without any mutant:\n{output}")
         self.cpu = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
         print(f"{self.name}: passes, {self.cpu:.1f} s", flush=True)
@@ -221,8 +264,9 @@ class Workshop:
 
     def noticed_by(self, mutant, wanted):
         for suite in filter(wanted, self.suites_for(mutant)):
-            if not suite.run(number_of(mutant))[0]:
-                return suite.name
+            ending, _ = suite.run(number_of(mutant))
+            if ending:
+                return noticed(suite, ending)
         return ""
 
     def test_alone(self, mutant):
@@ -236,8 +280,9 @@ class Workshop:
                 if built.returncode != 0:
                     print(built.stdout.decode("utf-8", "replace")[-2000:])
                     return "does not build", ""
-                if not suite.run(0)[0]:
-                    return "killed", suite.name
+                ending, _ = suite.run(0)
+                if ending:
+                    return "killed", noticed(suite, ending)
             return "survived", ""
         finally:
             put(path, switched)

@@ -184,7 +184,11 @@ class CountingProvider : public PropertyProvider {
     using PropertyProvider::PropertyProvider;
     std::vector<AssociationSetting> computeSettings(const Class& /*type*/) override {
         ++computed;
-        return {};
+        std::vector<AssociationSetting> settings;
+        for (const auto& entry : matchers()) {
+            settings.emplace_back(entry.first, ResultPolicy::Report);
+        }
+        return settings;
     }
     ResultPolicy getResultPolicy(const Class& type, const Property& property) override {
         return policyOf(type, property);
@@ -205,7 +209,7 @@ TEST_F(AdditiveProviderTest, CopyOfAProviderSharesTheAnswersComputedSoFar) {
     EXPECT_EQ(assigned.getPropertiesToTraverse(m("A")), settings);
 }
 
-TEST_F(AdditiveProviderTest, CopiesAndAssignedProvidersHaveTheirOwnRules) {
+TEST_F(AdditiveProviderTest, CopiesAndAssignedProvidersKeepTheRules) {
     follow("Node.zeta", always, ResultPolicy::Extended);
     auto original = std::make_unique<CountingProvider>(rules);
     const auto copy = std::make_unique<CountingProvider>(*original);
@@ -217,6 +221,24 @@ TEST_F(AdditiveProviderTest, CopiesAndAssignedProvidersHaveTheirOwnRules) {
     EXPECT_EQ(copy->getResultPolicy(type, m["Node.zeta"]), ResultPolicy::Extended);
     EXPECT_EQ(assigned.getResultPolicy(type, m["Node.zeta"]), ResultPolicy::Extended);
     EXPECT_EQ(assigned.getResultPolicy(type, m["Node.alpha"]), ResultPolicy::Report);
+}
+
+// What was computed before the copy was made refers to the rules by which it was computed.
+TEST_F(AdditiveProviderTest, AnswersThatACopySharesAskRulesThatOutliveTheOriginal) {
+    follow("Node.zeta", always, ResultPolicy::Extended);
+    auto original = std::make_unique<CountingProvider>(rules);
+    original->getPropertiesToTraverse(m("A"));
+    CountingProvider copy(*original);
+    CountingProvider assigned{decltype(rules)()};
+    assigned = *original;
+    original.reset();
+    for (CountingProvider* provided : {&copy, &assigned}) {
+        const auto settings = provided->getPropertiesToTraverse(m("A"));
+        ASSERT_EQ(settings->size(), 1U);
+        const CompositeMatcher* asked = settings->front().rules();
+        ASSERT_NE(asked, nullptr);
+        EXPECT_EQ(asked->getPolicy(m.type("Node")), ResultPolicy::Extended);
+    }
 }
 
 TEST_F(AdditiveProviderTest, SettingsOutliveTheProvider) {

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -137,6 +138,64 @@ INSTANTIATE_TEST_SUITE_P(OrdersAndModes, AllocationFailureTest,
                                     std::to_string(static_cast<int>(std::get<1>(each.param))) +
                                     (std::get<2>(each.param) ? "Observed" : "");
                          });
+
+class SecondWayTest : public testing::TestWithParam<Algo> {
+  protected:
+    static constexpr std::size_t length = 300;
+
+    SecondWayTest() {
+        for (std::size_t i = 0; i < length; ++i) {
+            chain.push_back(m.model.create(m.type("Node")));
+            if (i == 0) continue;
+            m.model.add(chain[i - 1], m["Node.x"], chain[i]);
+            m.model.add(chain[i - 1], m["Node.y"], chain[i]);
+        }
+    }
+
+    ModelBuilder m{"Node; Node.x -> Node *; Node.y -> Node *"};
+    std::vector<ModelElement> chain;
+};
+
+// Two links lead to every element, and the input comes twice: what cannot be entered for want of
+// memory is entered the second time. The chain is longer than what a walk makes room for at once.
+TEST_P(SecondWayTest, WhatOneLinkFailsToEnterTheNextOneEnters) {
+    for (long allocation = 1;; ++allocation) {
+        const auto result =
+            Spec::subtractiveTraversal()->run({chain.front(), chain.front()}, GetParam());
+        QuietObserver observers[2];
+        std::vector<ModelElement> reached;
+        reached.reserve(2 * length);
+        AllocationMeter::failAt(allocation);
+        std::unique_ptr<Walk> walk;
+        while (!walk) {
+            try {
+                walk = std::make_unique<Walk>(result);
+            } catch (const std::bad_alloc&) {
+            }
+        }
+        for (std::size_t step = 0; !!walk->getCurrent(); ++step) {
+            if (walk->getCurrent().shouldCascade()) {
+                reached.push_back(walk->getCurrent().getTarget());
+            }
+            ResultSetup(result).observe(&observers[step % 2]);
+            for (bool isDone = false; !isDone;) {
+                try {
+                    walk->advance();
+                    isDone = true;
+                } catch (const std::bad_alloc&) {
+                }
+            }
+        }
+        AllocationMeter::failAt(0);
+        EXPECT_EQ(std::unordered_set<ModelElement>(reached.begin(), reached.end()).size(), length)
+            << allocation;
+        EXPECT_EQ(reached.size(), length) << allocation;
+        if (!AllocationMeter::hasFailed()) break;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, SecondWayTest, testing::ValuesIn(test::everyOrder()),
+                         [](const auto& each) { return test::nameOf(each.param); });
 
 // Symptom: an observer that was detached long ago heard of an element that was entered after that.
 TEST(ObserverAllocationFailureTest, ElementWhoseEnteringFailedIsNotTiedToTheObserverOfThatTime) {

@@ -7,6 +7,7 @@
 #include "tests/support/AllocationMeter.h"
 #include "tests/support/ModelBuilder.h"
 #include "tests/support/WalkLog.h"
+#include "traversal/internal/LinkQueue.h"
 
 /// What walks cost, counted: allocations and questions. Times are for the benchmarks.
 namespace nuv::zero::traversal {
@@ -163,8 +164,56 @@ TEST_P(CountsTest, BuildersResultsAndWalksFreeAllTheyTook) {
     EXPECT_EQ(AllocationMeter::live(), before);
 }
 
+TEST_P(CountsTest, PruningWhatNeedsNoCursorAllocatesNothing) {
+    m.extend("A.x = B C; B.y = A; C.y = B");
+    Walk walk = Spec::subtractiveTraversal()->run({m("A")}, GetParam())->begin();
+    // Back to an element that has all its links found, or stands on the path.
+    while (walk.getCurrent().shouldCascade()) walk.advance();
+    Walk copy(walk);
+    const Property x = m["Node.x"];
+    for (Walk* each : {&walk, &copy}) {
+        const long before = AllocationMeter::total();
+        each->pruneAllChildren();
+        each->pruneChildren(x);
+        each->pruneSiblings();
+        EXPECT_EQ(AllocationMeter::total(), before);
+    }
+}
+
+TEST_P(CountsTest, CursorsOfWhatWasPrunedAreFreed) {
+    const ModelElement root = grow(CountedShape::Star, 400);
+    const auto result = Spec::subtractiveTraversal()->run({root}, GetParam());
+    const auto kept = [&](bool isPruning) {
+        const long before = AllocationMeter::live();
+        Walk walk = result->begin();
+        for (; !!walk.getCurrent(); walk.advance()) {
+            if (isPruning && walk.getCurrent().getProperty()) walk.pruneAllChildren();
+        }
+        return AllocationMeter::live() - before;
+    };
+    kept(false);
+    EXPECT_LT(kept(true), kept(false) + 10);
+}
+
 INSTANTIATE_TEST_SUITE_P(Orders, CountsTest, testing::ValuesIn(test::everyOrder()),
                          [](const auto& each) { return test::nameOf(each.param); });
+
+TEST(QueueCountsTest, QueueThatStaysShortAllocatesForItsBeginningAlone) {
+    ModelBuilder m("Node", "A");
+    const ModelElement a = m("A");
+    internal::LinkQueue queue;
+    const auto run = [&](int links) {
+        const long before = AllocationMeter::total();
+        for (int i = 0; i < links; ++i) {
+            queue.reserveOne();
+            queue.push({ModelElement(), nullptr, a, true});
+            if (queue.size() > 3) queue.pop();
+        }
+        return AllocationMeter::total() - before;
+    };
+    run(2000);
+    EXPECT_EQ(run(50000), 0);
+}
 
 }  // namespace
 }  // namespace nuv::zero::traversal

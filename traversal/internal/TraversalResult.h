@@ -182,7 +182,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
 
     /// The same as `advance`, but for as many steps at most: a step is a bounded piece of work, a
     /// link met, a property looked at, an element left or an input begun. What is not used of them
-    /// is left in the argument, also when something is thrown.
+    /// is left in the argument, also when something is thrown. A walk that has ended takes none.
     ///
     ///     for (std::size_t steps = 1000; walk.advanceWithin(steps) == Progress::Paused;) {
     ///         if (isCancelled()) return;
@@ -195,7 +195,9 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
 
     // Where the walk stands: at the link that it handled last. After a step that is the current
     // link. In a callback it is the link that is being handled, and after a step that was paused or
-    // has failed the place where that stopped.
+    // has failed the place where that stopped. While none of an element's links is handled, as in
+    // the events of the element and its properties, it is the link by which that was entered. It is
+    // none before the first input, between two inputs, at a null input and at the end.
 
     /// How many links lead from the input to the target of the link, on the way that the walk went;
     /// 0 for an input, and at the end.

@@ -117,6 +117,13 @@ TEST_P(AbstractStoreTest, CloneIsEqualOfTheSameKindAndIndependent) {
     EXPECT_FALSE(store->empty());
 }
 
+TEST_P(AbstractStoreTest, CloneOutlivesItsOriginal) {
+    store->push(linkTo("B"));
+    const auto clone = store->clone();
+    store.reset();
+    EXPECT_EQ(drained(*clone), Lines{"A.x>B"});
+}
+
 INSTANTIATE_TEST_SUITE_P(Stores, AbstractStoreTest,
                          testing::Values(StoreKind{"Queue", makeBfsStore},
                                          StoreKind{"Stack", makeDfsStore}),

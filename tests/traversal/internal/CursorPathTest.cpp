@@ -31,7 +31,7 @@ class CursorPathTest : public testing::Test {
         return text(Link(cursor.element(), cursor.target().get(), cursor.setting().property()));
     }
 
-    test::ModelBuilder m{"Node; Node.x -> Node *", "A.x = B C; B.x = C"};
+    test::ModelBuilder m{"Node; Node.x -> Node *; Node.y -> Node *", "A.x = B C; B.x = C"};
     Cursor::Settings settings;
     CursorPath path;
 };
@@ -105,6 +105,26 @@ TEST_F(CursorPathTest, CopiesLeadAlongTheSameLinksUntilOneGoesOn) {
     copy.pop();
     path.pop();
     EXPECT_TRUE(copy.leadsAlong(path));
+}
+
+TEST_F(CursorPathTest, PathsAlongDifferentPropertiesDiffer) {
+    m.extend("A.y = B");
+    settings.emplace_back(m["Node.y"], ResultPolicy::Report);
+    CursorPath other;
+    EXPECT_EQ(next(pushTo(path, "A")), "A.x>B");
+    Cursor& cursor = pushTo(other, "A");
+    next(cursor);
+    next(cursor);
+    EXPECT_EQ(next(cursor), "A.y>B");
+    pushTo(path, "B");
+    pushTo(other, "B");
+    EXPECT_FALSE(path.leadsAlong(other));
+}
+
+TEST_F(CursorPathTest, PlaceThatIsUsedAgainBeginsAnew) {
+    EXPECT_EQ(next(pushTo(path, "A")), "A.x>B");
+    path.pop();
+    EXPECT_EQ(next(pushTo(path, "B")), "B.x>C");
 }
 
 TEST_F(CursorPathTest, CopyOfAnEmptyPathCanGrow) {

@@ -259,6 +259,20 @@ TEST_F(ElementProgressTest, KeepsElementSettingsAndValuesAliveByItself) {
     EXPECT_TRUE(!cursor.advanceAndGetCurrent());
 }
 
+TEST_F(ElementProgressTest, ValuesThatAreTakenAwayMeanwhileStillCome) {
+    const ModelElement source = m.model.create(m.type("Node"));
+    for (int i = 0; i < 3; ++i) m.model.add(source, m["Node.x"], m.model.create(m.type("Node")));
+    ElementProgress cursor(Link(ModelElement(), source, Property()), nullptr, settings({"x"}));
+    EXPECT_TRUE(!!cursor.advanceAndGetCurrent());
+    m.model.set(source, m["Node.x"], std::vector<ModelElement>());
+    for (int i = 0; i < 2; ++i) {
+        const Link link = cursor.advanceAndGetCurrent();
+        ASSERT_TRUE(link.getTarget());
+        EXPECT_EQ(access::classOf(link.getTarget()), m.type("Node"));
+    }
+    EXPECT_TRUE(!cursor.advanceAndGetCurrent());
+}
+
 // Failures.
 
 TEST_F(ElementProgressTest, ValueThatIsNoCollectionOfElementsFailsNamingItsTypeAndIsSteppedOver) {

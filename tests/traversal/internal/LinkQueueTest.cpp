@@ -98,6 +98,17 @@ TEST_F(LinkQueueTest, CopyAndOriginalGoOnByThemselves) {
     }
 }
 
+TEST_F(LinkQueueTest, CopyKeepsItsLinksWhileTheOriginalUsesItsRoomAgain) {
+    for (std::size_t i = 0; i < 600; ++i) pushTo(queue, i);
+    LinkQueue copy(queue);
+    for (std::size_t i = 0; i < 1200; ++i) {
+        queue.pop();
+        pushTo(queue, 600 + i);
+    }
+    EXPECT_EQ(drained(copy), range(0, 600));
+    EXPECT_EQ(drained(queue), range(1200, 1800));
+}
+
 TEST_F(LinkQueueTest, SameLinksIgnoreTheCascadeFlag) {
     LinkQueue other;
     pushTo(queue, 0);

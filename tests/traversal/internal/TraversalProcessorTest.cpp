@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/ModelBuilder.h"
@@ -218,6 +219,50 @@ TEST_P(TraversalProcessorTest, AnotherObserverHearsOfElementsEnteredFromThenOn) 
     auto another = copy;
     test::rest(another);
     EXPECT_EQ(second, (Lines{"enter C", "enter C.x", "exit C.x", "exit C", "done A"}));
+}
+
+/// Says of each event which observer heard it.
+class NamedLog : public EventLog {
+  public:
+    NamedLog(std::string name, Lines& lines) : EventLog(lines), name_(std::move(name)) {}
+
+  protected:
+    void note(std::string line) override { EventLog::note(name_ + ' ' + line); }
+
+  private:
+    std::string name_;
+};
+
+// Whenever the observer is exchanged and whenever the walk is copied afterwards.
+TEST_P(TraversalProcessorTest, CopyTellsTheObserversThatItsOriginalWouldTell) {
+    ModelBuilder small("Node; Node.x -> Node *", "A.x = B C D; B.x = E; C.x = F A; D.x = G");
+    constexpr int steps = 8;
+    const auto restOf = [&](int exchangedAt, int copiedAt, bool isCopy) {
+        const auto result = Spec::subtractiveTraversal()->run({small("A")}, GetParam());
+        Lines lines;
+        NamedLog first("first", lines);
+        NamedLog second("second", lines);
+        ResultSetup(result).observe(&first);
+        auto walk = result->begin();
+        for (int step = 0; step < copiedAt; ++step) {
+            if (step == exchangedAt) ResultSetup(result).observe(&second);
+            walk.advance();
+        }
+        lines.clear();
+        if (isCopy) {
+            auto copy = walk;
+            test::rest(copy);
+        } else {
+            test::rest(walk);
+        }
+        return lines;
+    };
+    for (int exchangedAt = 0; exchangedAt < steps; ++exchangedAt) {
+        for (int copiedAt = exchangedAt + 1; copiedAt < steps; ++copiedAt) {
+            EXPECT_EQ(restOf(exchangedAt, copiedAt, true), restOf(exchangedAt, copiedAt, false))
+                << exchangedAt << ' ' << copiedAt;
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Orders, TraversalProcessorTest, testing::ValuesIn(test::everyOrder()),

@@ -81,6 +81,20 @@ TEST_F(UniquenessMaintainerTest, OneWayOppositeOfAMutualOneHasThatOneSeenAlone) 
               (Answers{true, true}));
 }
 
+TEST_F(UniquenessMaintainerTest, InputIsRefusedOnlyWhenItComesAgain) {
+    const Link toC(ModelElement(), m("C"), meta::Property());
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {pseudo, toC, pseudo, toC}),
+              (Answers{true, true, false, false}));
+}
+
+TEST_F(UniquenessMaintainerTest, LinksOfDifferentPropertiesAreToldApart) {
+    const Link alsoBack(m("B"), m("A"), m["Node.next"]);
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {alsoBack, plain, there, back, alsoBack}),
+              (Answers{true, true, true, false, false}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {plain, back, there, plain}),
+              (Answers{true, true, false, false}));
+}
+
 TEST_F(UniquenessMaintainerTest, NoCascadeCopyCountsAsTheSameLink) {
     Link stopped(plain);
     stopped.setNoCascade();

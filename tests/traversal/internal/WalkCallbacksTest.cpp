@@ -237,6 +237,19 @@ TEST_F(WalkCallbacksTest, ObserverAttachedByAPredicateHearsTheElementThatIsBeing
     }
 }
 
+TEST_F(WalkCallbacksTest, AssigningTheWalkToItselfChangesNothing) {
+    const Action byCopy = [](Walk& walk) {
+        const Walk& same = walk;
+        walk = same;
+    };
+    const Action byMove = [](Walk& walk) {
+        Walk& same = walk;
+        walk = std::move(same);
+    };
+    EXPECT_EQ(preOrder("enter B", byCopy), preOrderUnpruned);
+    EXPECT_EQ(preOrder("enter B", byMove), preOrderUnpruned);
+}
+
 TEST_F(WalkCallbacksTest, WalkOfNoResultIsRefused) {
     EXPECT_THROW(Walk(std::shared_ptr<TraversalResult>()), std::invalid_argument);
 }

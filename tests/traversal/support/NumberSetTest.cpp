@@ -78,6 +78,21 @@ INSTANTIATE_TEST_SUITE_P(
                     Series{"Scattered", scattered}),
     [](const auto& each) { return each.param.name; });
 
+// A copy that miscounts what it has looks for ever for what is missing, once it is full.
+TEST(FullNumberSetTest, CopyGrowsAsItsOriginalDoes) {
+    constexpr std::uint64_t apart = 1000;
+    for (std::uint64_t count = 1; count < 40; ++count) {
+        NumberSet numbers;
+        for (std::uint64_t index = 0; index < count; ++index) numbers.insert(index * apart);
+        NumberSet copy(numbers);
+        for (std::uint64_t index = count; index < 3 * count; ++index) {
+            EXPECT_FALSE(copy.contains(index * apart));
+            EXPECT_TRUE(copy.insert(index * apart));
+        }
+        EXPECT_EQ(copy.size(), 3 * count);
+    }
+}
+
 TEST(NumberSetOfNothingTest, EmptySetAndItsCopyContainNothing) {
     NumberSet numbers;
     NumberSet copy(numbers);
