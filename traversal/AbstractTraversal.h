@@ -149,12 +149,12 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     void give(RuleCall call);
     /// Forgets all rules.
     virtual void forgetRules();
-
-  private:
-    friend class RuleCheck;
     /// What a call that gives a rule does. Kinds that know further calls than `setResultPolicy`
     /// override it.
     virtual void apply(const RuleCall& call);
+
+  private:
+    friend class RuleCheck;
     virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
     virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
 

@@ -37,7 +37,7 @@ class Asking : public WalkListener {
     int prunes = 0;
 };
 
-std::shared_ptr<TraversalResult> composition(const Station& station) {
+std::shared_ptr<TraversalResult> contained(const Station& station) {
     return Spec::compositionTraversal()->depthFirst(station.one);
 }
 
@@ -45,7 +45,7 @@ void callListener(const Station& station) {
     Asking asking;
     Asking copy(asking);
     copy = asking;
-    const auto result = composition(station);
+    const auto result = contained(station);
     ResultSetup(result).rememberPaths().trace(&asking);
     LinkRange walk = links(result);
     for (const Link& link : walk) walk.pruneChildren(link.getProperty());
@@ -54,7 +54,7 @@ void callListener(const Station& station) {
 
 void callBoundaries(const Station& station) {
     WalkBoundaries boundaries;
-    const auto result = composition(station);
+    const auto result = contained(station);
     ResultSetup(result).trace(&boundaries).descend([&station](const Link& link) {
         return link.getTarget() != station.two;
     });
@@ -87,7 +87,7 @@ void callBoundaries(const Station& station) {
 void callPictureAndStatistics(const Station& station) {
     WalkPicture picture;
     WalkStatistics statistics;
-    const auto result = composition(station);
+    const auto result = contained(station);
     ResultSetup(result).trace(&picture).trace(&statistics);
     LinkRange walk = links(result);
     for (const Link& link : walk) {
