@@ -149,11 +149,12 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     void give(RuleCall call);
     /// Forgets all rules.
     virtual void forgetRules();
+    /// What a call that gives a rule does. Kinds that know further calls than `setResultPolicy`
+    /// override it.
+    virtual void apply(const RuleCall& call);
 
   private:
     friend class RuleCheck;
-    /// What a call that gives a rule does.
-    virtual void apply(const RuleCall& call) = 0;
     virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
     virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
 

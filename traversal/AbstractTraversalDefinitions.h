@@ -58,6 +58,11 @@ void AbstractTraversal<Impl>::give(RuleCall call) {
 }
 
 template <class Impl>
+void AbstractTraversal<Impl>::apply(const RuleCall& call) {
+    if (call.matcher.getProperty()) doSetResultPolicy(call.matcher, call.policy);
+}
+
+template <class Impl>
 void AbstractTraversal<Impl>::forgetRules() {
     matchersMap_.clear();
     calls_.clear();

@@ -83,7 +83,7 @@ std::shared_ptr<AdditiveTraversalImpl> AdditiveTraversalImpl::traverse(
 
 void AdditiveTraversalImpl::apply(const RuleCall& call) {
     if (call.operation == RuleCall::Operation::Traverse) return follow(call.matcher, call.policy);
-    if (call.matcher.getProperty()) doSetResultPolicy(call.matcher, call.policy);
+    AbstractTraversal::apply(call);
 }
 
 void AdditiveTraversalImpl::follow(const PropertyMatcher& matcher, ResultPolicy policy) {

@@ -73,7 +73,7 @@ explain(const std::shared_ptr<internal::TraversalResult>& result, const Class& t
 
 /// The same for a builder as its rules stand now.
 template <class Impl>
-Explanation explain(AbstractTraversal<Impl>& builder, const Class& type) {
+Explanation explain(const AbstractTraversal<Impl>& builder, const Class& type) {
     return explain(builder.depthFirst(std::vector<ModelElement>()), type);
 }
 

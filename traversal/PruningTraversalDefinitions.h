@@ -41,8 +41,8 @@ template <class Impl>
 void PruningTraversal<Impl>::apply(const RuleCall& call) {
     if (call.operation == RuleCall::Operation::Prune) {
         internal::pruneInMatchersMap(this->matchersMap(), call.matcher);
-    } else if (call.matcher.getProperty()) {
-        doSetResultPolicy(call.matcher, call.policy);
+    } else {
+        AbstractTraversal<Impl>::apply(call);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "traversal/LinkRange.h"
 #include "traversal/NamedPredicate.h"
 #include "traversal/ResultSetup.h"
+#include "traversal/RuleCheck.h"
 #include "traversal/Spec.h"
 #include "traversal/WalkBoundaries.h"
 #include "traversal/WalkPicture.h"

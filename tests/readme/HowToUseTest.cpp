@@ -321,6 +321,26 @@ TEST(HowToUse, AWalkIsNotAdvancedFromItsOwnCallbacks) {
     EXPECT_EQ(dumpLink(walk.getCurrent()), "Block'Tank'-[ports]-Port'inlet'");
 }
 
+TEST(HowToUse, AWalkSaysWhyItHasNotEnteredAnElement) {
+    const Station plant;
+    WalkBoundaries boundaries;
+    const auto result = Spec::compositionTraversal()
+                            ->prune(plant.notes, named("no notes"))
+                            ->depthFirst({plant.station});
+    ResultSetup(result).trace(&boundaries);
+    auto walk = links(result);
+    for (const Link& link : walk) {
+        if (link.getTarget() == plant.tank) walk.pruneAllChildren();
+    }
+    const std::string why = whyNot(walk, plant.inlet, &boundaries).text();
+    EXPECT_EQ(why,
+              "Port'inlet' was not entered. 2 links might have led to it:\n"
+              "  Block'Tank'-[ports]-Port'inlet', 1 link from an input: all children of its source "
+              "were pruned\n"
+              "  Port'out'-[feeds]-Port'inlet', 2 links from an input: not followed; it is no "
+              "containment\n");
+}
+
 TEST(HowToUse, AWalkOfNoResultIsRefused) {
     EXPECT_TRUE(
         throws<std::invalid_argument>([] { TraversalResult::IterationContext walk(nullptr); }));

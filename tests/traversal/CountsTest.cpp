@@ -128,6 +128,45 @@ TEST_P(CountsTest, FiltersAreAskedOncePerLink) {
     EXPECT_EQ(asked, 5);
 }
 
+TEST_P(CountsTest, ListenersAskNobodyMore) {
+    m.extend("A.x = B C; B.x = A; C.y = B");
+    int asked = 0;
+    const auto countedWith = [&](WalkListener* listener) {
+        const auto result = Spec::additiveTraversal()
+                                ->traverse(
+                                    m["Node.x"],
+                                    [&asked](const Class&) {
+                                        ++asked;
+                                        return true;
+                                    },
+                                    ResultPolicy::Report)
+                                ->run({m("A")}, GetParam());
+        ResultSetup setup(result);
+        setup.filter([&asked](const Link&) {
+            asked += 100;
+            return ResultPolicy::Report;
+        });
+        setup.descend([&asked](const Link&) {
+            asked += 10000;
+            return true;
+        });
+        if (listener != nullptr) setup.trace(listener);
+        asked = 0;
+        test::linesOf(result);
+        return asked;
+    };
+    const int plain = countedWith(nullptr);
+    EXPECT_EQ(plain, 2 * 10000 + 4 * 100 + 1 + 3);
+    WalkListener idle;
+    WalkStatistics statistics;
+    WalkPicture picture;
+    WalkBoundaries boundaries;
+    for (WalkListener* listener :
+         std::initializer_list<WalkListener*>{&idle, &statistics, &picture, &boundaries}) {
+        EXPECT_EQ(countedWith(listener), plain);
+    }
+}
+
 TEST_P(CountsTest, AbandonedWalkLeavesNothingBehind) {
     const ModelElement root = grow(CountedShape::Tree, 3000);
     const auto result = Spec::subtractiveTraversal()->run({root}, GetParam());

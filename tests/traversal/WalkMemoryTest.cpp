@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -171,6 +172,49 @@ TEST_P(WalkMemoryTest, CopyOfAWalkTakesNoMoreThanTheWalkAndFreesIt) {
         EXPECT_LE(perElement(AllocationMeter::total() - allocations), shape.allocationsPerElement);
     }
     EXPECT_EQ(AllocationMeter::bytes() - before, ofWalk);
+}
+
+/// Remembers what walks say they hold, and allocates nothing.
+struct HeldBytes : WalkListener {
+    void onLink(const WalkView& walk, const Link& /*link*/, Fate /*fate*/,
+                std::size_t /*filter*/) override {
+        latest = walk.bytesHeld();
+        most = std::max(most, latest);
+    }
+    std::size_t latest = 0;
+    std::size_t most = 0;
+};
+
+TEST_P(WalkMemoryTest, WalkSaysHowManyBytesItHolds) {
+    for (const bool remembersAll : {false, true}) {
+        const auto result = run();
+        HeldBytes held;
+        ResultSetup setup(result);
+        setup.trace(&held);
+        if (remembersAll) {
+            setup.rememberPaths().unique(UniquenessMode::UniqueLinks).upTo(shape.count);
+        }
+        // The settings of all classes, which belong to the result.
+        costOf(result);
+        const long before = AllocationMeter::bytes();
+        const Walk walk = halfway(result);
+        const long taken = AllocationMeter::bytes() - before;
+        // What the allocator rounds up, the walk itself, and what single cursors have.
+        EXPECT_LE(static_cast<long>(held.latest), taken);
+        EXPECT_GE(static_cast<long>(held.latest), taken * 9 / 10 - 4096);
+        EXPECT_GE(held.most, held.latest);
+    }
+}
+
+TEST_P(WalkMemoryTest, ListenerThatDoesNothingTakesNothing) {
+    const Cost untraced = costOf(run());
+    WalkListener idle;
+    const auto result = run();
+    ResultSetup(result).trace(&idle);
+    const Cost traced = costOf(result);
+    // The list of listeners.
+    EXPECT_LE(traced.allocations, untraced.allocations + 1);
+    EXPECT_LE(traced.peakBytes, withRounding(untraced.peakBytes));
 }
 
 INSTANTIATE_TEST_SUITE_P(ShapesAndOrders, WalkMemoryTest,

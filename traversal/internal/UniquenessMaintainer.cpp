@@ -63,6 +63,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     std::size_t bytes() const noexcept override {
         std::size_t bytes = pseudoLinks_.bytes() + ends_.bytes();
         for (const PairSet& links : links_) bytes += sizeof(PairSet) + links.bytes();
+        for (const auto& [property, links] : alone_) bytes += sizeof(links) + links.bytes();
         return bytes;
     }
 

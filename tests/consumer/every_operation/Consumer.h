@@ -47,6 +47,7 @@ void callRules(Station& station);
 void callBuilders(Station& station);
 void callWalks(Station& station);
 void callPositions(Station& station);
+void callListeners(Station& station);
 void callLinks(Station& station);
 void callEngineParts(Station& station);
 

@@ -42,7 +42,7 @@ int main(int argc, char** /*argv*/) {
     arguments = argc;
     for (void (*call)(Station&) : {callHandles, callAccess, callMetamodelObjects, callStoredValues,
                                    callModels, callWalkSupport, callRules, callBuilders, callWalks,
-                                   callPositions, callLinks, callEngineParts}) {
+                                   callPositions, callListeners, callLinks, callEngineParts}) {
         Station station;
         call(station);
     }

@@ -56,6 +56,32 @@ TEST_F(UniquenessMaintainerTest, LinkWithoutOppositeIsRefusedOnlyWhenItComesAgai
               (Answers{true, true, false, false}));
 }
 
+/// A link was left out as repeated that had not been seen: where a third property names one of two
+/// mutual opposites as its own, a link of it counted for both of them.
+TEST_F(UniquenessMaintainerTest, OneWayOppositeOfAMutualOneHasThatOneSeenAlone) {
+    const meta::Property kids = m["Node.kids"];
+    const meta::Property home = m["Node.home"];
+    const meta::Property one = m.metamodel.addProperty(m.type("Node"), u"one", m.type("Node"));
+    const meta::Property other = m.metamodel.addProperty(m.type("Node"), u"other", m.type("Node"));
+    m.metamodel.setOpposite(one, home);
+    m.metamodel.setOpposite(other, kids);
+    const ModelElement a = m("A");
+    const ModelElement b = m("B");
+    const Link byOne(a, b, one);
+    const Link byOther(b, a, other);
+    // Both have their reverses, B.home>A and A.kids>B, seen for the first time.
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {byOne, byOther, byOne, byOther}),
+              (Answers{true, true, false, false}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {byOne, back, there}),
+              (Answers{true, false, false}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {byOne, there, byOther}),
+              (Answers{true, false, false}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {there, byOne, byOther}),
+              (Answers{true, false, false}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {Link(a, a, one), Link(a, a, other)}),
+              (Answers{true, true}));
+}
+
 TEST_F(UniquenessMaintainerTest, InputIsRefusedOnlyWhenItComesAgain) {
     const Link toC(ModelElement(), m("C"), meta::Property());
     EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {pseudo, toC, pseudo, toC}),
