@@ -36,10 +36,6 @@ class PairSet {
         return !places_.empty() && !places_[placeOf(first, second)].isFree();
     }
     std::size_t bytes() const noexcept { return places_.capacity() * sizeof(Place); }
-    bool contains(const ModelElement& first, const ModelElement& second) const {
-        if (!first && !second) return hasNulls_;
-        return !places_.empty() && !places_[placeOf(first, second)].isFree();
-    }
 
   private:
     struct Place {
