@@ -85,19 +85,19 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         return ends.isForward ? links.insert(source, target) : links.insert(target, source);
     }
     /// Inserts the reverse of a link whose property is not the opposite of its own opposite.
-    bool insertReverse(const ModelElement& source, const ModelElement& target,
+    bool insertReverse(const ModelElement& one, const ModelElement& other,
                        const meta::Property& property) {
         const Ends ends = endsOf(property);
-        if (!ends.areMutual) return insert(source, target, ends);
+        if (!ends.areMutual) return insert(one, other, ends);
         const PairSet& links = links_[ends.set];
         const bool isKnown =
-            ends.isForward ? links.contains(source, target) : links.contains(target, source);
-        return !isKnown && alone_[property].insert(source, target);
+            ends.isForward ? links.contains(one, other) : links.contains(other, one);
+        return !isKnown && alone_[property].insert(one, other);
     }
-    bool isAlone(const ModelElement& source, const ModelElement& target,
+    bool isAlone(const ModelElement& one, const ModelElement& other,
                  const meta::Property& property) const {
         const auto links = alone_.find(property);
-        return links != alone_.end() && links->second.contains(source, target);
+        return links != alone_.end() && links->second.contains(one, other);
     }
     const Ends& endsOf(const meta::Property& property) {
         const Ends* known = ends_.find(property);

@@ -362,6 +362,32 @@ TEST_P(WalkReachTest, InTheSilentPassTheWalkStandsOnNothing) {
     EXPECT_EQ(silent, 4U) << "B, C, D and E; F is an input";
 }
 
+TEST_P(WalkReachTest, CopyMadeByAPredicateGoesOnBehindTheLinkThatWasAskedAbout) {
+    ModelBuilder fork("Node; Node.x -> Node *", "A.x = B C; B.x = D");
+    for (const bool isLimited : {false, true}) {
+        const auto result = run(fork, {"A", "A"});
+        std::unique_ptr<Walk> copy;
+        Walk walk = result->prepare();
+        ResultSetup(result).descend([&](const Link& link) {
+            if (link.getTarget() == fork("B") && copy == nullptr && walk.hasEntered(fork("A"))) {
+                copy = std::make_unique<Walk>(walk);
+            }
+            return true;
+        });
+        if (isLimited) {
+            ResultSetup(result).upTo(5);
+            walk = result->prepare();
+        }
+        while (!walk.hasEnded()) walk.advance();
+        EXPECT_EQ(walk.enteredCount(), 4U);
+        ASSERT_NE(copy, nullptr);
+        while (!copy->hasEnded()) copy->advance();
+        EXPECT_FALSE(copy->hasEntered(fork("B")));
+        EXPECT_TRUE(copy->hasEntered(fork("C")));
+        EXPECT_EQ(copy->enteredCount(), 2U);
+    }
+}
+
 TEST_P(WalkReachTest, EmptyPredicateFailsWhenItIsAsked) {
     const auto result = run();
     ResultSetup(result).descend(std::function<bool(const Link&)>());
