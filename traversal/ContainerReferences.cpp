@@ -36,6 +36,7 @@ std::vector<PropertyMatcher> containerReferencesOf(const std::vector<Class>& typ
             const Property opposite = access::oppositeOf(property);
             if (!opposite) continue;
             takeIfReference(property, opposite, known, rules);
+            // NOLINTNEXTLINE(readability-suspicious-call-argument): swapped on purpose
             takeIfReference(opposite, property, known, rules);
         }
     }

@@ -46,7 +46,7 @@ std::vector<ModelElement> rootsAmong(std::vector<ModelElement> elements) {
         }
     }
     const auto isContained = [&](const ModelElement& element) {
-        return contained.count(element.get()) != 0;
+        return contained.contains(element.get());
     };
     elements.erase(std::remove_if(elements.begin(), elements.end(), isContained), elements.end());
     return elements;

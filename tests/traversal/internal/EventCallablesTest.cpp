@@ -23,7 +23,7 @@ using test::text;
 
 class EventCallablesTest : public testing::TestWithParam<Algo> {
   protected:
-    std::shared_ptr<TraversalResult> run(std::vector<ModelElement> inputs) const {
+    std::shared_ptr<TraversalResult> run(const std::vector<ModelElement>& inputs) const {
         return Spec::subtractiveTraversal()->run(inputs, GetParam());
     }
     /// Writes an element down, behind a word.
