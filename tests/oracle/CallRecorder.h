@@ -23,7 +23,8 @@ class CallRecorder final : public Callbacks {
     /// stands for an empty function.
     bool predicate(int predicate, int type) override;
     int filter(int filter, const IndexedLink& link) override;
-    /// A boundary answers as the filter of its number does: it lets pass what that one reports.
+    /// A boundary lets pass what the filter of its number reports. The one behind the last filter
+    /// refuses every other link into an element, so that a later one may enter it.
     bool boundary(int boundary, const IndexedLink& link) override;
     void event(int observer, Event event, int element, int property = none) override;
 

@@ -151,7 +151,7 @@ class Comparison {
             if (choices_.percent(40)) addFilter(result);
         }
         if (choices_.percent(40)) setUniqueness(result);
-        if (choices_.percent(25)) addBoundary(result);
+        if (choices_.percent(35)) addBoundary(result);
         if (choices_.percent(15)) setUpTo(result);
         if (choices_.percent(40)) rememberPaths(result);
     }
@@ -175,9 +175,11 @@ class Comparison {
     }
 
     void addBoundary(int result) {
-        const int filter = choices_.index(world_.filters.size());
-        both("result " + std::to_string(result) + ": boundary " + std::to_string(filter),
-             [&](Side& side) { side.addBoundary(result, filter); });
+        // The one behind the last filter refuses every other link.
+        const int last = static_cast<int>(world_.filters.size());
+        const int boundary = choices_.percent(50) ? last : choices_.upTo(last);
+        both("result " + std::to_string(result) + ": boundary " + std::to_string(boundary),
+             [&](Side& side) { side.addBoundary(result, boundary); });
     }
 
     void setUpTo(int result) {

@@ -131,12 +131,13 @@ class EngineSide : public Side {
         ResultSetup(at(result)).unique(static_cast<traversal::UniquenessMode>(mode));
     }
 
-    void addBoundary(int result, int filter) override {
+    void addBoundary(int result, int boundary) override {
         std::function<bool(const Link&)> function;
-        if (world_.filters[static_cast<std::size_t>(filter)].kind !=
-            FilterDefinition::Kind::Empty) {
-            function = [this, filter](const Link& link) {
-                return recorder.boundary(filter, model_.stepOf(link));
+        const auto index = static_cast<std::size_t>(boundary);
+        if (index == world_.filters.size() ||
+            world_.filters[index].kind != FilterDefinition::Kind::Empty) {
+            function = [this, boundary](const Link& link) {
+                return recorder.boundary(boundary, model_.stepOf(link));
             };
         }
         ResultSetup(at(result)).descend(function);

@@ -250,6 +250,7 @@ bool NaiveWalk::findDistances() {
         if (!silent_) {
             const int element = found_[nextFound_];
             if (distances_.at(element) + 1 >= *upTo_) break;
+            callbacks_->remember();
             NaiveCursor cursor;
             cursor.element = element;
             cursor.settings = result_->provider->settingsOf(classOf(element), *callbacks_);

@@ -38,7 +38,9 @@ class OracleSide : public Side {
     void attach(int result, int observer) override { at(result)->observer = observer; }
     void addFilter(int result, int filter) override { at(result)->filters.push_back(filter); }
     void setUniqueness(int result, int mode) override { at(result)->uniqueness = mode; }
-    void addBoundary(int result, int filter) override { at(result)->boundaries.push_back(filter); }
+    void addBoundary(int result, int boundary) override {
+        at(result)->boundaries.push_back(boundary);
+    }
     void setUpTo(int result, std::size_t distance) override { at(result)->upTo = distance; }
     void rememberPaths(int result) override { at(result)->remembersPaths = true; }
 

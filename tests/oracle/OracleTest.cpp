@@ -67,6 +67,22 @@ TEST(OracleTest, RandomCasesShowEveryKindOfObservationOften) {
         {", equals walk", 100},
         {"    equal", 20},
         {"unequal", 50},
+        {"meets first", 500},
+        {"meets open", 200},
+        {"meets done", 200},
+        {"meets boundary", 100},
+        {"throws std::logic_error", 200},
+        {"cycle: ", 100},
+        {"path: cascade", 500},
+        {"boundary", 500},
+        {": up to", 50},
+        {"prepared", 50},
+        {"paused", 500},
+        {"on a link, ", 200},
+        {"    cut", 200},
+        {"too late", 200},
+        {"nothing to prune", 200},
+        {"not entered", 200},
     };
     for (std::uint32_t seed = 1; seed <= 500; ++seed) {
         RandomChoices choices(seed);

@@ -28,8 +28,7 @@ class Side {
     virtual void attach(int result, int observer) = 0;
     virtual void addFilter(int result, int filter) = 0;
     virtual void setUniqueness(int result, int mode) = 0;
-    /// A boundary that lets pass what the filter of that number reports.
-    virtual void addBoundary(int result, int filter) = 0;
+    virtual void addBoundary(int result, int boundary) = 0;
     virtual void setUpTo(int result, std::size_t distance) = 0;
     virtual void rememberPaths(int result) = 0;
 

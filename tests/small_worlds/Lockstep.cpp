@@ -125,7 +125,7 @@ Lockstep::Lockstep(const Scene& scene, const EngineModel& model, Kind kind, Algo
     std::vector<ModelElement> inputs;
     for (const int input : scene.inputs) inputs.push_back(model.elementAt(input));
     engineResult_ = runOn(model, kind, inputs, order);
-    traversal::ResultSetup(engineResult_).observe(engineObserver_.get());
+    traversal::ResultSetup(engineResult_).observe(engineObserver_.get()).rememberPaths();
 
     oracle::Rules rules{kind, {}, {}, 1};
     if (kind == Kind::Additive) {
@@ -250,7 +250,21 @@ bool Lockstep::standsAlike(const Pair& pair) const {
     return actual.getSource() == elementAt(expected.source) &&
            actual.getTarget() == elementAt(expected.target) &&
            indexOf(actual.getProperty()) == expected.property &&
-           actual.shouldCascade() == expected.cascade && (pair.engine == end) == expected.isEmpty();
+           actual.shouldCascade() == expected.cascade &&
+           (pair.engine == end) == expected.isEmpty() && isAtSamePlace(pair);
+}
+
+bool Lockstep::isAtSamePlace(const Pair& pair) const {
+    const auto isSame = [this](const Link& actual, const IndexedLink& expected) {
+        return stepOf(actual).isSameStep(expected) && actual.shouldCascade() == expected.cascade;
+    };
+    const std::vector<Link> path = pair.engine.path();
+    const std::vector<IndexedLink> expected = pair.oracle.path();
+    return pair.engine.depth() == pair.oracle.depth() &&
+           static_cast<int>(pair.engine.meeting()) == static_cast<int>(pair.oracle.meeting()) &&
+           pair.engine.enteredCount() == pair.oracle.enteredCount() &&
+           pair.engine.waitingCount() == pair.oracle.waitingCount() &&
+           std::equal(path.begin(), path.end(), expected.begin(), expected.end(), isSame);
 }
 
 std::string Lockstep::inWords(bool ofEngine) const {
@@ -272,9 +286,25 @@ std::string Lockstep::inWords(bool ofEngine) const {
                                         : pair.oracle.equals(walks_[other].oracle);
             if (equal) words += ", equals walk " + std::to_string(other);
         }
-        words += '\n';
+        words += '\n' + placeInWords(pair, ofEngine);
     }
     return words;
+}
+
+std::string Lockstep::placeInWords(const Pair& pair, bool ofEngine) const {
+    const auto inWords = [](const auto& walk) {
+        return "      depth " + std::to_string(walk.depth()) + ", meeting " +
+               std::to_string(static_cast<int>(walk.meeting())) + ", " +
+               std::to_string(walk.enteredCount()) + " entered, " +
+               std::to_string(walk.waitingCount()) + " waiting, path";
+    };
+    std::string words = ofEngine ? inWords(pair.engine) : inWords(pair.oracle);
+    if (ofEngine) {
+        for (const Link& link : pair.engine.path()) words += ' ' + oracle::describe(stepOf(link));
+    } else {
+        for (const IndexedLink& link : pair.oracle.path()) words += ' ' + oracle::describe(link);
+    }
+    return words + '\n';
 }
 
 IndexedLink Lockstep::stepOf(const Link& link) const {

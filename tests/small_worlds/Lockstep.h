@@ -47,8 +47,8 @@ using Trace = std::vector<Told>;
 /// Runs scripts on the engine and on the oracle at once, over one scene, kind and order.
 ///
 /// Compared after every step: the events since the step before, the link that each walk stands on,
-/// whether it cascades, whether the walk has ended, and for each pair of walks whether they are
-/// equal.
+/// whether it cascades, how its target was met, its depth and path, how much was entered and waits,
+/// whether the walk has ended, and for each pair of walks whether they are equal.
 class Lockstep {
   public:
     Lockstep(const Scene& scene, const oracle::EngineModel& model, oracle::Kind kind,
@@ -83,6 +83,8 @@ class Lockstep {
     /// Compares, and forgets the events that were compared.
     bool agrees();
     bool standsAlike(const Pair& pair) const;
+    bool isAtSamePlace(const Pair& pair) const;
+    std::string placeInWords(const Pair& pair, bool ofEngine) const;
     std::string inWords(bool ofEngine) const;
     oracle::IndexedLink stepOf(const traversal::Link& link) const;
     int indexOf(const ModelElement& element) const;

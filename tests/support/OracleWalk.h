@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "tests/oracle/NaiveWalk.h"
@@ -67,10 +68,19 @@ class OracleGround final : public oracle::Callbacks {
 class OracleWalk {
   public:
     OracleWalk(OracleGround& ground, std::shared_ptr<oracle::NaiveResult> result)
-        : ground_(&ground), walk_(ground.world(), ground, std::move(result)) {
+        : OracleWalk(prepared(ground, std::move(result))) {
         walk_.advance();
     }
+    /// A walk before its first step.
+    static OracleWalk prepared(OracleGround& ground, std::shared_ptr<oracle::NaiveResult> result) {
+        return OracleWalk(ground, oracle::NaiveWalk(ground.world(), ground, std::move(result)));
+    }
 
+    std::vector<traversal::Link> path() const {
+        std::vector<traversal::Link> links;
+        for (const oracle::IndexedLink& link : walk_.path()) links.push_back(ground_->linkOf(link));
+        return links;
+    }
     traversal::Link getCurrent() const { return ground_->linkOf(walk_.current()); }
     void advance() { walk_.advance(); }
     void pruneAllChildren() { walk_.pruneAllChildren(); }
@@ -80,6 +90,9 @@ class OracleWalk {
     void pruneSiblings() { walk_.pruneSiblings(); }
 
   private:
+    OracleWalk(OracleGround& ground, oracle::NaiveWalk walk)
+        : ground_(&ground), walk_(std::move(walk)) {}
+
     OracleGround* ground_;
     oracle::NaiveWalk walk_;
 };

@@ -227,5 +227,57 @@ TEST(ObserverAllocationFailureTest, ElementWhoseEnteringFailedIsNotTiedToTheObse
     }
 }
 
+TEST(EventCallablesAllocationFailureTest, SetupThatFailsLeavesWhatWasGivenBefore) {
+    const ModelBuilder m("Node; Node.x -> Node *", "A");
+    const std::vector<ModelElement> inputs{m("A")};
+    bool failed = true;
+    long allocation = 0;
+    while (failed) {
+        const long before = AllocationMeter::live();
+        {
+            int first = 0;
+            int second = 0;
+            QuietObserver observer;
+            const auto result = Spec::subtractiveTraversal()->depthFirst(inputs);
+            AllocationMeter::failAt(++allocation);
+            int given = 0;
+            try {
+                ResultSetup setup(result);
+                setup.onEnterElement([&first](const ModelElement&) { ++first; });
+                ++given;
+                setup.observe(&observer);
+                ++given;
+                setup.onExitElement([&second](const ModelElement&) { ++second; });
+                ++given;
+            } catch (const std::bad_alloc&) {
+            }
+            AllocationMeter::failAt(0);
+            failed = AllocationMeter::hasFailed();
+            EXPECT_EQ(given, failed ? given : 3);
+            test::linesOf(result);
+            EXPECT_EQ(first, given >= 1 ? 1 : 0) << allocation;
+            EXPECT_EQ(observer.entered.size(), given >= 2 ? 1U : 0U) << allocation;
+            EXPECT_EQ(second, given >= 3 ? 1 : 0) << allocation;
+            ResultSetup(result).onExitElement([&second](const ModelElement&) { ++second; });
+            test::linesOf(result);
+            EXPECT_EQ(second, given >= 3 ? 3 : 1) << allocation;
+        }
+        EXPECT_EQ(AllocationMeter::live(), before) << "leaked at allocation " << allocation;
+    }
+    EXPECT_GT(allocation, 3);
+    test::recordPoints(allocation - 1, "failing allocations in setting up callables");
+}
+
+TEST(EventCallablesAllocationFailureTest, ObserversThatComeAndGoTakeNoMemory) {
+    const ModelBuilder m("Node; Node.x -> Node *", "A");
+    const auto result = Spec::subtractiveTraversal()->depthFirst(m("A"));
+    QuietObserver observer;
+    ResultSetup setup(result);
+    setup.onEnterElement([](const ModelElement&) {}).observe(&observer).observe(nullptr);
+    const long bytes = AllocationMeter::bytes();
+    for (int times = 0; times < 1000; ++times) setup.observe(&observer).observe(nullptr);
+    EXPECT_EQ(AllocationMeter::bytes(), bytes);
+}
+
 }  // namespace
 }  // namespace nuv::zero::traversal

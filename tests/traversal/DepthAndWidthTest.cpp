@@ -208,6 +208,40 @@ TEST_P(DepthAndWidthTest, SilentWalkWhosePredicateThrowsHalfWayLeavesNoWalk) {
     EXPECT_TRUE(found.ended);
 }
 
+TEST_P(DepthAndWidthTest, PathToTheDeepestElementIsWholeThereAndAtTheEnd) {
+    const bool isChain = std::get<GiantShape>(GetParam()) == GiantShape::Chain;
+    const std::size_t deepest = isChain ? all - 1 : 1;
+    withModelOnSmallStack([this, deepest](const Giant& giant, Algo order) {
+        const auto result = giant.run(order);
+        ResultSetup(result).rememberPaths();
+        Walk walk = result->begin();
+        while (walk.depth() != deepest) walk.advance();
+        const ModelElement element = walk.getCurrent().getTarget();
+        found.links = walk.path().size();
+        found.kept = walk.path().back() == walk.getCurrent();
+        while (!walk.hasEnded()) walk.advance();
+        found.asked = walk.pathTo(element).size();
+        found.ended = walk.path().empty();
+    });
+    EXPECT_EQ(found.links, deepest + 1);
+    EXPECT_EQ(found.asked, deepest + 1);
+    EXPECT_TRUE(found.kept);
+    EXPECT_TRUE(found.ended);
+}
+
+TEST_P(DepthAndWidthTest, SilentPassOfALimitedWalkReachesAsFarAsTheLimit) {
+    const bool isChain = std::get<GiantShape>(GetParam()) == GiantShape::Chain;
+    withModelOnSmallStack([this](const Giant& giant, Algo order) {
+        const auto result = giant.run(order);
+        ResultSetup(result).upTo(all / 2);
+        Walk walk = result->begin();
+        found.links = restOf(walk);
+        found.asked = walk.enteredCount();
+    });
+    EXPECT_EQ(found.links, isChain ? all / 2 + 1 : all);
+    EXPECT_EQ(found.asked, found.links);
+}
+
 INSTANTIATE_TEST_SUITE_P(ShapesAndOrders, DepthAndWidthTest,
                          testing::Combine(testing::Values(GiantShape::Chain, GiantShape::Star),
                                           testing::ValuesIn(test::everyOrder())),

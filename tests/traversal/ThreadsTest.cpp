@@ -7,6 +7,7 @@
 #include <string>
 #include <thread>
 #include <vector>
+#include <version>
 
 #include "tests/support/ModelBuilder.h"
 #include "tests/support/Threads.h"
@@ -95,6 +96,35 @@ TEST_F(ThreadsTest, ResultsOfDifferentBuildersAreWalkedAtTheSameTimeOverOneModel
     EXPECT_EQ(found, expected);
     for (const Lines& lines : expected) EXPECT_GT(lines.size(), 100U);
 }
+
+#ifdef __cpp_lib_jthread
+/// What a window does while a thread of its own walks: it shows progress, and cancels.
+TEST_F(ThreadsTest, WalkOnAThreadOfItsOwnIsCancelledFromHereAndGoesOnHere) {
+    for (const Algo order : test::everyOrder()) {
+        const auto builder = Spec::subtractiveTraversal();
+        const Lines whole = test::linesOf(builder->run(inputs, order));
+        auto walk = links(builder->run(inputs, order));
+        Lines lines;
+        std::atomic<std::size_t> shown = 0;
+        const auto goOn = [&](const std::stop_token& cancelled) {
+            for (std::size_t steps = 10; !cancelled.stop_requested(); steps = 10) {
+                const Progress progress = walk.advanceWithin(steps);
+                if (progress == Progress::Ended) return;
+                if (progress == Progress::OnLink) lines.push_back(test::text(walk.getCurrent()));
+                shown = walk.enteredCount();
+                shown.notify_one();
+            }
+        };
+        std::jthread worker(goOn);
+        shown.wait(0);
+        worker.request_stop();
+        worker.join();
+        EXPECT_GT(walk.enteredCount(), 0U);
+        goOn(std::stop_token());
+        EXPECT_EQ(lines, whole);
+    }
+}
+#endif
 
 TEST_F(ThreadsTest, ManyResultsOfOneBuilderAreWalkedAtTheSameTime) {
     std::atomic<int> asked = 0;

@@ -42,7 +42,9 @@ const std::vector<WalkedModel>& worlds() {
     return all;
 }
 
-using Parameter = std::tuple<std::size_t, Kind, Algo, UniquenessMode>;
+/// The last says whether walks go up to a distance and remember paths.
+using Parameter = std::tuple<std::size_t, Kind, Algo, UniquenessMode, bool>;
+constexpr std::size_t distance = 2;
 
 class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
   protected:
@@ -95,6 +97,11 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
             const AllocationMeter::Exempt exempt;
             lines.push_back(text(link));
         };
+        const auto notePath = [this, &lines](const auto& walk) {
+            const AllocationMeter::Exempt exempt;
+            if (!isLimited) return;
+            for (const Link& link : walk.path()) lines.push_back("over " + text(link));
+        };
         decltype(begin()) walk;
         while (!walk) {
             try {
@@ -121,6 +128,7 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
                 continue;
             }
             noteLink(walk->getCurrent());
+            notePath(*walk);
             if (!walk->getCurrent()) return;
         }
         note("the walk does not end");
@@ -142,10 +150,13 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
         ground.onRemember = mayFail;
         const auto result = ground.result(rules, inputs, order);
         result->uniqueness = static_cast<int>(mode);
+        if (isLimited) result->upTo = distance;
         drive(
             [&] {
                 mayFail();
-                return std::make_unique<OracleWalk>(ground, result);
+                return isLimited
+                           ? std::make_unique<OracleWalk>(OracleWalk::prepared(ground, result))
+                           : std::make_unique<OracleWalk>(ground, result);
             },
             lines);
         return passed >= place;
@@ -157,8 +168,14 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
         const auto result = test::cyclicResult(m, kind, order, inputs);
         ResultSetup(result).observe(&observer).unique(mode).filter(
             [this](const Link& link) { return filter(link); });
+        if (isLimited) ResultSetup(result).upTo(distance).rememberPaths();
         AllocationMeter::failAt(allocation);
-        drive([&] { return std::make_unique<Walk>(result); }, lines);
+        drive(
+            [&] {
+                return isLimited ? std::make_unique<Walk>(result->prepare())
+                                 : std::make_unique<Walk>(result);
+            },
+            lines);
         AllocationMeter::failAt(0);
         return AllocationMeter::hasFailed();
     }
@@ -167,6 +184,7 @@ class WalkAllocationFailureTest : public testing::TestWithParam<Parameter> {
     const Kind kind = std::get<1>(GetParam());
     const Algo order = std::get<2>(GetParam());
     const UniquenessMode mode = std::get<3>(GetParam());
+    const bool isLimited = std::get<4>(GetParam());
     ModelBuilder m{test::cyclicMetamodel, world.model};
     OracleGround ground{m};
     const oracle::Rules rules = test::cyclicRules(m, ground, kind);
@@ -216,17 +234,29 @@ std::string nameOf(UniquenessMode mode) {
     return "WithRepeats";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    WorldsKindsOrdersAndModes, WalkAllocationFailureTest,
-    testing::Combine(testing::Range<std::size_t>(0, worlds().size()),
-                     testing::ValuesIn(test::everyKind()), testing::ValuesIn(test::everyOrder()),
-                     testing::Values(UniquenessMode::NoUniqueness, UniquenessMode::UniqueElements,
-                                     UniquenessMode::UniqueLinks)),
-    [](const auto& each) {
-        return worlds()[std::get<0>(each.param)].name +
-               std::string(nameOf(std::get<1>(each.param))) +
-               test::nameOf(std::get<2>(each.param)) + nameOf(std::get<3>(each.param));
-    });
+auto everyMode() {
+    return testing::Combine(
+        testing::Range<std::size_t>(0, worlds().size()), testing::ValuesIn(test::everyKind()),
+        testing::ValuesIn(test::everyOrder()),
+        testing::Values(UniquenessMode::NoUniqueness, UniquenessMode::UniqueElements,
+                        UniquenessMode::UniqueLinks),
+        testing::Values(false));
+}
+auto everyLimit() {
+    return testing::Combine(testing::Range<std::size_t>(0, worlds().size()),
+                            testing::ValuesIn(test::everyKind()),
+                            testing::ValuesIn(test::everyOrder()),
+                            testing::Values(UniquenessMode::NoUniqueness), testing::Values(true));
+}
+std::string nameOfParameter(const testing::TestParamInfo<Parameter>& each) {
+    return worlds()[std::get<0>(each.param)].name + std::string(nameOf(std::get<1>(each.param))) +
+           test::nameOf(std::get<2>(each.param)) + nameOf(std::get<3>(each.param));
+}
+
+INSTANTIATE_TEST_SUITE_P(WorldsKindsOrdersAndModes, WalkAllocationFailureTest, everyMode(),
+                         nameOfParameter);
+INSTANTIATE_TEST_SUITE_P(LimitedWorldsKindsAndOrders, WalkAllocationFailureTest, everyLimit(),
+                         nameOfParameter);
 
 /// Copies of walks in mid-walk.
 class CopyAllocationFailureTest : public testing::TestWithParam<Parameter> {
@@ -235,6 +265,7 @@ class CopyAllocationFailureTest : public testing::TestWithParam<Parameter> {
         for (const char* name : world.inputs) inputs.push_back(m(name));
         result = test::cyclicResult(m, std::get<1>(GetParam()), std::get<2>(GetParam()), inputs);
         ResultSetup(result).unique(std::get<3>(GetParam()));
+        if (std::get<4>(GetParam())) ResultSetup(result).upTo(distance).rememberPaths();
     }
     /// The walk after some steps, with prunes that leave cursors of every sort behind.
     Walk at(int steps) const {
@@ -334,17 +365,10 @@ TEST_P(CopyAllocationFailureTest, AssignmentThatFailsLeavesBothWalksAsTheyWere) 
     test::recordPoints(points, "failing allocations in assignments of walks");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    WorldsKindsOrdersAndModes, CopyAllocationFailureTest,
-    testing::Combine(testing::Range<std::size_t>(0, worlds().size()),
-                     testing::ValuesIn(test::everyKind()), testing::ValuesIn(test::everyOrder()),
-                     testing::Values(UniquenessMode::NoUniqueness, UniquenessMode::UniqueElements,
-                                     UniquenessMode::UniqueLinks)),
-    [](const auto& each) {
-        return worlds()[std::get<0>(each.param)].name +
-               std::string(nameOf(std::get<1>(each.param))) +
-               test::nameOf(std::get<2>(each.param)) + nameOf(std::get<3>(each.param));
-    });
+INSTANTIATE_TEST_SUITE_P(WorldsKindsOrdersAndModes, CopyAllocationFailureTest, everyMode(),
+                         nameOfParameter);
+INSTANTIATE_TEST_SUITE_P(LimitedWorldsKindsAndOrders, CopyAllocationFailureTest, everyLimit(),
+                         nameOfParameter);
 
 }  // namespace
 }  // namespace nuv::zero::traversal

@@ -35,10 +35,7 @@ class DfsStore final : public AbstractStore {
     bool empty() const override { return path_.empty() && waiting_.empty(); }
     bool equals(const AbstractStore& other) const override {
         const auto* same = dynamic_cast<const DfsStore*>(&other);
-        return same != nullptr && path_.leadsAlong(same->path_) &&
-               std::equal(waiting_.begin(), waiting_.end(), same->waiting_.begin(),
-                          same->waiting_.end(),
-                          [](const LentLink& a, const LentLink& b) { return a.get() == b.get(); });
+        return same != nullptr && size() == same->size() && hasSameLinks(*same);
     }
     std::unique_ptr<AbstractStore> clone() const override {
         return std::make_unique<DfsStore>(*this);
@@ -81,6 +78,8 @@ class DfsStore final : public AbstractStore {
     /// The link to the element of a cursor.
     LentLink linkTo(std::size_t index) const;
     std::vector<Link> linksTo(std::size_t index) const;
+    /// REQUIRES: as many links on the frontier.
+    bool hasSameLinks(const DfsStore& other) const;
     /// Whether the walk stands on a link of the innermost cursor, instead of on the one to it.
     bool isOnLink() const noexcept { return !path_.empty() && path_[path_.size() - 1].isOnLink(); }
     /// Whether the walk stands on no link at all, or on that of a null input, which is none.
@@ -117,6 +116,20 @@ LentLink DfsStore::linkTo(std::size_t index) const {
     if (index == 0) return LentLink(ModelElement(), cursor.element(), meta::Property());
     const Cursor& from = path_[index - 1];
     return LentLink(from.element(), cursor.element(), from.setting().property());
+}
+
+bool DfsStore::hasSameLinks(const DfsStore& other) const {
+    const bool isAsDeep = path_.size() == other.path_.size();
+    if (isAsDeep && !path_.leadsAlong(other.path_)) return false;
+    // The same link may wait here, and have entered its input there.
+    const auto linkAt = [](const DfsStore& store, std::size_t index) {
+        const std::size_t deep = store.path_.size();
+        return index < deep ? store.linkTo(index) : store.waiting_[index - deep];
+    };
+    for (std::size_t index = isAsDeep ? path_.size() : 0; index < size(); ++index) {
+        if (!(linkAt(*this, index).get() == linkAt(other, index).get())) return false;
+    }
+    return true;
 }
 
 /// Enters the input whose link waits; false when it was reached from an earlier one.

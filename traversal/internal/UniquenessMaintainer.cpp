@@ -1,8 +1,7 @@
 #include "traversal/internal/UniquenessMaintainer.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <utility>
+#include <unordered_map>
 #include <vector>
 
 #include "traversal/support/ElementSet.h"
@@ -48,13 +47,14 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         const ModelElement& target = link.getTarget();
         if (!property) return pseudoLinks_.insert(source, target);
         const Ends ends = endsOf(property);
-        if (ends.areMutual) {
-            if (isAlone(source, target, property)) return false;
-            // Where one link stands for both, its reverse is there as well.
-            return insert(source, target, ends) && !isAlone(target, source, ends.opposite);
+        if (!ends.areMutual) {
+            return insert(source, target, ends) &&
+                   (!ends.opposite || insertReverse(target, source, ends.opposite));
         }
-        if (!insert(source, target, ends)) return false;
-        return !ends.opposite || insertReverse(target, source, ends.opposite);
+        if (alone_.empty()) return insert(source, target, ends);
+        if (isAlone(source, target, property)) return false;
+        const bool isReverseNew = !isAlone(target, source, ends.opposite);
+        return insert(source, target, ends) && isReverseNew;
     }
     std::unique_ptr<UniquenessMaintainer> clone() const override {
         return std::make_unique<UniqueLinkMaintainer>(*this);
@@ -84,28 +84,20 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         PairSet& links = links_[ends.set];
         return ends.isForward ? links.insert(source, target) : links.insert(target, source);
     }
-    /// The same for the reverse of a link whose property is not the opposite of its opposite: of
-    /// two that are each other's opposites, such a link has one seen without the other.
-    bool insertReverse(const ModelElement& source, const ModelElement& target,
+    /// Inserts the reverse of a link whose property is not the opposite of its own opposite.
+    bool insertReverse(const ModelElement& one, const ModelElement& other,
                        const meta::Property& property) {
         const Ends ends = endsOf(property);
-        if (!ends.areMutual) return insert(source, target, ends);
+        if (!ends.areMutual) return insert(one, other, ends);
         const PairSet& links = links_[ends.set];
-        const bool isSeen =
-            ends.isForward ? links.contains(source, target) : links.contains(target, source);
-        return !isSeen && aloneOf(property).insert(source, target);
+        const bool isKnown =
+            ends.isForward ? links.contains(one, other) : links.contains(other, one);
+        return !isKnown && alone_[property].insert(one, other);
     }
-    bool isAlone(const ModelElement& source, const ModelElement& target,
+    bool isAlone(const ModelElement& one, const ModelElement& other,
                  const meta::Property& property) const {
-        return std::any_of(alone_.begin(), alone_.end(), [&](const auto& entry) {
-            return entry.first == property && entry.second.contains(source, target);
-        });
-    }
-    PairSet& aloneOf(const meta::Property& property) {
-        const auto known = std::find_if(alone_.begin(), alone_.end(),
-                                        [&](const auto& entry) { return entry.first == property; });
-        return known != alone_.end() ? known->second
-                                     : alone_.emplace_back(property, PairSet()).second;
+        const auto links = alone_.find(property);
+        return links != alone_.end() && links->second.contains(one, other);
     }
     const Ends& endsOf(const meta::Property& property) {
         const Ends* known = ends_.find(property);
@@ -132,9 +124,9 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     PairSet pseudoLinks_;
     /// One for each association met.
     std::vector<PairSet> links_;
-    /// What was seen of a property without its reverse, although they are mutual. None but where a
-    /// third property names one of two as its opposite.
-    std::vector<std::pair<meta::Property, PairSet>> alone_;
+    /// Links of mutual ends that count as seen without their reverses, because a third property
+    /// has named their own as its opposite. Few metamodels have such properties.
+    std::unordered_map<meta::Property, PairSet> alone_;
     FlatMap<meta::Property, meta::Property, Ends, WalkSupport::Hash<meta::Property>> ends_;
 };
 

@@ -24,7 +24,8 @@ class UniquenessMaintainerTest : public testing::TestWithParam<UniquenessMode> {
     }
 
     test::ModelBuilder m{
-        "Node; Node.kids -> Node *; Node.home -> Node; Node.kids <> Node.home; Node.next -> Node",
+        "Node; Node.kids -> Node *; Node.home -> Node; Node.kids <> Node.home; Node.next -> Node; "
+        "Node.third -> Node",
         "A; B; C"};
     Link there{m("A"), m("B"), m["Node.kids"]};
     Link back{m("B"), m("A"), m["Node.home"]};
@@ -110,6 +111,27 @@ TEST_F(UniquenessMaintainerTest, NewLinkWhoseOppositeWasMetIsRefusedAndRemembere
     const Link link(m("B"), m("A"), oneWay);
     EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {there, link, link}),
               (Answers{true, false, false}));
+}
+
+/// A link was refused though neither it nor its reverse had been met: a third property, whose
+/// opposite is one of two that are each other's, counted for both of them.
+TEST_F(UniquenessMaintainerTest, OppositeOfAThirdPropertyIsSeenWithoutItsOwnReverse) {
+    m.metamodel.setOpposite(m["Node.next"], m["Node.home"]);
+    // Its reverse is `back`, and counts as seen; `there` does not.
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {plain, back, plain}),
+              (Answers{true, false, false}));
+    // New, and remembered, but its reverse was met.
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {plain, there, there, back}),
+              (Answers{true, false, false, false}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {back, plain}), (Answers{true, false}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {there, plain}), (Answers{true, false}));
+
+    // The reverse of `third` is `there`, and that of `plain` is `back`: they have nothing to do
+    // with each other, although `there` and `back` are each other's reverses.
+    const Link third(m("B"), m("A"), m["Node.third"]);
+    m.metamodel.setOpposite(m["Node.third"], m["Node.kids"]);
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {third, plain}), (Answers{true, true}));
+    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {plain, third}), (Answers{true, true}));
 }
 
 TEST_F(UniquenessMaintainerTest, UniqueElementsReportsEachTargetOncePseudoLinksIncluded) {

@@ -131,6 +131,35 @@ TEST_P(WalkPauseTest, WalkThatPausedBeforeItsEndIsUnequalToOneThatEnded) {
     EXPECT_FALSE(empty->prepare() == Walk());
 }
 
+/// Depth-first, a walk whose input waits to be entered was unequal to one whose input was entered,
+/// though both stand on the input's link and have no other on the frontier.
+TEST_P(WalkPauseTest, WalkThatIsAboutToEnterItsInputEqualsOneThatHasJustEnteredIt) {
+    bool fails = false;
+    const auto mayFail = [&](bool answer) {
+        return [&fails, answer](const Class&) {
+            if (fails) throw PlannedFailure("predicate");
+            return answer;
+        };
+    };
+    const auto result = test::cyclicResult(m, std::get<Kind>(GetParam()),
+                                           std::get<Algo>(GetParam()), {m("A")}, mayFail);
+    Walk waiting = result->prepare();
+    fails = true;
+    EXPECT_THROW(waiting.advance(), PlannedFailure);
+    fails = false;
+    Walk entered = result->prepare();
+    while (!entered.hasEntered(m("A"))) {
+        std::size_t steps = 1;
+        entered.advanceWithin(steps);
+    }
+    if (!entered.getCurrent()) {
+        EXPECT_TRUE(waiting == entered);
+        EXPECT_TRUE(entered == waiting);
+    }
+    EXPECT_EQ(waiting.meeting(), Meeting::Input);
+    EXPECT_EQ(waiting.waitingCount(), 1U);
+}
+
 TEST_P(WalkPauseTest, PausedWalkIsPrunedAsOneThatIsNot) {
     const auto result = run();
     // Behind a link, the steps up to the next pause may have gone past what would have been cut.

@@ -61,6 +61,20 @@ TEST_P(WalkReachTest, LinkOverABoundaryIsReportedAndItsTargetLeftToALaterLink) {
               sorted({">A", "A.x>B!", "A.x>C", "C.y>B", "B.x>E", "E.y>A!", "A.y>D", "D.x>F"}));
 }
 
+TEST_P(WalkReachTest, LinkOverABoundaryIsOneThoughItsTargetWasEnteredMeanwhile) {
+    ModelBuilder twice("Node; Node.x -> Node *; Node.y -> Node *", "A.x = B; A.y = B");
+    const auto result = run(twice, {"A"});
+    ResultSetup(result).descend(
+        [&](const Link& link) { return link.getProperty() != twice["Node.x"]; });
+    Lines lines;
+    for (auto walk = result->begin(); !!walk.getCurrent(); walk.advance()) {
+        if (!walk.getCurrent().getProperty()) continue;
+        lines.push_back(text(walk.getCurrent()) + ' ' + std::to_string(walk.depth()) + ' ' +
+                        (walk.meeting() == Meeting::Boundary ? "boundary" : "other"));
+    }
+    EXPECT_EQ(sorted(lines), (Lines{"A.x>B! 1 boundary", "A.y>B 1 other"}));
+}
+
 TEST_P(WalkReachTest, TargetThatNoLinkMayEnterStaysOutside) {
     const auto result = run();
     ResultSetup(result).descend([this](const Link& link) { return link.getTarget() != m("B"); });
@@ -346,6 +360,32 @@ TEST_P(WalkReachTest, InTheSilentPassTheWalkStandsOnNothing) {
     walk = result->prepare();
     while (!walk.hasEnded()) walk.advance();
     EXPECT_EQ(silent, 4U) << "B, C, D and E; F is an input";
+}
+
+TEST_P(WalkReachTest, CopyMadeByAPredicateGoesOnBehindTheLinkThatWasAskedAbout) {
+    ModelBuilder fork("Node; Node.x -> Node *", "A.x = B C; B.x = D");
+    for (const bool isLimited : {false, true}) {
+        const auto result = run(fork, {"A", "A"});
+        std::unique_ptr<Walk> copy;
+        Walk walk = result->prepare();
+        ResultSetup(result).descend([&](const Link& link) {
+            if (link.getTarget() == fork("B") && copy == nullptr && walk.hasEntered(fork("A"))) {
+                copy = std::make_unique<Walk>(walk);
+            }
+            return true;
+        });
+        if (isLimited) {
+            ResultSetup(result).upTo(5);
+            walk = result->prepare();
+        }
+        while (!walk.hasEnded()) walk.advance();
+        EXPECT_EQ(walk.enteredCount(), 4U);
+        ASSERT_NE(copy, nullptr);
+        while (!copy->hasEnded()) copy->advance();
+        EXPECT_FALSE(copy->hasEntered(fork("B")));
+        EXPECT_TRUE(copy->hasEntered(fork("C")));
+        EXPECT_EQ(copy->enteredCount(), 2U);
+    }
 }
 
 TEST_P(WalkReachTest, EmptyPredicateFailsWhenItIsAsked) {
