@@ -142,7 +142,7 @@ TEST(WhyNotOracleTest, EveryLinkFromWhatWasEnteredIsFoundTheNearestFirst) {
         }
     }
     EXPECT_GE(met[Obstacle::Rules], 300);
-    EXPECT_GE(met[Obstacle::Boundary], 300);
+    EXPECT_GE(met[Obstacle::Boundary], 200);
     EXPECT_GE(unreferred, 300);
 }
 

@@ -22,7 +22,8 @@ template <class Enumeration>
 constexpr bool isNumber32 = std::is_same_v<std::underlying_type_t<Enumeration>, std::int32_t>;
 static_assert(isNumber32<Algo> && isNumber32<ResultPolicy> && isNumber32<UniquenessMode>);
 static_assert(isNumber32<CompositeMatcher::VisitMode>);
-static_assert(isNumber32<Fate> && isNumber32<Pruning> && isNumber32<Reason> && isNumber32<Obstacle>);
+static_assert(isNumber32<Fate> && isNumber32<Pruning> && isNumber32<Reason> &&
+              isNumber32<Obstacle>);
 static_assert(isNumber32<Meeting> && isNumber32<Progress> && isNumber32<Pruned>);
 static_assert(static_cast<int>(Algo::DepthFirstPreOrder) == 0);
 static_assert(static_cast<int>(Algo::DepthFirstPostOrder) == 1);
