@@ -14,7 +14,9 @@ namespace {
 class AdditivePropertyProvider final : public PropertyProvider {
   public:
     AdditivePropertyProvider(MatchersMap matchers, std::vector<Property> properties)
-        : PropertyProvider(std::move(matchers)), traversedProperties_(std::move(properties)) {}
+        : PropertyProvider(std::move(matchers)), traversedProperties_(std::move(properties)) {
+        letWalksAskRules();
+    }
 
     std::vector<AssociationSetting> computeSettings(const Class& type) override {
         return settingsBy(decide(type));

@@ -42,6 +42,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
         const ModelElement& element);
 
   protected:
+    /// For a provider whose `getResultPolicy` is `policyOf`: walks then ask the rules themselves.
+    void letWalksAskRules() noexcept { isAskedItself_ = false; }
     /// Why a property is never followed; nothing where it links to other elements and holds its
     /// values itself.
     static std::optional<Reason> obstacleOf(const Property& property) {
@@ -92,6 +94,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     }
     /// Whether a property is among the settings of a class that elements were met of.
     MODELING_NUV0_TRAVERSAL_LOCAL bool isFollowed(const Class& type, const Property& property);
+    /// The policy of a link whose property has rules with predicates.
+    ResultPolicy policyBy(const CompositeMatcher& rules, const Class& type,
+                          const Property& property) {
+        return isAskedItself_ ? getResultPolicy(type, property) : rules.getPolicy(type);
+    }
     const CompositeMatcher* rulesOf(const Property& property) const {
         const CompositeMatcher* const* rules = property ? rules_->index.find(property) : nullptr;
         return rules == nullptr ? nullptr : *rules;
@@ -99,6 +106,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
 
     /// Shared with copies, because the answers refer to them.
     std::shared_ptr<const IndexedRules> rules_;
+    bool isAskedItself_ = true;
     internal::FlatMap<Class, Class, Settings, internal::WalkSupport::Hash<Class>> settingsCache_;
 };
 

@@ -12,7 +12,9 @@ namespace {
 class SubtractivePropertyProvider final : public PropertyProvider {
   public:
     SubtractivePropertyProvider(MatchersMap matchers, Candidates candidates)
-        : PropertyProvider(std::move(matchers)), candidates_(candidates) {}
+        : PropertyProvider(std::move(matchers)), candidates_(candidates) {
+        letWalksAskRules();
+    }
 
     std::vector<AssociationSetting> computeSettings(const Class& type) override {
         return settingsBy(decide(type));

@@ -2,7 +2,7 @@
 
 namespace nuv::zero::oracle {
 
-std::string NaiveTrace::Told::text() const {
+std::string NaiveTrace::ToldFate::text() const {
     std::string line = describe(link) + " fate " + std::to_string(static_cast<int>(fate));
     if (fate == Fate::Filtered) line += " filter " + std::to_string(filter);
     return line + " depth " + std::to_string(depth);
@@ -83,7 +83,7 @@ bool NaiveTrace::enters(const IndexedLink& link, std::size_t depth) {
 void NaiveTrace::tell(const IndexedLink& link, std::size_t depth) {
     // A null input has no link.
     if (link.isEmpty()) return;
-    Told told{link, Fate::Reported, 0, depth};
+    ToldFate told{link, Fate::Reported, 0, depth};
     const int type =
         link.source == none ? none : world_.elements[static_cast<std::size_t>(link.source)];
     if (link.property != none && provider_.resultPolicy(type, link.property, calls_) == 0) {

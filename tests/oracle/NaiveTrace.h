@@ -27,7 +27,7 @@ class NaiveTrace {
         std::function<bool(const IndexedLink&)> descend;
     };
     enum class Fate { Reported, Silent, Repeated, PseudoLinkLeftOut, Filtered, NotDescended };
-    struct Told {
+    struct ToldFate {
         IndexedLink link;
         Fate fate;
         /// Which one left the link out.
@@ -41,7 +41,7 @@ class NaiveTrace {
         : world_(world), rules_(rules), provider_(world, rules), calls_(world), setup_(setup) {
         run();
     }
-    const std::vector<Told>& all() const { return told_; }
+    const std::vector<ToldFate>& all() const { return told_; }
 
   private:
     struct Waiting {
@@ -65,7 +65,7 @@ class NaiveTrace {
     std::set<int> entered_;
     std::set<std::tuple<int, int, int>> seenLinks_;
     std::set<int> seenElements_;
-    std::vector<Told> told_;
+    std::vector<ToldFate> told_;
 };
 
 }  // namespace nuv::zero::oracle

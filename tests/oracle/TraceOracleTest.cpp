@@ -27,8 +27,8 @@ class TraceLog : public WalkListener {
 
     void onLink(const WalkView& walk, const traversal::internal::Link& link, Fate fate,
                 std::size_t filter) override {
-        const NaiveTrace::Told told{model_.stepOf(link), static_cast<NaiveTrace::Fate>(fate),
-                                    filter, walk.depth()};
+        const NaiveTrace::ToldFate told{model_.stepOf(link), static_cast<NaiveTrace::Fate>(fate),
+                                        filter, walk.depth()};
         lines[walk.number()].push_back(told.text());
         ++fates[fate];
     }

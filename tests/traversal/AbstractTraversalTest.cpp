@@ -289,5 +289,48 @@ TEST(AbstractTraversalRulesTest, LaterRulesDoNotReachEarlierResults) {
     EXPECT_EQ(linesOf(after), Lines{"A.y>C"});
 }
 
+/// Follows x, and says by itself how its links are reported.
+class OwnPolicies final : public PropertyProvider {
+  public:
+    OwnPolicies(MatchersMap rules, const Property& followed)
+        : PropertyProvider(std::move(rules)), followed_(followed) {}
+    std::vector<AssociationSetting> computeSettings(const Class& /*type*/) override {
+        return {{followed_, ResultPolicy::Report}};
+    }
+    ResultPolicy getResultPolicy(const Class& /*type*/, const Property& /*property*/) override {
+        return ++asked % 2 == 0 ? ResultPolicy::Report : ResultPolicy::WalkOnly;
+    }
+    int asked = 0;
+
+  private:
+    Property followed_;
+};
+
+class KindOfOwn final : public AbstractTraversal<SubtractiveTraversalImpl> {
+  public:
+    explicit KindOfOwn(std::shared_ptr<OwnPolicies> provider) : provider_(std::move(provider)) {}
+
+  private:
+    void doSetResultPolicy(const PropertyMatcher& /*matcher*/, ResultPolicy /*policy*/) override {}
+    std::shared_ptr<PropertyProvider> createPropertyProvider() override { return provider_; }
+
+    std::shared_ptr<OwnPolicies> provider_;
+};
+
+TEST(AbstractTraversalOfOwnKindTest, ProviderIsAskedForThePolicyOfEachLinkThatPredicatesDecide) {
+    // Walks asked the rules themselves, and what the provider said was lost.
+    const ModelBuilder m("Node; Node.x -> Node *", "A.x = B C");
+    MatchersMap rules;
+    CompositeMatcher matcher(CompositeMatcher::VisitMode::Visit);
+    matcher.composeMatcher(
+        m.type("Node"), [](const Class&) { return true; }, ResultPolicy::Report);
+    rules.emplace(m["Node.x"], matcher);
+    const auto provider = std::make_shared<OwnPolicies>(rules, m["Node.x"]);
+    KindOfOwn kind(provider);
+    EXPECT_EQ(linesOf(kind.depthFirst(std::vector<ModelElement>{m("A")})).size(), 2U)
+        << "the input's own link, and the second of the two";
+    EXPECT_EQ(provider->asked, 2);
+}
+
 }  // namespace
 }  // namespace nuv::zero::traversal

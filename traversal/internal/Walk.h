@@ -174,10 +174,12 @@ class Walk {
     bool startNextInput();
     bool tellBoundary(const Cursor& from, const ModelElement& target);
     void rememberWay(const ModelElement& element, const Cursor* from) noexcept;
-    static bool isSilent(const ModelElement& source, const AssociationSetting& setting) {
+    bool isSilent(const ModelElement& source, const AssociationSetting& setting) const {
         const CompositeMatcher* rules = setting.rules();
         const ResultPolicy policy =
-            rules == nullptr ? setting.policy() : rules->getPolicy(access::classOf(source));
+            rules == nullptr
+                ? setting.policy()
+                : result_->provider_->policyBy(*rules, access::classOf(source), setting.property());
         return policy == ResultPolicy::WalkOnly;
     }
     /// Whether anybody has to be asked about a link besides its policy.

@@ -12,7 +12,7 @@ namespace {
 using namespace nuv::zero::traversal;
 
 /// Asks everything that a walk tells a listener, and does what the class that it derives from does.
-class Asking : public WalkListener {
+class AskingListener : public WalkListener {
   public:
     void onLink(const WalkView& walk, const Link& link, Fate fate, std::size_t filter) override {
         ++links;
@@ -42,8 +42,8 @@ std::shared_ptr<TraversalResult> contained(const Station& station) {
 }
 
 void callListener(const Station& station) {
-    Asking asking;
-    Asking copy(asking);
+    AskingListener asking;
+    AskingListener copy(asking);
     copy = asking;
     const auto result = contained(station);
     ResultSetup(result).rememberPaths().trace(&asking);
