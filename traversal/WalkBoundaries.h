@@ -35,7 +35,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkBoundaries : public WalkListener {
         bool operator==(const Refusal& other) const = default;
     };
     /// A prune that cut something away, and the link on which the walk stood.
-    struct Cut {
+    struct MODELING_NUV0_TRAVERSAL_LOCAL Cut {
         std::size_t walk;
         internal::Link link;
         Pruning pruning;
