@@ -12,7 +12,6 @@
 
 #include "model/memory/Pins.h"
 #include "model/memory/PropertyReader.h"
-#include "model/memory/Storage.h"
 #include "tests/model/FailingAllocations.h"
 #include "tests/model/Readings.h"
 #include "tests/support/SmallStack.h"
@@ -21,16 +20,6 @@ namespace nuv::zero::test {
 namespace {
 
 using memory::Model;
-
-/// Destroyed when its last user lets go, which is what the tests below watch.
-class WatchedStorage final : public memory::Storage {
-  public:
-    explicit WatchedStorage(bool& alive) : alive_(alive) { alive_ = true; }
-
-  private:
-    ~WatchedStorage() override { alive_ = false; }
-    bool& alive_;
-};
 
 /// Runs a case twice, the first time to make what is made once in a process; says how many
 /// allocations of the second time are left.
@@ -331,52 +320,6 @@ TEST(ModelLifetimeTest, AHandleKeepsClassesAndPropertiesAfterModelAndMetamodel) 
     EXPECT_TRUE(elementsOf(last, ports).empty());
 }
 
-TEST(ModelLifetimeTest, AHandleOfAPropertyKeepsItsWholeMetamodel) {
-    meta::Property last;
-    {
-        Blocks m;
-        m.metamodel.setOpposites(m.ports, m.owner);
-        last = m.ports;
-    }
-    const meta::Property opposite = last->getOpposite();
-    last = {};
-    EXPECT_EQ(opposite->getOpposite()->getName(), u"ports");
-    EXPECT_EQ(opposite->getType()->getName(), u"Block");
-}
-
-TEST(ModelLifetimeTest, AMetamodelKeepsTheMetamodelsThatItUses) {
-    std::optional<memory::Metamodel> base(u"base");
-    const memory::Metamodel user(u"user");
-    meta::Class circle;
-    {
-        memory::Metamodel& writable = const_cast<memory::Metamodel&>(user);
-        circle = writable.addClass(u"Circle", {base->addClass(u"Shape")});
-    }
-    base.reset();
-    EXPECT_EQ(circle->getSuperclasses().at(0)->getQualifiedName(), u"base::Shape");
-}
-
-TEST(ModelLifetimeTest, AModelKeepsTheMetamodelOfItsElements) {
-    std::optional<Blocks> m(std::in_place);
-    Model model;
-    const ModelElement b1 = model.create(m->block, u"b1");
-    m.reset();
-    const meta::Property boss = b1->getClass()->getProperty(u"boss");
-    model.set(b1, boss, b1);
-    EXPECT_EQ(elementOf(b1, boss), b1);
-}
-
-TEST(ModelLifetimeTest, APlantedValueKeepsTheMetamodelOfItsType) {
-    const Blocks m;
-    Model model;
-    const ModelElement b1 = model.create(m.block);
-    {
-        memory::Metamodel other(u"other");
-        model.plant(b1, m.boss, single(other.addClass(u"Other")));
-    }
-    EXPECT_EQ(access::read(b1, m.boss).getMeta().getType()->getQualifiedName(), u"other::Other");
-}
-
 TEST(ModelLifetimeTest, AnEditLeavesTheListToThoseWhoHoldItAndThenChangesInPlace) {
     const Blocks m;
     Model model;
@@ -433,60 +376,6 @@ TEST(ModelLifetimeTest, ThreadsMayDropValuesWhileTheirModelIsEditedAndDestroyed)
         model.reset();
         for (std::thread& thread : threads) thread.join();
     }
-}
-
-TEST(PinsTest, KeepAStorageUntilTheLastOfThemIsGone) {
-    bool alive = false;
-    auto* storage = new WatchedStorage(alive);
-    {
-        memory::Pins pins;
-        pins.pin(storage);
-        pins.pin(storage);
-        EXPECT_EQ(pins.storages(), std::vector<memory::Storage*>{storage});
-        memory::Pins copy = pins;
-        storage->release();
-        const memory::Pins moved = std::move(pins);
-        EXPECT_TRUE(moved.holds(storage));
-        EXPECT_TRUE(pins.storages().empty());  // NOLINT(bugprone-use-after-move)
-        pins.pin(static_cast<memory::Storage*>(nullptr));
-        copy = memory::Pins();
-        EXPECT_TRUE(alive);
-    }
-    EXPECT_FALSE(alive);
-}
-
-TEST(PinsTest, HoldManyStoragesOnceEach) {
-    const Blocks m;
-    std::vector<Model> models(20);
-    std::vector<ModelElement> elements;
-    for (Model& model : models) elements.push_back(model.create(m.block));
-    memory::Pins pins;
-    for (int round = 0; round < 2; ++round) {
-        for (const ModelElement& element : elements) pins.pin(element);
-    }
-    EXPECT_EQ(pins.storages().size(), models.size());
-    for (const ModelElement& element : elements) EXPECT_TRUE(pins.holds(element->storage()));
-    EXPECT_FALSE(pins.holds(m.block->storage()));
-    pins.pin(ModelElement());
-    EXPECT_EQ(pins.storages().size(), models.size());
-}
-
-TEST(PinsTest, KeepElementsReadableAfterTheirModel) {
-    const Blocks m;
-    memory::Pins pins;
-    ModelElement lent;
-    {
-        Model model;
-        const ModelElement b1 = model.create(m.block, u"b1");
-        pins.pin(b1);
-        lent = memory::Lending::lend<ModelElement>(b1.get());
-    }
-    EXPECT_FALSE(access::read(lent, m.name).isSet());
-    ModelElement kept = lent;
-    memory::Lending::forget(lent);
-    pins = memory::Pins();
-    EXPECT_EQ(kept->getClass(), m.block) << "a counted copy of a lent handle outlives the pins";
-    kept = {};
 }
 
 }  // namespace

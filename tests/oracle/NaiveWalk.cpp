@@ -73,10 +73,10 @@ Ending NaiveWalk::takeLinks(const IndexedLink& link) {
         const bool isOverOrBetween =
             cursor.finished || !cursor.inProperty || cursor.valueIndex + 1 >= cursor.values.size();
         if (isOverOrBetween) place_ = link;
-        const NaiveCursor::Step found = step(cursor);
+        const NaiveCursor::Step found = cursor.step(*world_, *callbacks_);
         if (found == NaiveCursor::Step::NoValues) continue;
         if (found == NaiveCursor::Step::Over) {
-            processedAll(cursor);
+            cursor.processedAll(*callbacks_);
             if (!cursor.reportedSelf) {
                 cursor.reportedSelf = true;
                 if (tryReport(link)) return Ending::OnLink;
@@ -88,7 +88,7 @@ Ending NaiveWalk::takeLinks(const IndexedLink& link) {
             if (link.property != none) place_.cascade = false;
             return goOn();
         }
-        IndexedLink child = linkOf(cursor);
+        IndexedLink child = cursor.link();
         child.cascade = false;
         place_ = child;
         if (hasEntered(child.target) || !leadsOn(child)) {
@@ -259,9 +259,9 @@ bool NaiveWalk::findDistances() {
         }
         for (auto found = NaiveCursor::Step::Link; found != NaiveCursor::Step::Over;) {
             if (!spend()) return false;
-            found = step(*silent_);
+            found = silent_->step(*world_, *callbacks_);
             if (found != NaiveCursor::Step::Link) continue;
-            const IndexedLink link = linkOf(*silent_);
+            const IndexedLink link = silent_->link();
             const bool isKnown = link.target == none || distances_.count(link.target) != 0;
             if (!isKnown && leadsOn(link)) addAt(distances_.at(link.source) + 1, link.target);
         }
@@ -303,8 +303,8 @@ Cutting NaiveWalk::pruneChildren(int property) {
     const Cutting otherwise = isFollowed ? Cutting::TooLate : Cutting::Nothing;
     if (cursor.finished) return otherwise;
     const bool isOnProperty = cursor.inProperty || !cursor.started;
-    if (isOnProperty && isAtProperty(cursor) && propertyOf(cursor) == property) {
-        return pruneCurrentProperty(cursor);
+    if (isOnProperty && cursor.isAtProperty() && cursor.property() == property) {
+        return cursor.pruneCurrentProperty();
     }
     const bool isNew = cursor.prunedProperties.insert(property).second;
     for (std::size_t index = cursor.propertyIndex; index < cursor.settings->size(); ++index) {
@@ -316,87 +316,7 @@ Cutting NaiveWalk::pruneChildren(int property) {
 Cutting NaiveWalk::pruneSiblings() {
     callbacks_->remember();
     if (current_.source == none) return Cutting::Nothing;
-    return pruneCurrentProperty(cursors_.at(current_.source));
-}
-
-Cutting NaiveWalk::pruneCurrentProperty(NaiveCursor& cursor) {
-    if (cursor.finished) return Cutting::TooLate;
-    if (!cursor.started) {
-        if (!isAtProperty(cursor)) return Cutting::TooLate;
-        ++cursor.propertyIndex;
-        return Cutting::Cut;
-    }
-    if (cursor.valueIndex + 1 >= cursor.values.size()) return Cutting::TooLate;
-    cursor.values.resize(cursor.valueIndex + 1);
-    return Cutting::Cut;
-}
-
-NaiveCursor::Step NaiveWalk::step(NaiveCursor& cursor) {
-    using Step = NaiveCursor::Step;
-    if (cursor.finished) return Step::Over;
-    if (cursor.inProperty) {
-        ++cursor.valueIndex;
-        if (cursor.valueIndex < cursor.values.size()) return Step::Link;
-        leaveProperty(cursor, propertyOf(cursor));
-    } else if (!cursor.started) {
-        notify(cursor.observer, Event::EnterElement, cursor.element);
-        cursor.started = true;
-    }
-    if (!isAtProperty(cursor)) cursor.finished = true;
-    if (cursor.finished) return Step::Over;
-
-    const int property = propertyOf(cursor);
-    cursor.inProperty = true;
-    notify(cursor.observer, Event::EnterProperty, cursor.element, property);
-    if (cursor.prunedProperties.count(property) == 0) {
-        callbacks_->remember();
-        const std::vector<int> values = read(cursor.element, property);
-        if (!values.empty() && cursor.finished) return Step::Over;
-        cursor.values = values;
-    }
-    if (!cursor.values.empty()) return Step::Link;
-    leaveProperty(cursor, property);
-    return Step::NoValues;
-}
-
-void NaiveWalk::leaveProperty(NaiveCursor& cursor, int property) {
-    notify(cursor.observer, Event::ExitProperty, cursor.element, property);
-    cursor.inProperty = false;
-    cursor.values.clear();
-    cursor.valueIndex = 0;
-    ++cursor.propertyIndex;
-}
-
-std::vector<int> NaiveWalk::read(int element, int property) const {
-    using Payload = ValueDefinition::Payload;
-    const bool single = world_->properties[static_cast<std::size_t>(property)].upperBound == 1;
-    const auto stored = world_->values.find({element, property});
-    if (stored == world_->values.end()) {
-        const int type = world_->properties[static_cast<std::size_t>(property)].type;
-        // Never set: unset, or an empty collection of the declared type.
-        if (single || type >= 0) return {};
-        throw ReadFailure{type};
-    }
-    const ValueDefinition& value = stored->second;
-    if (!single) {
-        if (!value.many || value.type < 0 || value.payload == Payload::Nothing) {
-            throw ReadFailure{value.type};
-        }
-        return value.elements;
-    }
-    if (value.payload == Payload::Nothing) return {};
-    if (value.many || value.type < 0) throw ReadFailure{value.type};
-    if (value.elements.front() == none) return {};
-    return value.elements;
-}
-
-bool NaiveWalk::processedAll(NaiveCursor& cursor) {
-    if (!cursor.finished) return false;
-    if (cursor.started && !cursor.exitNotified) {
-        cursor.exitNotified = true;
-        notify(cursor.observer, Event::ExitElement, cursor.element);
-    }
-    return true;
+    return cursors_.at(current_.source).pruneCurrentProperty();
 }
 
 void NaiveWalk::notify(int observer, Event event, int element, int property) {

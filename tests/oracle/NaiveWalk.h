@@ -9,6 +9,7 @@
 #include <tuple>
 #include <vector>
 
+#include "tests/oracle/NaiveCursor.h"
 #include "tests/oracle/Rules.h"
 
 /// Walks, done the plain way: everything copied, everything looked up, recursion for loops.
@@ -36,29 +37,6 @@ struct NaiveResult {
 enum class Ending : std::uint8_t { Paused, OnLink, Ended };
 /// How the target of the link on which a walk stands was met.
 enum class Met : std::uint8_t { None, Input, First, Open, Done, Boundary };
-/// What became of a call that prunes: there was nothing that it could mean, nothing was left of it,
-/// or it is cut away.
-enum class Cutting : std::uint8_t { Nothing, TooLate, Cut };
-
-/// The links of one element: those of one property after the other.
-struct NaiveCursor {
-    /// What one step over it comes to: a link, a property without values, or no more.
-    enum class Step : std::uint8_t { Link, NoValues, Over };
-
-    int element = none;
-    int observer = none;
-    bool reportedSelf = false;
-    bool started = false;
-    bool finished = false;
-    bool exitNotified = false;
-    Settings settings;
-    std::size_t propertyIndex = 0;
-    /// Whether the property was entered and not left yet.
-    bool inProperty = false;
-    std::vector<int> values;
-    std::size_t valueIndex = 0;
-    std::set<int> prunedProperties;
-};
 
 /// The one walk that every other is compared with. It keeps a cursor for every element entered, and
 /// a frontier of links; it shares nothing with the library, evaluates rules by itself, and knows
@@ -126,21 +104,6 @@ class NaiveWalk {
     void addAt(std::size_t distance, int element);
     bool mayLeave(const IndexedLink& link) const;
 
-    // One cursor.
-    NaiveCursor::Step step(NaiveCursor& cursor);
-    void leaveProperty(NaiveCursor& cursor, int property);
-    std::vector<int> read(int element, int property) const;
-    bool processedAll(NaiveCursor& cursor);
-    static Cutting pruneCurrentProperty(NaiveCursor& cursor);
-    static bool isAtProperty(const NaiveCursor& cursor) {
-        return cursor.propertyIndex < cursor.settings->size();
-    }
-    static int propertyOf(const NaiveCursor& cursor) {
-        return cursor.settings->at(cursor.propertyIndex).property;
-    }
-    static IndexedLink linkOf(const NaiveCursor& cursor) {
-        return {cursor.element, propertyOf(cursor), cursor.values.at(cursor.valueIndex)};
-    }
     void notify(int observer, Event event, int element, int property = none);
     int classOf(int element) const;
 
