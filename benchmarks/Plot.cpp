@@ -26,11 +26,11 @@ constexpr std::string_view style =
     "<style>\n"
     "text{font:12px sans-serif;fill:#24292f}.small{font-size:11px;fill:#57606a}"
     ".head{font-weight:bold}.page{fill:#ffffff;stroke:#d0d7de}.grid{stroke:#d8dee4}"
-    ".library{fill:#2f6fb3}.loop{fill:#a8b1bb}.target{stroke:#c4321f;stroke-width:2.5}"
+    ".walk{fill:#2f6fb3}.loop{fill:#a8b1bb}.target{stroke:#c4321f;stroke-width:2.5}"
     ".missed{fill:#c4321f;font-weight:bold}\n"
     "@media(prefers-color-scheme:dark){text{fill:#e6edf3}.small{fill:#9aa4af}"
     ".page{fill:#0d1117;stroke:#30363d}.grid{stroke:#262c34}"
-    ".library{fill:#58a6ff}.loop{fill:#6e7781}.target{stroke:#ff8272}.missed{fill:#ff8272}}\n"
+    ".walk{fill:#58a6ff}.loop{fill:#6e7781}.target{stroke:#ff8272}.missed{fill:#ff8272}}\n"
     "</style>\n";
 
 class Picture {
@@ -78,7 +78,7 @@ class Half {
         const double library = row->walkPerLink.median;
         const double loop = row->flatPerLink.median;
         const double limit = targetsOf(*row).ratio;
-        picture_.rect("library", left_, top, library * scale_, barHeight, 1);
+        picture_.rect("walk", left_, top, library * scale_, barHeight, 1);
         picture_.rect("loop", left_, top + barHeight + 2, loop * scale_, barHeight, 1);
         picture_.upright("target", x(limit * loop), top - 3, top + barHeight + 3);
         const double end = std::max({library, loop, limit * loop});
@@ -112,7 +112,7 @@ void drawKey(Picture& picture) {
         picture.text("", x + 16, y, "start", name);
         x += room;
     };
-    entry("library", "library", 84);
+    entry("walk", "library", 84);
     entry("loop", "hand-written loop with a flat set", 216);
     entry("target", "at most", 78);
     picture.text("head", x, y, "start", "0.00");

@@ -352,7 +352,7 @@ TEST(HowToUse, MoreValuesThanFitInOnePlaceAreRefused) {
         EXPECT_TRUE(throws<std::length_error>(
             [] { memory::Payload::make(memory::Payload::Kind::Integers, tooMany); }));
     } else {
-        GTEST_SKIP() << "no so many values fit into memory";
+        GTEST_SKIP() << "2^32 values are more than the address space of this machine holds";
     }
 }
 

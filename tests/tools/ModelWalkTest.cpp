@@ -246,7 +246,8 @@ TEST_F(ModelWalk, LinesStayLinesWhateverNamesHold) {
 
 TEST_F(ModelWalk, FailureToWriteIsAFailure) {
     if (!std::filesystem::exists("/dev/full"))
-        GTEST_SKIP() << "this system has no device that is always full";
+        GTEST_SKIP()
+            << "needs /dev/full, a device to which every write fails, which this system lacks";
     const int status = std::system("cd '" SAMPLE_MODELS "' && '" MODEL_WALK
                                    "' system.ecore drone.xmi >/dev/full 2>/dev/null");
     EXPECT_EQ(WEXITSTATUS(status), 1);

@@ -56,7 +56,8 @@ class ReadingAllocationFailureTest : public testing::TestWithParam<Shortage> {
     void SetUp() override {
         if (GetParam().failAt == &FailingMalloc::failAt && !FailingMalloc::isInstalled()) {
             GTEST_SKIP()
-                << "a sanitizer, or a C library other than glibc, has a malloc of its own here";
+                << "malloc cannot be made to fail here: a sanitizer has replaced it, or the C "
+                   "library is not glibc; failures of new are tested all the same";
         }
     }
 

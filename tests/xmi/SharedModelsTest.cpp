@@ -87,7 +87,8 @@ class SharedModels : public testing::TestWithParam<SharedModel> {
   protected:
     void SetUp() override {
         if (!std::filesystem::exists(inFolder(GetParam().model))) {
-            GTEST_SKIP() << inFolder(GetParam().model) << " is optional, and not there";
+            GTEST_SKIP() << "needs the optional sample models, and " << inFolder(GetParam().model)
+                         << " is not there";
         }
     }
 
