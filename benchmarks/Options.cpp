@@ -7,8 +7,9 @@
 namespace nuv::zero::benchmarks {
 namespace {
 
-constexpr std::array<std::string_view, 9> sectionNames = {
-    "walks", "variants", "foreign", "host", "first", "scaling", "threads", "model", "reading"};
+constexpr std::array<std::string_view, 10> sectionNames = {
+    "walks", "variants", "whereabouts", "foreign", "host",
+    "first", "scaling",  "threads",     "model",   "reading"};
 
 std::size_t parseCount(const std::string& name, const std::string& text) {
     std::size_t count = 0;
@@ -69,7 +70,8 @@ std::string_view Options::usage() {
            "                [--kind NAME] [--order NAME] [--svg FILE] [--summary FILE]\n"
            "    Measures the library against hand-written loops and other libraries over the same\n"
            "    models, and prints Markdown tables; what misses its target is in bold.\n"
-           "    sections: walks variants foreign host first scaling threads model reading\n"
+           "    sections: walks variants whereabouts foreign host first scaling threads model\n"
+           "              reading\n"
            "    shapes:   tree rich chain star small file\n"
            "    kinds:    composition subtractive additive\n"
            "    orders:   pre-order post-order breadth-first\n"

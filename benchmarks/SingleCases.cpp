@@ -64,7 +64,8 @@ void registerShape(const std::string& shape) {
             walk.withRules = true;
             registerWalk(shape, walk, "library, 8 rules", walkLibrary);
             walk.withRules = false;
-            walk.observed = true;
+            static traversal::TraversalProcessor idle;
+            walk.setUp = [](traversal::ResultSetup& setup) { setup.observe(&idle); };
             registerWalk(shape, walk, "library, idle observer", walkLibrary);
         }
     }

@@ -1,6 +1,7 @@
 #include "benchmarks/VariantTable.h"
 
 #include <array>
+#include <functional>
 #include <limits>
 #include <ostream>
 #include <string_view>
@@ -12,27 +13,85 @@ namespace {
 
 constexpr double none = std::numeric_limits<double>::infinity();
 
-struct Variant {
-    std::string_view name;
-    double target;
-    void (*change)(Walk& walk);
-};
-constexpr std::array<Variant, 7> variants = {{
+/// Makes the setup of the walk.
+template <void (*setUp)(traversal::ResultSetup& setup)>
+void withSetup(Walk& walk) {
+    walk.setUp = setUp;
+}
+
+void observeIdly(traversal::ResultSetup& setup) {
+    static traversal::TraversalProcessor idle;
+    setup.observe(&idle);
+}
+
+void filterByReference(traversal::ResultSetup& setup) {
+    setup.filter([](const traversal::Link&) { return traversal::ResultPolicy::Report; });
+}
+
+void filterByValue(traversal::ResultSetup& setup) {
+    const std::function<traversal::ResultPolicy(traversal::Link)> byValue =
+        [](const traversal::Link&) { return traversal::ResultPolicy::Report; };
+    setup.filter(byValue);
+}
+
+void descendAlways(traversal::ResultSetup& setup) {
+    setup.descend([](const traversal::Link&) { return true; });
+}
+
+void goFar(traversal::ResultSetup& setup) {
+    setup.upTo(std::numeric_limits<std::size_t>::max());
+}
+
+void rememberPaths(traversal::ResultSetup& setup) {
+    setup.rememberPaths();
+}
+
+void listenIdly(traversal::ResultSetup& setup) {
+    static traversal::WalkListener idle;
+    setup.trace(&idle);
+}
+
+void count(traversal::ResultSetup& setup) {
+    static traversal::WalkStatistics statistics;
+    statistics.clear();
+    setup.trace(&statistics);
+}
+
+constexpr std::array<Variant, 7> everyday = {{
     {"8 rules", 1.15, [](Walk& walk) { walk.withRules = true; }},
-    {"idle observer", 1.2, [](Walk& walk) { walk.observed = true; }},
+    {"idle observer", 1.2, withSetup<observeIdly>},
     {"no pseudo-links", 1.15,
      [](Walk& walk) { walk.pseudoLinks = traversal::ResultPolicy::WalkOnly; }},
-    {"filter by reference", 1.05, [](Walk& walk) { walk.filter = Filter::ByReference; }},
-    {"filter by value", none, [](Walk& walk) { walk.filter = Filter::ByValue; }},
+    {"filter by reference", 1.05, withSetup<filterByReference>},
+    {"filter by value", none, withSetup<filterByValue>},
     {"unique links", 2.0,
      [](Walk& walk) { walk.uniqueness = traversal::UniquenessMode::UniqueLinks; }},
     {"unique elements", 1.3,
      [](Walk& walk) { walk.uniqueness = traversal::UniquenessMode::UniqueElements; }},
 }};
 
+constexpr std::array<Variant, 7> whereabouts = {{
+    {"depth and meeting", none, [](Walk& walk) { walk.loop = Loop::Where; }},
+    {"`advanceWithin`", none, [](Walk& walk) { walk.loop = Loop::InSteps; }},
+    {"`descend`, idle", none, withSetup<descendAlways>},
+    {"`upTo`, far", none, withSetup<goFar>},
+    {"`rememberPaths`", none, withSetup<rememberPaths>},
+    {"listener, idle", none, withSetup<listenIdly>},
+    {"`WalkStatistics`", none, withSetup<count>},
+}};
+
 }  // namespace
 
-VariantRow measureVariants(const Walk& plain, std::size_t rounds) {
+std::span<const Variant> everydayVariants() {
+    return everyday;
+}
+
+std::span<const Variant> whereaboutsVariants() {
+    return whereabouts;
+}
+
+VariantRow measureVariants(const Walk& plain, std::span<const Variant> variants,
+                           std::size_t rounds) {
     const auto contend = [](std::string_view name, const Walk& walk) {
         return Contender{std::string(name), [walk] { return walkLibrary(walk); }, expectedOf(walk)};
     };
@@ -46,14 +105,22 @@ VariantRow measureVariants(const Walk& plain, std::size_t rounds) {
     }
     const Timing timing = timeInTurn(contenders, rounds);
 
-    VariantRow row = {plain.shape->name, plain.kind, plain.order, timing.perLink[0].median, {}};
+    VariantRow row = {plain.shape->name, plain.kind, plain.order, timing.perLink[0].median, {}, {}};
+    const auto bytesOf = [&](const Contender& contender) {
+        const HeapUse use = heapUseOf([&] { contender.walk(); });
+        return static_cast<double>(use.peakBytes) * static_cast<double>(plain.shape->walks) /
+               static_cast<double>(expectedElementsOf(plain).links());
+    };
+    const double plainBytes = bytesOf(contenders[0]);
     for (std::size_t i = 1; i < contenders.size(); ++i) {
         row.ratios.push_back(timing.ratio[i].median);
+        row.moreBytes.push_back(bytesOf(contenders[i]) - plainBytes);
     }
     return row;
 }
 
-void writeTable(std::ostream& out, const std::vector<VariantRow>& rows) {
+void writeTable(std::ostream& out, const std::vector<VariantRow>& rows,
+                std::span<const Variant> variants) {
     out << "| shape | kind | order | plain, ns per link |";
     for (const Variant& variant : variants) out << ' ' << variant.name << " |";
     out << "\n|---|---|---|--:|";
@@ -67,7 +134,9 @@ void writeTable(std::ostream& out, const std::vector<VariantRow>& rows) {
         out << "| " << row.shape << " | " << nameOf(row.kind) << " | " << nameOf(row.order) << " | "
             << fixed(row.plainPerLink, 1) << " |";
         for (std::size_t i = 0; i < variants.size(); ++i) {
-            out << ' ' << judged(row.ratios[i], variants[i].target, 2) << " |";
+            out << ' ' << judged(row.ratios[i], variants[i].target, 2);
+            if (row.moreBytes[i] >= 0.5) out << " (" << fixed(row.moreBytes[i], 0) << ')';
+            out << " |";
         }
         out << '\n';
     }

@@ -1,6 +1,5 @@
 #include "benchmarks/Walks.h"
 
-#include <functional>
 #include <vector>
 
 namespace nuv::zero::benchmarks {
@@ -55,6 +54,33 @@ std::shared_ptr<traversal::TraversalResult> run(const Walk& walk) {
     return runAdditive(walk);
 }
 
+void add(Checksum& checksum, const traversal::Link& link) {
+    checksum.add(link.getSource().get(), link.getProperty().get(), link.getTarget().get(),
+                 link.shouldCascade());
+}
+
+/// Keeps the compiler from leaving out what was asked for.
+void nothingMore(std::size_t depth, traversal::Meeting meeting) {
+    static volatile std::size_t seen = 0;
+    seen = depth + static_cast<std::size_t>(meeting);
+}
+
+void addInSteps(Checksum& checksum, traversal::LinkRange& range) {
+    constexpr std::size_t budget = 1000;
+    for (std::size_t steps = budget;;) {
+        switch (range.advanceWithin(steps)) {
+            case traversal::Progress::OnLink:
+                add(checksum, range.getCurrent());
+                break;
+            case traversal::Progress::Paused:
+                steps = budget;
+                break;
+            case traversal::Progress::Ended:
+                return;
+        }
+    }
+}
+
 }  // namespace
 
 std::string_view nameOf(Kind kind) {
@@ -82,18 +108,9 @@ std::string_view nameOf(traversal::Algo order) {
 }
 
 std::shared_ptr<traversal::TraversalResult> makeResult(const Walk& walk) {
-    static traversal::TraversalProcessor idle;
     auto result = run(walk);
     traversal::ResultSetup setup(result);
-    if (walk.observed) setup.observe(&idle);
-    if (walk.filter == Filter::ByReference) {
-        setup.filter([](const traversal::Link&) { return ResultPolicy::Report; });
-    } else if (walk.filter == Filter::ByValue) {
-        const std::function<ResultPolicy(traversal::Link)> byValue = [](const traversal::Link&) {
-            return ResultPolicy::Report;
-        };
-        setup.filter(byValue);
-    }
+    if (walk.setUp) walk.setUp(setup);
     setup.unique(walk.uniqueness);
     return result;
 }
@@ -101,9 +118,20 @@ std::shared_ptr<traversal::TraversalResult> makeResult(const Walk& walk) {
 Checksum walkLibrary(const Walk& walk) {
     Checksum checksum;
     for (std::size_t i = 0; i < walk.shape->walks; ++i) {
-        for (const traversal::Link& link : traversal::links(makeResult(walk))) {
-            checksum.add(link.getSource().get(), link.getProperty().get(), link.getTarget().get(),
-                         link.shouldCascade());
+        traversal::LinkRange range = traversal::links(makeResult(walk));
+        switch (walk.loop) {
+            case Loop::Plain:
+                for (const traversal::Link& link : range) add(checksum, link);
+                break;
+            case Loop::Where:
+                for (const traversal::Link& link : range) {
+                    add(checksum, link);
+                    nothingMore(range.depth(), range.meeting());
+                }
+                break;
+            case Loop::InSteps:
+                addInSteps(checksum, range);
+                break;
         }
     }
     return checksum;

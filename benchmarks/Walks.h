@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -21,8 +22,9 @@ inline constexpr std::array<traversal::Algo, 3> allOrders = {traversal::Algo::De
 std::string_view nameOf(Kind kind);
 std::string_view nameOf(traversal::Algo order);
 
-/// How a filter that lets every link pass takes its link.
-enum class Filter { None, ByReference, ByValue };
+/// What the loop asks for beside each link: nothing, where the walk stands, or to be called in
+/// between every thousand steps.
+enum class Loop { Plain, Where, InSteps };
 
 /// What to walk and how; the library and the hand-written loops take the same description.
 struct Walk {
@@ -33,8 +35,8 @@ struct Walk {
     bool withRules = false;
     traversal::ResultPolicy pseudoLinks = traversal::ResultPolicy::Report;
     /// The following concern the library alone.
-    bool observed = false;
-    Filter filter = Filter::None;
+    std::function<void(traversal::ResultSetup& setup)> setUp;
+    Loop loop = Loop::Plain;
     traversal::UniquenessMode uniqueness = traversal::UniquenessMode::NoUniqueness;
 };
 

@@ -28,6 +28,7 @@ using namespace nuv::zero::benchmarks;
 struct Measured {
     std::vector<WalkRow> walks;
     std::vector<VariantRow> variants;
+    std::vector<VariantRow> whereabouts;
     std::vector<ForeignRow> foreign;
     std::vector<HostRow> host;
 };
@@ -39,8 +40,8 @@ void append(std::vector<Row>& rows, std::vector<Row> more) {
 }
 
 /// All kinds on the rich shape; elsewhere one of them tells enough.
-bool wantsVariants(const Options& options, const Walk& walk) {
-    if (!options.wants("variants")) return false;
+bool wantsVariants(const Options& options, const std::string& section, const Walk& walk) {
+    if (!options.wants(section)) return false;
     return walk.kind == Kind::Subtractive || walk.shape->name == "rich" || !options.kind.empty();
 }
 
@@ -62,8 +63,13 @@ void measureWalks(const Options& options, const Shape& shape, Measured& measured
             if (options.wants("walks")) {
                 measured.walks.push_back(measureWalk(walk, options.rounds));
             }
-            if (wantsVariants(options, walk)) {
-                measured.variants.push_back(measureVariants(walk, options.rounds));
+            if (wantsVariants(options, "variants", walk)) {
+                measured.variants.push_back(
+                    measureVariants(walk, everydayVariants(), options.rounds));
+            }
+            if (wantsVariants(options, "whereabouts", walk)) {
+                measured.whereabouts.push_back(
+                    measureVariants(walk, whereaboutsVariants(), options.rounds));
             }
             if (wantsForeign(options, walk)) {
                 ForeignRow row = measureForeign(walk, options.rounds);
@@ -127,7 +133,8 @@ void writeFile(const std::string& path, const std::function<void(std::ostream&)>
 void writeTables(const Options& options) {
     Measured measured;
     const bool wantsShapes = options.wants("walks") || options.wants("variants") ||
-                             options.wants("foreign") || options.wants("host");
+                             options.wants("whereabouts") || options.wants("foreign") ||
+                             options.wants("host");
     std::vector<std::string> names = options.shapes;
     if (names.empty()) {
         names = shapeNames();
@@ -149,7 +156,11 @@ void writeTables(const Options& options) {
     }
     if (!measured.variants.empty()) {
         writeHeading("Walks with more to do");
-        writeTable(std::cout, measured.variants);
+        writeTable(std::cout, measured.variants, everydayVariants());
+    }
+    if (!measured.whereabouts.empty()) {
+        writeHeading("Walks that are asked where they are");
+        writeTable(std::cout, measured.whereabouts, whereaboutsVariants());
     }
     if (!measured.foreign.empty()) {
         writeHeading("Other libraries over the same model");
