@@ -1,5 +1,7 @@
 #include "benchmarks/Walks.h"
 
+#include <benchmark/benchmark.h>
+
 #include <vector>
 
 namespace nuv::zero::benchmarks {
@@ -57,12 +59,6 @@ std::shared_ptr<traversal::TraversalResult> run(const Walk& walk) {
 void add(Checksum& checksum, const traversal::Link& link) {
     checksum.add(link.getSource().get(), link.getProperty().get(), link.getTarget().get(),
                  link.shouldCascade());
-}
-
-/// Keeps the compiler from leaving out what was asked for.
-void nothingMore(std::size_t depth, traversal::Meeting meeting) {
-    static volatile std::size_t seen = 0;
-    seen = depth + static_cast<std::size_t>(meeting);
 }
 
 void addInSteps(Checksum& checksum, traversal::LinkRange& range) {
@@ -126,7 +122,8 @@ Checksum walkLibrary(const Walk& walk) {
             case Loop::Where:
                 for (const traversal::Link& link : range) {
                     add(checksum, link);
-                    nothingMore(range.depth(), range.meeting());
+                    benchmark::DoNotOptimize(range.depth());
+                    benchmark::DoNotOptimize(range.meeting());
                 }
                 break;
             case Loop::InSteps:
