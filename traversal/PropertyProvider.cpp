@@ -12,6 +12,7 @@ PropertyProvider& PropertyProvider::operator=(const PropertyProvider& other) {
     // Copied first, so that a failure changes nothing.
     auto settingsCache = other.settingsCache_;
     rules_ = other.rules_;
+    latest_ = nullptr;
     settingsCache_ = std::move(settingsCache);
     return *this;
 }

@@ -83,8 +83,12 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
 
     /// The settings without a pointer; the reference lasts as long as the provider.
     const std::vector<AssociationSetting>& settingsOf(const Class& type) {
+        // Elements of one class come in rows.
+        if (latest_ != nullptr && latestClass_.get() == type) return *latest_;
         const Settings* known = settingsCache_.find(type);
-        return known != nullptr ? **known : *compute(type);
+        latest_ = (known != nullptr ? *known : compute(type)).get();
+        latestClass_ = internal::Lent<Class>(type);
+        return *latest_;
     }
     MODELING_NUV0_TRAVERSAL_LOCAL const Settings& compute(const Class& type);
     /// The settings of a class that elements were met of; null for any other. Asks nobody.
@@ -108,6 +112,9 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
     std::shared_ptr<const IndexedRules> rules_;
     bool isAskedItself_ = true;
     internal::FlatMap<Class, Class, Settings, internal::WalkSupport::Hash<Class>> settingsCache_;
+    /// The answer that was given last.
+    internal::Lent<Class> latestClass_;
+    const std::vector<AssociationSetting>* latest_ = nullptr;
 };
 
 }  // namespace nuv::zero::traversal

@@ -33,8 +33,6 @@ inline void Cursor::leaveProperty() {
 /// An observer may prune everything while it is told of a property; that property is still read,
 /// and left if it is empty.
 Cursor::Step Cursor::advance(std::size_t& budget) {
-    valueCount_ = 0;
-    if (isFinished_) return Step::Over;
     if (place_ == Place::InProperty) {
         leaveProperty();
     } else if (place_ == Place::BeforeFirst) {
@@ -71,10 +69,11 @@ bool Cursor::isPruned(const meta::Property& property) const {
     return pruned_->count(property) != 0;
 }
 
-void Cursor::exitElement() {
+void Cursor::tellExit() {
+    if (!isFinished_ || place_ == Place::BeforeFirst || hasToldExit_) return;
     // Before the event: an observer that throws does not get it again.
     hasToldExit_ = true;
-    if (observer_ != nullptr) observer_->onExitElement(element());
+    observer_->onExitElement(element());
 }
 
 /// Leaves the current link as it is: links below it are still named after it.

@@ -61,12 +61,14 @@ class Cursor {
 
     /// Moves on to the next link. Each property without values on the way takes one off the budget.
     Step step(std::size_t& budget) {
-        return ++valueIndex_ < valueCount_ ? Step::Link : advance(budget);
+        if (++valueIndex_ < valueCount_) return Step::Link;
+        valueCount_ = 0;
+        return isFinished_ ? Step::Over : advance(budget);
     }
     /// Whether no link is left. The first such answer tells the observer that the element is left,
     /// unless the cursor was finished before its first step.
     bool processedAll() {
-        if (isFinished_ && place_ != Place::BeforeFirst && !hasToldExit_) exitElement();
+        if (observer_ != nullptr) tellExit();
         return isFinished_;
     }
     bool isFinished() const noexcept { return isFinished_; }
@@ -110,7 +112,7 @@ class Cursor {
     Step advance(std::size_t& budget);
     bool isPruned(const meta::Property& property) const;
     void leaveProperty();
-    void exitElement();
+    void tellExit();
     Lent<ModelElement> targetAt(std::size_t index) const {
         return Lent<ModelElement>::adopt(values_.lend(index));
     }

@@ -20,6 +20,7 @@ LinkQueue::LinkQueue(const LinkQueue& other) : head_(other.head_), size_(other.s
         blocks_.push_back(
             std::make_shared<Block>(**(firstBlock + static_cast<std::ptrdiff_t>(end / blockSize))));
     }
+    if (size_ != 0) front_ = &at(head_);
 }
 
 void LinkQueue::addBlock() {
@@ -45,6 +46,7 @@ void LinkQueue::dropBlock() noexcept {
     }
     ++first_;
     head_ = 0;
+    if (size_ != 0) front_ = &at(0);
 }
 
 bool LinkQueue::hasSameLinks(const LinkQueue& other) const noexcept {

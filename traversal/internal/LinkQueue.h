@@ -71,10 +71,10 @@ class LinkQueue {
     }
     /// The link at a place behind the front. REQUIRES: `index` is below `size()`.
     const Place& operator[](std::size_t index) const noexcept {
-        const std::size_t place = head_ + index;
-        return (*blocks_[first_ + place / blockSize])[place % blockSize];
+        return head_ + index < blockSize ? front_[index] : at(head_ + index);
     }
-    const Place& front() const noexcept { return (*this)[0]; }
+    /// REQUIRES: not empty.
+    const Place& front() const noexcept { return *front_; }
 
     /// Makes sure that the next `push` allocates nothing.
     void reserveOne() {
@@ -82,12 +82,13 @@ class LinkQueue {
     }
     /// REQUIRES: `reserveOne` was called.
     void push(const Place& place) noexcept {
-        const std::size_t end = head_ + size_;
-        (*blocks_[first_ + end / blockSize])[end % blockSize] = place;
-        ++size_;
+        Place& end = at(head_ + size_);
+        end = place;
+        if (size_++ == 0) front_ = &end;
     }
     void pop() noexcept {
         --size_;
+        ++front_;
         if (++head_ == blockSize) dropBlock();
     }
 
@@ -98,6 +99,10 @@ class LinkQueue {
     static constexpr std::size_t blockSize = 256;
     using Block = std::array<Place, blockSize>;
 
+    /// REQUIRES: the place is counted from the beginning of the first block.
+    Place& at(std::size_t place) const noexcept {
+        return (*blocks_[first_ + place / blockSize])[place % blockSize];
+    }
     void addBlock();
     void dropBlock() noexcept;
 
@@ -107,6 +112,8 @@ class LinkQueue {
     /// Where the front stands in the first block.
     std::size_t head_ = 0;
     std::size_t size_ = 0;
+    /// The link at the front, which every step asks for; any address where there is none.
+    const Place* front_ = nullptr;
     /// A block to be used again, so that a queue that stays short allocates once.
     std::shared_ptr<Block> spare_;
 };

@@ -88,7 +88,7 @@ Progress Walk::advanceWithin(std::size_t& steps) {
     return goOn();
 }
 
-Progress Walk::goOn() {
+inline Progress Walk::goOn() {
     while (true) {
         if (isToExplore() && !reach_->explore(*this, result_->inputs_)) return Progress::Paused;
         switch (store_->advance(*this)) {
