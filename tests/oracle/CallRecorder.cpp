@@ -82,6 +82,21 @@ void CallRecorder::event(int observer, Event event, int element, int property) {
     called(line);
 }
 
+void CallRecorder::link(int listener, const IndexedLink& link, Told fate, std::size_t filter) {
+    constexpr std::array fates = {"reported",    "silent",   "repeated",
+                                  "left out as", "filtered", "not descended into"};
+    std::string line = "listener " + std::to_string(listener) + " hears of " + describe(link) +
+                       ": " + fates.at(static_cast<std::size_t>(fate));
+    if (fate == Told::Filtered) line += " by " + std::to_string(filter);
+    called(line);
+}
+
+void CallRecorder::prune(int listener, const IndexedLink& current, const ToldPrune& prune) {
+    called("listener " + std::to_string(listener) + " hears of prune " +
+           std::to_string(prune.pruning) + " on " + describe(current) + " of " +
+           propertyName(prune.property) + ": " + std::to_string(prune.outcome));
+}
+
 void CallRecorder::writeCurrentException() {
     try {
         throw;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <utility>
@@ -12,8 +13,9 @@ namespace nuv::zero::oracle {
 /// What a callback throws when it is told to fail.
 struct CallbackFailure {};
 
-/// Acts as the predicates, filters, boundaries and observers of a case, and writes down what
-/// happens, in order. The oracle and the engine have one each; the two records have to be equal.
+/// Acts as the predicates, filters, boundaries, observers and listeners of a case, and writes down
+/// what happens, in order. The oracle and the engine have one each; the two records have to be
+/// equal.
 class CallRecorder final : public Callbacks {
   public:
     explicit CallRecorder(const PlainWorld& world)
@@ -27,6 +29,9 @@ class CallRecorder final : public Callbacks {
     /// refuses every other link into an element, so that a later one may enter it.
     bool boundary(int boundary, const IndexedLink& link) override;
     void event(int observer, Event event, int element, int property = none) override;
+
+    void link(int listener, const IndexedLink& link, Told fate, std::size_t filter) override;
+    void prune(int listener, const IndexedLink& current, const ToldPrune& prune) override;
 
     /// Says where the walk under way stands while it calls; none where nobody can know.
     std::function<std::string()> whereabouts;

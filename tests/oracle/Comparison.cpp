@@ -151,6 +151,8 @@ class Comparison {
             if (choices_.percent(40)) addFilter(result);
         }
         if (choices_.percent(40)) setUniqueness(result);
+        if (choices_.percent(15)) listen(result);
+        if (choices_.percent(20)) trace(result);
         if (choices_.percent(35)) addBoundary(result);
         if (choices_.percent(15)) setUpTo(result);
         if (choices_.percent(40)) rememberPaths(result);
@@ -160,6 +162,21 @@ class Comparison {
         const int observer = choices_.upTo(observers) - 1;
         both("result " + std::to_string(result) + ": observer " + std::to_string(observer),
              [&](Side& side) { side.attach(result, observer); });
+    }
+
+    void listen(int result) {
+        const auto event = static_cast<Event>(choices_.upTo(5));
+        // Numbered apart from the observers.
+        const int hearer = observers + choices_.upTo(2);
+        both("result " + std::to_string(result) + ": " + std::to_string(hearer) + " for event " +
+                 std::to_string(static_cast<int>(event)),
+             [&](Side& side) { side.listen(result, event, hearer); });
+    }
+
+    void trace(int result) {
+        const int listener = choices_.upTo(observers - 1);
+        both("result " + std::to_string(result) + ": listener " + std::to_string(listener),
+             [&](Side& side) { side.trace(result, listener); });
     }
 
     void addFilter(int result) {
@@ -302,7 +319,7 @@ class Comparison {
     /// Changes what walks under way may or may not see.
     void change() {
         const int result = choices_.index(static_cast<std::size_t>(results_));
-        switch (choices_.upTo(8)) {
+        switch (choices_.upTo(10)) {
             case 0:
                 addFilter(result);
                 break;
@@ -314,6 +331,12 @@ class Comparison {
                 break;
             case 6:
                 rememberPaths(result);
+                break;
+            case 7:
+                listen(result);
+                break;
+            case 8:
+                trace(result);
                 break;
             case 1:
                 setUniqueness(result);

@@ -72,6 +72,29 @@ class Observer : public TraversalProcessor {
     CallRecorder& recorder_;
 };
 
+/// Hands what becomes of links and of calls that prune to the recorder.
+class Listener : public traversal::WalkListener {
+  public:
+    Listener(int index, const EngineModel& model, CallRecorder& recorder)
+        : index_(index), model_(model), recorder_(recorder) {}
+
+    void onLink(const traversal::WalkView& /*walk*/, const Link& link, traversal::Fate fate,
+                std::size_t filter) override {
+        recorder_.link(index_, model_.stepOf(link), static_cast<Told>(fate), filter);
+    }
+    void onPrune(const traversal::WalkView& /*walk*/, const Link& link, traversal::Pruning pruning,
+                 const meta::Property& property, traversal::Pruned outcome) override {
+        recorder_.prune(index_, model_.stepOf(link),
+                        {static_cast<int>(pruning), property ? model_.indexOf(property) : none,
+                         static_cast<int>(outcome)});
+    }
+
+  private:
+    int index_;
+    const EngineModel& model_;
+    CallRecorder& recorder_;
+};
+
 using Builder =
     std::variant<std::shared_ptr<AdditiveTraversalImpl>, std::shared_ptr<CompositionTraversalImpl>,
                  std::shared_ptr<SubtractiveTraversalImpl>>;
@@ -86,7 +109,10 @@ class EngineSide : public Side {
   public:
     EngineSide(const PlainWorld& world, Kind kind)
         : Side(world), world_(world), model_(world), builder_(makeBuilder(kind)) {
-        for (int index = 0; index < 2; ++index) observers_.emplace_back(index, model_, recorder);
+        for (int index = 0; index < 2; ++index) {
+            observers_.emplace_back(index, model_, recorder);
+            listeners_.emplace_back(index, model_, recorder);
+        }
     }
 
     void rule(const RuleOperation& rule) override {
@@ -116,6 +142,39 @@ class EngineSide : public Side {
         ResultSetup(at(result))
             .observe(observer == none ? nullptr
                                       : &observers_.at(static_cast<std::size_t>(observer)));
+    }
+    void listen(int result, Event event, int hearer) override {
+        const auto ofElement = [this, event, hearer](const ModelElement& element) {
+            recorder.event(hearer, event, model_.indexOf(element));
+        };
+        const auto ofProperty = [this, event, hearer](const ModelElement& element,
+                                                      const meta::Property& property) {
+            recorder.event(hearer, event, model_.indexOf(element), model_.indexOf(property));
+        };
+        ResultSetup setup(at(result));
+        switch (event) {
+            case Event::EnterInput:
+                setup.onEnterInputElement(ofElement);
+                break;
+            case Event::EnterElement:
+                setup.onEnterElement(ofElement);
+                break;
+            case Event::EnterProperty:
+                setup.onEnterProperty(ofProperty);
+                break;
+            case Event::ExitProperty:
+                setup.onExitProperty(ofProperty);
+                break;
+            case Event::ExitElement:
+                setup.onExitElement(ofElement);
+                break;
+            case Event::ExitInput:
+                setup.onExitInputElement(ofElement);
+                break;
+        }
+    }
+    void trace(int result, int listener) override {
+        ResultSetup(at(result)).trace(&listeners_.at(static_cast<std::size_t>(listener)));
     }
     void addFilter(int result, int filter) override {
         std::function<ResultPolicy(Link)> function;
@@ -230,7 +289,7 @@ class EngineSide : public Side {
     template <class Prune>
     void prune(int place, Prune prune) {
         const auto& walk = (*walks_.at(place)).*pointerTo(testing_support::WalkOfContext());
-        writePruned(walk ? static_cast<int>(prune(*walk)) : 0);
+        goOn(place, [&] { writePruned(walk ? static_cast<int>(prune(*walk)) : 0); });
     }
     std::vector<IndexedLink> stepsOf(const std::vector<Link>& links) const {
         std::vector<IndexedLink> steps;
@@ -287,6 +346,7 @@ class EngineSide : public Side {
     EngineModel model_;
     Builder builder_;
     std::deque<Observer> observers_;
+    std::deque<Listener> listeners_;
     std::vector<std::shared_ptr<TraversalResult>> results_;
     std::map<int, std::unique_ptr<IterationContext>> walks_;
     std::vector<Link> held_;

@@ -30,7 +30,7 @@ struct NaiveCursor {
     IndexedLink link() const { return {element, property(), values.at(valueIndex)}; }
 
     int element = none;
-    int observer = none;
+    Hearers hearers;
     bool reportedSelf = false;
     bool started = false;
     bool finished = false;
@@ -46,7 +46,11 @@ struct NaiveCursor {
   private:
     void leaveProperty(Callbacks& callbacks, int left);
     void notify(Callbacks& callbacks, Event event, int about = none) const {
-        if (observer != none) callbacks.event(observer, event, element, about);
+        for (const Hearer& hearer : hearers) {
+            if (!hearer.only || *hearer.only == event) {
+                callbacks.event(hearer.index, event, element, about);
+            }
+        }
     }
 };
 

@@ -91,7 +91,10 @@ Ending NaiveWalk::takeLinks(const IndexedLink& link) {
         IndexedLink child = cursor.link();
         child.cascade = false;
         place_ = child;
-        if (hasEntered(child.target) || !leadsOn(child)) {
+        const bool isNew = !hasEntered(child.target);
+        const bool isRefused = isNew && !leadsOn(child);
+        if (isRefused) tell(child, Told::NotDescended);
+        if (!isNew || isRefused) {
             child.refused = !hasEntered(child.target);
             place_ = child;
             callbacks_->remember();
@@ -111,7 +114,7 @@ Ending NaiveWalk::takeLinks(const IndexedLink& link) {
 }
 
 Ending NaiveWalk::startNextInput() {
-    if (currentInput_ != none) notify(result_->observer, Event::ExitInput, currentInput_);
+    if (currentInput_ != none) notify(Event::ExitInput, currentInput_);
     if (nextInput_ == result_->inputs.size()) {
         current_ = IndexedLink();
         ended_ = true;
@@ -119,7 +122,7 @@ Ending NaiveWalk::startNextInput() {
     }
     currentInput_ = result_->inputs[nextInput_];
     ++nextInput_;
-    notify(result_->observer, Event::EnterInput, currentInput_);
+    notify(Event::EnterInput, currentInput_);
     callbacks_->remember();
     push(IndexedLink{none, none, currentInput_, true});
     inputWaits_ = true;
@@ -142,7 +145,7 @@ NaiveCursor& NaiveWalk::enter(const IndexedLink& link) {
         cursor.settings = result_->provider->settingsOf(classOf(link.target), *callbacks_);
     }
     cursor.element = link.target;
-    cursor.observer = result_->observer;
+    cursor.hearers = result_->hearers;
     enteredBy_[link.target] = link;
     return cursors_.emplace(link.target, cursor).first->second;
 }
@@ -151,11 +154,30 @@ bool NaiveWalk::tryReport(const IndexedLink& link) {
     if (link.isEmpty()) return false;
     if (link.property != none &&
         result_->provider->resultPolicy(classOf(link.source), link.property, *callbacks_) == 0) {
+        tell(link, Told::Silent);
         return false;
     }
-    if (!isUnseen(link) || !passesFilters(link)) return false;
+    std::size_t filter = 0;
+    const Told fate = fateOf(link, filter);
+    tell(link, fate, filter);
+    if (fate != Told::Reported) return false;
     current_ = link;
     return true;
+}
+
+Told NaiveWalk::fateOf(const IndexedLink& link, std::size_t& filter) {
+    if (!isUnseen(link)) return Told::Repeated;
+    if (result_->dropsPseudoLinks && link.property == none) return Told::PseudoLinkLeftOut;
+    for (filter = 0; filter < result_->filters.size(); ++filter) {
+        if (callbacks_->filter(result_->filters[filter], link) == 0) return Told::Filtered;
+    }
+    return Told::Reported;
+}
+
+void NaiveWalk::tell(const IndexedLink& link, Told fate, std::size_t filter) {
+    for (std::size_t index = 0; index < result_->listeners.size(); ++index) {
+        callbacks_->link(result_->listeners[index], link, fate, filter);
+    }
 }
 
 bool NaiveWalk::isUnseen(const IndexedLink& link) {
@@ -173,12 +195,6 @@ bool NaiveWalk::isUnseenWithOpposite(const IndexedLink& link) {
     if (opposite == none) return true;
     callbacks_->remember();
     return seenLinks_.emplace(link.target, opposite, link.source).second;
-}
-
-bool NaiveWalk::passesFilters(const IndexedLink& link) {
-    if (result_->dropsPseudoLinks && link.property == none) return false;
-    return std::all_of(result_->filters.begin(), result_->filters.end(),
-                       [&](int filter) { return callbacks_->filter(filter, link) != 0; });
 }
 
 bool NaiveWalk::equals(const NaiveWalk& other) const {
@@ -281,7 +297,7 @@ void NaiveWalk::addAt(std::size_t distance, int element) {
 
 /// Cut only where something was left to be looked at: further values, or properties to come,
 /// whether they have values or not.
-Cutting NaiveWalk::pruneAllChildren() {
+Cutting NaiveWalk::cutAllChildren() {
     callbacks_->remember();
     if (!hasEntered(current_.target)) return Cutting::Nothing;
     NaiveCursor& cursor = cursors_.at(current_.target);
@@ -293,10 +309,10 @@ Cutting NaiveWalk::pruneAllChildren() {
     const bool hasMore = toCome < cursor.settings->size() ||
                          (isReading && cursor.valueIndex + 1 < cursor.values.size());
     cursor.finished = true;
-    return noting(hasMore ? Cutting::Cut : otherwise);
+    return hasMore ? Cutting::Cut : otherwise;
 }
 
-Cutting NaiveWalk::pruneChildren(int property) {
+Cutting NaiveWalk::cutChildren(int property) {
     callbacks_->remember();
     if (!hasEntered(current_.target)) return Cutting::Nothing;
     NaiveCursor& cursor = cursors_.at(current_.target);
@@ -305,12 +321,12 @@ Cutting NaiveWalk::pruneChildren(int property) {
     if (cursor.finished) return otherwise;
     const bool isOnProperty = cursor.inProperty || !cursor.started;
     if (isOnProperty && cursor.isAtProperty() && cursor.property() == property) {
-        return noting(cursor.pruneCurrentProperty());
+        return cursor.pruneCurrentProperty();
     }
     const bool isNew = cursor.prunedProperties.insert(property).second;
     for (std::size_t index = cursor.propertyIndex; index < cursor.settings->size(); ++index) {
         if (isNew && cursor.settings->at(index).property == property) {
-            return noting(Cutting::Cut);
+            return Cutting::Cut;
         }
     }
     return otherwise;
@@ -318,12 +334,36 @@ Cutting NaiveWalk::pruneChildren(int property) {
 
 Cutting NaiveWalk::pruneSiblings() {
     callbacks_->remember();
-    if (current_.source == none) return Cutting::Nothing;
-    return noting(cursors_.at(current_.source).pruneCurrentProperty());
+    if (current_.source == none) return tell(2, none, Cutting::Nothing);
+    NaiveCursor& cursor = cursors_.at(current_.source);
+    const bool isAtProperty = left_.count(current_.source) == 0 && cursor.isAtProperty();
+    const int property = isAtProperty ? cursor.property() : none;
+    return tell(2, property, cursor.pruneCurrentProperty());
 }
 
-void NaiveWalk::notify(int observer, Event event, int element, int property) {
-    if (observer != none) callbacks_->event(observer, event, element, property);
+Cutting NaiveWalk::pruneAllChildren() {
+    return tell(0, none, cutAllChildren());
+}
+
+Cutting NaiveWalk::pruneChildren(int property) {
+    return tell(1, property, cutChildren(property));
+}
+
+Cutting NaiveWalk::tell(int pruning, int property, Cutting cutting) {
+    wasCut_ = wasCut_ || cutting == Cutting::Cut;
+    if (!result_) return cutting;
+    const ToldPrune prune{pruning, property, static_cast<int>(cutting)};
+    for (std::size_t index = 0; index < result_->listeners.size(); ++index) {
+        callbacks_->prune(result_->listeners[index], current_, prune);
+    }
+    return cutting;
+}
+
+void NaiveWalk::notify(Event event, int element) {
+    for (const Hearer& hearer : result_->hearers) {
+        if (!hearer.only || *hearer.only == event)
+            callbacks_->event(hearer.index, event, element, none);
+    }
 }
 
 int NaiveWalk::classOf(int element) const {

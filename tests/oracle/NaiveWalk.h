@@ -18,7 +18,8 @@ namespace nuv::zero::oracle {
 /// What walks share.
 struct NaiveResult {
     std::shared_ptr<NaiveProvider> provider;
-    int observer = none;
+    Hearers hearers;
+    std::vector<int> listeners;
     std::vector<int> inputs;
     bool dropsPseudoLinks = false;
     std::vector<int> filters;
@@ -60,6 +61,8 @@ class NaiveWalk {
     bool hasEnded() const { return ended_; }
     bool equals(const NaiveWalk& other) const;
 
+    // Each tells the listeners what became of it.
+
     Cutting pruneAllChildren();
     Cutting pruneChildren(int property);
     Cutting pruneSiblings();
@@ -92,7 +95,9 @@ class NaiveWalk {
     bool tryReport(const IndexedLink& link);
     bool isUnseen(const IndexedLink& link);
     bool isUnseenWithOpposite(const IndexedLink& link);
-    bool passesFilters(const IndexedLink& link);
+    /// What becomes of a link that is to be reported, and which filter leaves it out.
+    Told fateOf(const IndexedLink& link, std::size_t& filter);
+    void tell(const IndexedLink& link, Told fate, std::size_t filter = 0);
     const IndexedLink& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
     void pop() { frontier_.erase(isDepthFirst() ? frontier_.end() - 1 : frontier_.begin()); }
     void push(const IndexedLink& link) { frontier_.push_back(link); }
@@ -102,15 +107,17 @@ class NaiveWalk {
     bool needsDistances() const {
         return upTo_ && (isDepthFirst() || result_->inputs.size() != 1 || wasCut_);
     }
-    Cutting noting(Cutting cutting) {
-        wasCut_ = wasCut_ || cutting == Cutting::Cut;
-        return cutting;
-    }
     bool findDistances();
     void addAt(std::size_t distance, int element);
+
+    // Prunes.
+    Cutting cutAllChildren();
+    Cutting cutChildren(int property);
+    Cutting tell(int pruning, int property, Cutting cutting);
+
     bool goesOnFrom(const IndexedLink& link);
 
-    void notify(int observer, Event event, int element, int property = none);
+    void notify(Event event, int element);
     int classOf(int element) const;
 
     const PlainWorld* world_;

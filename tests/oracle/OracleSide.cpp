@@ -35,7 +35,15 @@ class OracleSide : public Side {
     void copyResult(int result) override {
         results_.push_back(std::make_shared<NaiveResult>(*at(result)));
     }
-    void attach(int result, int observer) override { at(result)->observer = observer; }
+    void attach(int result, int observer) override {
+        Hearers& hearers = at(result)->hearers;
+        std::erase_if(hearers, [](const Hearer& hearer) { return !hearer.only; });
+        if (observer != none) hearers.push_back({observer, {}});
+    }
+    void listen(int result, Event event, int hearer) override {
+        at(result)->hearers.push_back({hearer, event});
+    }
+    void trace(int result, int listener) override { at(result)->listeners.push_back(listener); }
     void addFilter(int result, int filter) override { at(result)->filters.push_back(filter); }
     void setUniqueness(int result, int mode) override { at(result)->uniqueness = mode; }
     void addBoundary(int result, int boundary) override {
@@ -76,13 +84,13 @@ class OracleSide : public Side {
     }
     void assign(int to, int from) override { copy(to, from); }
     void pruneAllChildren(int place) override {
-        writePruned(static_cast<int>(walkAt(place).pruneAllChildren()));
+        goOn(place, [&] { writePruned(static_cast<int>(walkAt(place).pruneAllChildren())); });
     }
     void pruneChildren(int place, int property) override {
-        writePruned(static_cast<int>(walkAt(place).pruneChildren(property)));
+        goOn(place, [&] { writePruned(static_cast<int>(walkAt(place).pruneChildren(property))); });
     }
     void pruneSiblings(int place) override {
-        writePruned(static_cast<int>(walkAt(place).pruneSiblings()));
+        goOn(place, [&] { writePruned(static_cast<int>(walkAt(place).pruneSiblings())); });
     }
 
     void hold(int place) override { held_.push_back(current(place)); }

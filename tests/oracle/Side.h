@@ -26,6 +26,9 @@ class Side {
     virtual void run(const std::vector<int>& inputs, int algo, bool onCopy) = 0;
     virtual void copyResult(int result) = 0;
     virtual void attach(int result, int observer) = 0;
+    /// Something for one event alone.
+    virtual void listen(int result, Event event, int hearer) = 0;
+    virtual void trace(int result, int listener) = 0;
     virtual void addFilter(int result, int filter) = 0;
     virtual void setUniqueness(int result, int mode) = 0;
     virtual void addBoundary(int result, int boundary) = 0;

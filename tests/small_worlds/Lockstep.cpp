@@ -137,7 +137,7 @@ Lockstep::Lockstep(const Scene& scene, const EngineModel& model, Kind kind, Algo
     }
     oracleResult_ = std::make_shared<oracle::NaiveResult>();
     oracleResult_->provider = std::make_shared<oracle::NaiveProvider>(world_, std::move(rules));
-    oracleResult_->observer = 0;
+    oracleResult_->hearers.push_back({0, {}});
     oracleResult_->inputs = scene.inputs;
     oracleResult_->algo = static_cast<int>(order);
 }

@@ -90,7 +90,7 @@ std::shared_ptr<oracle::NaiveResult> OracleGround::result(const oracle::Rules& r
                                                           traversal::Algo order) const {
     auto result = std::make_shared<oracle::NaiveResult>();
     result->provider = std::make_shared<oracle::NaiveProvider>(world_, rules);
-    if (observer != nullptr) result->observer = 0;
+    if (observer != nullptr) result->hearers.push_back({0, {}});
     for (const ModelElement& input : inputs) result->inputs.push_back(indexOf(input));
     result->dropsPseudoLinks = rules.pseudoLinkPolicy == 0;
     for (std::size_t index = 0; index < filters.size(); ++index) {

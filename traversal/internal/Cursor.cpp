@@ -33,12 +33,12 @@ inline void Cursor::leaveProperty() {
 /// An observer may prune everything while it is told of a property; that property is still read,
 /// and left if it is empty.
 Cursor::Step Cursor::advance(std::size_t& budget) {
-    if (place_ == Place::InProperty) {
-        leaveProperty();
-    } else if (place_ == Place::BeforeFirst) {
+    if (place_ == Place::BeforeFirst) {
         if (observer_ != nullptr) observer_->onEnterElement(element());
         // Behind the event, for the same reason.
         place_ = Place::Between;
+    } else if (place_ != Place::Between) {
+        leaveProperty();
     }
     values_.clear();
     while (settingsLeft_ != 0 && !isFinished_) {
@@ -53,6 +53,7 @@ Cursor::Step Cursor::advance(std::size_t& budget) {
                 values_ = std::move(values);
                 valueCount_ = count;
                 valueIndex_ = 0;
+                place_ = Place::AmongValues;
                 return Step::Link;
             }
         }
@@ -79,7 +80,7 @@ void Cursor::tellExit() {
 /// Leaves the current link as it is: links below it are still named after it.
 Pruned Cursor::pruneAllChildren() noexcept {
     // A property that is being entered counts as one to come.
-    const std::uint32_t current = place_ == Place::InProperty && valueCount_ != 0 ? 1 : 0;
+    const std::uint32_t current = place_ == Place::AmongValues ? 1 : 0;
     const bool hasMore = !isFinished_ && (settingsLeft_ > current || valueIndex_ + 1 < valueCount_);
     isFinished_ = true;
     valueCount_ = std::min(valueCount_, valueIndex_ + 1);

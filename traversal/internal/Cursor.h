@@ -106,8 +106,9 @@ class Cursor {
   private:
     using Properties = std::unordered_set<meta::Property>;
     static constexpr std::size_t beforeFirst = static_cast<std::size_t>(-1);
-    /// Where the cursor is with regard to its properties.
-    enum class Place : std::uint8_t { BeforeFirst, InProperty, Between };
+    /// Where the cursor is with regard to its properties; it is in a property from when it is
+    /// entered, and among its values once they have been read.
+    enum class Place : std::uint8_t { BeforeFirst, InProperty, AmongValues, Between };
 
     Step advance(std::size_t& budget);
     bool isPruned(const meta::Property& property) const;

@@ -3,7 +3,9 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "tests/support/ModelBuilder.h"
 #include "tests/support/WalkLog.h"
@@ -202,6 +204,31 @@ TEST_F(WalkPruneTest, EventsOfPrunedElementsAreThoseOfTheirCursors) {
                      "enter C.y", "exit C.y", "exit C",    "exit A.x", "enter A.y", "enter D",
                      "enter D.x", "exit D.x", "enter D.y", "exit D.y", "exit D",    "exit A.y",
                      "exit A",    "done A"}));
+}
+
+/// An element whose last property had run out, but whose exit event had failed, was said to be cut.
+TEST_F(WalkPruneTest, NothingIsCutWhereTheLastPropertyHasRunOut) {
+    for (const Algo order : {Algo::DepthFirstPreOrder, Algo::BreadthFirst}) {
+        const auto result = Spec::additiveTraversal()
+                                ->traverse(m["Node.x"], ResultPolicy::Report)
+                                ->run({m("A")}, order);
+        bool fails = true;
+        ResultSetup(result)
+            .onExitProperty([&](const ModelElement&, const Property&) {
+                if (std::exchange(fails, false)) throw std::runtime_error("exit");
+            })
+            .filter([&](const Link& link) { return link.getTarget() == m("A"); });
+        LinkRange walk = links(result);
+        auto step = walk.begin();
+        try {
+            ++step;
+        } catch (const std::runtime_error&) {
+            fails = false;
+        }
+        // Breadth-first it is A that has run out; depth-first C, whose link was not reported.
+        const Pruned expected = order == Algo::BreadthFirst ? Pruned::TooLate : Pruned::Cut;
+        EXPECT_EQ(walk.pruneAllChildren(), expected);
+    }
 }
 
 }  // namespace
