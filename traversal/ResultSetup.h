@@ -78,14 +78,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
     }
     ResultSetup& unique(UniquenessMode mode);
 
-    /// Adds a boundary: a predicate that is asked once for each link with a property that would
-    /// enter its target, and says whether it does. Where it answers no, the link is reported as any
-    /// other, with `shouldCascade()` false, and its target is not entered: a later link may enter
-    /// it. Inputs are always entered. Several predicates must all agree; the first that does not
-    /// ends the question.
+    /// Adds a predicate that draws boundaries: it is asked once for each link with a property that
+    /// would enter its target, and says whether it does. Where it answers no, the link is reported
+    /// as any other, with `shouldCascade()` false, and its target is not entered: a later link may
+    /// enter it. Inputs are always entered. Several predicates must all agree; the first that does
+    /// not ends the question.
     ///
-    ///     ResultSetup(result).descend([&](const Link& link) { return isInside(link.getTarget());
-    ///     });
+    ///     ResultSetup(result).descend([&](const Link& link) { return isInside(link); });
     ///
     /// Asked before the target is entered, so before the link is tried and before events of its
     /// target. A predicate that throws ends the step; the link is lost. For a predicate that looks
@@ -96,12 +95,14 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
     /// reports the inputs themselves, 1 the links that leave them. The same links in every order.
     /// The last call wins; walks under way do not see it.
     ///
-    /// Distances are counted in links that the rules follow and that boundaries let pass; what the
-    /// caller prunes, filters and policies take no part. A breadth-first walk from one input knows
-    /// them as it goes. Any other walk begins with a silent breadth-first pass from all inputs, up
-    /// to the distance: it costs about as much as that part of the walk, asks boundaries besides,
-    /// and is part of the first step. To a boundary that asks, the walk stands on no link then, and
-    /// has entered nothing.
+    /// Distances are counted in links that the rules follow and that boundaries let pass; filters
+    /// and policies take no part. A breadth-first walk from one input counts on the way that it
+    /// goes: where the caller has pruned the shortest way to an element, or an exception has lost a
+    /// link of it, the element is as far as the way by which the walk enters it. Any other walk
+    /// takes no heed of what is pruned or lost: it begins with a silent breadth-first pass from all
+    /// inputs, up to the distance, which costs about as much as that part of the walk, asks
+    /// boundaries besides, and is part of the first step. To a boundary that asks, the walk stands
+    /// on no link then, and has entered nothing.
     ResultSetup& upTo(std::size_t distance);
     /// Lets walks remember how they came to each element, for `path()` breadth-first and `pathTo()`
     /// in any order. Walks under way do not see it.
