@@ -222,6 +222,8 @@ class RandomRules {
         }
     }
     std::size_t size() const { return rules_.size(); }
+    PropertyMatcher matcher(std::size_t index) const { return matcherOf(rules_[index]); }
+    bool isPolicy(std::size_t index) const { return rules_[index].operation == 0; }
 
     template <class Builder>
     Builder give(Builder builder, std::size_t without = static_cast<std::size_t>(-1)) const {
@@ -281,6 +283,16 @@ std::vector<std::vector<std::pair<Property, ResultPolicy>>> followed(const test:
     return all;
 }
 
+/// Whether the rule of a property and an owner answers for one of the classes.
+template <class Builder>
+bool answers(const test::ModelBuilder& m, const Builder& builder, const PropertyMatcher& matcher) {
+    return std::ranges::any_of(m.classes(), [&](const Class& type) {
+        const Explanation explained = explain(*builder, type);
+        const ExplainedProperty* found = explained.find(matcher.getProperty());
+        return found != nullptr && found->rule && found->rule->owner == matcher.getOwner();
+    });
+}
+
 template <class Make>
 void checkRandomRules(const test::ModelBuilder& m, const Make& make) {
     int useless = 0;
@@ -304,10 +316,37 @@ void checkRandomRules(const test::ModelBuilder& m, const Make& make) {
     EXPECT_LT(useless, all);
 }
 
+template <class Make>
+void checkWhoDecides(const test::ModelBuilder& m, const Make& make) {
+    int shadowed = 0;
+    int redundant = 0;
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        const RandomRules rules(m, seed);
+        const auto builder = rules.give(make());
+        for (const RuleFinding& finding : check(*builder, m.classes())) {
+            const bool isShadowed = finding.problem == RuleProblem::Shadowed;
+            const bool isRedundant = finding.problem == RuleProblem::Redundant;
+            if ((!isShadowed && !isRedundant) || rules.isPolicy(finding.rule - 1)) continue;
+            EXPECT_EQ(answers(m, builder, rules.matcher(finding.rule - 1)), isRedundant)
+                << "seed " << seed << ": " << finding.text;
+            shadowed += isShadowed ? 1 : 0;
+            redundant += isRedundant ? 1 : 0;
+        }
+    }
+    EXPECT_GT(shadowed, 5);
+    EXPECT_GT(redundant, 5);
+}
+
 TEST_F(RuleCheckTest, ExactlyTheRulesWhoseAbsenceChangesNothingAreCalledUseless) {
     checkRandomRules(m, [] { return Spec::additiveTraversal(); });
     checkRandomRules(m, [] { return Spec::compositionTraversal(); });
     checkRandomRules(m, [] { return Spec::subtractiveTraversal(); });
+}
+
+TEST_F(RuleCheckTest, ShadowedRulesDecideForNoClassAndRedundantOnesDo) {
+    checkWhoDecides(m, [] { return Spec::additiveTraversal(); });
+    checkWhoDecides(m, [] { return Spec::compositionTraversal(); });
+    checkWhoDecides(m, [] { return Spec::subtractiveTraversal(); });
 }
 
 }  // namespace
