@@ -35,13 +35,15 @@ void LinkRange::prepare() {
 
 /// Comes to the first link.
 void LinkRange::start() {
-    if (walk_) {
-        if (!walk_->hasEnded()) walk_->advance();
-    } else if (result_) {
+    const bool isNew = !walk_;
+    prepare();
+    if (walk_->hasEnded()) return;
+    try {
+        walk_->advance();
+    } catch (...) {
         // Made only together with its first step: one that throws leaves nothing behind.
-        walk_.emplace(result_);
-    } else {
-        walk_.emplace();
+        if (isNew) walk_.reset();
+        throw;
     }
 }
 

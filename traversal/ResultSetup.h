@@ -95,14 +95,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
     /// reports the inputs themselves, 1 the links that leave them. The same links in every order.
     /// The last call wins; walks under way do not see it.
     ///
-    /// Distances are counted in links that the rules follow and that boundaries let pass; filters
-    /// and policies take no part. A breadth-first walk from one input counts on the way that it
-    /// goes: where the caller has pruned the shortest way to an element, or an exception has lost a
-    /// link of it, the element is as far as the way by which the walk enters it. Any other walk
-    /// takes no heed of what is pruned or lost: it begins with a silent breadth-first pass from all
-    /// inputs, up to the distance, which costs about as much as that part of the walk, asks
-    /// boundaries besides, and is part of the first step. To a boundary that asks, the walk stands
-    /// on no link then, and has entered nothing.
+    /// Distances are counted in links that the rules follow and that boundaries let pass; what the
+    /// caller prunes, filters and policies take no part. A breadth-first walk from one input knows
+    /// them as it goes, until something is pruned; an exception that loses a link makes it take a
+    /// longer way for the distance. Then, and at the beginning of any other walk, comes a silent
+    /// breadth-first pass from all inputs, up to the distance: it costs about as much as that part
+    /// of the walk, asks boundaries besides, and is part of a step. To a boundary that asks at the
+    /// beginning, the walk stands on no link then, and has entered nothing.
     ResultSetup& upTo(std::size_t distance);
     /// Lets walks remember how they came to each element, for `path()` breadth-first and `pathTo()`
     /// in any order. Walks under way do not see it.

@@ -92,7 +92,7 @@ class MissedLinks {
         // What the rules say of a class that the walk does not go on from, it has never asked.
         const bool isKnown = associations.followed != nullptr;
         const bool isFollowed = associations.isFollowed(property);
-        if (!isKnown || (isFollowed && !walk_.mayLeave(source, distance_))) {
+        if (!isKnown || (isFollowed && !walk_.mayLeave(source))) {
             return add(link, Obstacle::OutOfReach);
         }
         if (!isFollowed) {

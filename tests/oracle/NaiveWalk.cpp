@@ -138,7 +138,7 @@ NaiveCursor& NaiveWalk::enter(const IndexedLink& link) {
     callbacks_->remember();
     NaiveCursor cursor;
     cursor.settings = std::make_shared<const std::vector<Setting>>();
-    if (mayLeave(link)) {
+    if (goesOnFrom(link)) {
         cursor.settings = result_->provider->settingsOf(classOf(link.target), *callbacks_);
     }
     cursor.element = link.target;
@@ -232,10 +232,11 @@ std::vector<IndexedLink> NaiveWalk::cycle() const {
     return links;
 }
 
-bool NaiveWalk::mayLeave(const IndexedLink& link) const {
+bool NaiveWalk::goesOnFrom(const IndexedLink& link) {
     if (!upTo_) return true;
-    if (needsDistances()) return distances_.count(link.target) != 0;
-    return (link.property == none ? 0 : depthOf(link.source) + 1) < *upTo_;
+    const std::size_t depth = link.property == none ? 0 : depthOf(link.source) + 1;
+    if (depth < *upTo_ || distances_.count(link.target) != 0) near_.insert(link.target);
+    return near_.count(link.target) != 0;
 }
 
 /// False when the budget is used up before all distances are known.
@@ -253,9 +254,9 @@ bool NaiveWalk::findDistances() {
             callbacks_->remember();
             NaiveCursor cursor;
             cursor.element = element;
+            ++nextFound_;
             cursor.settings = result_->provider->settingsOf(classOf(element), *callbacks_);
             silent_ = cursor;
-            ++nextFound_;
         }
         for (auto found = NaiveCursor::Step::Link; found != NaiveCursor::Step::Over;) {
             if (!spend()) return false;
@@ -292,7 +293,7 @@ Cutting NaiveWalk::pruneAllChildren() {
     const bool hasMore = toCome < cursor.settings->size() ||
                          (isReading && cursor.valueIndex + 1 < cursor.values.size());
     cursor.finished = true;
-    return hasMore ? Cutting::Cut : otherwise;
+    return noting(hasMore ? Cutting::Cut : otherwise);
 }
 
 Cutting NaiveWalk::pruneChildren(int property) {
@@ -304,11 +305,13 @@ Cutting NaiveWalk::pruneChildren(int property) {
     if (cursor.finished) return otherwise;
     const bool isOnProperty = cursor.inProperty || !cursor.started;
     if (isOnProperty && cursor.isAtProperty() && cursor.property() == property) {
-        return cursor.pruneCurrentProperty();
+        return noting(cursor.pruneCurrentProperty());
     }
     const bool isNew = cursor.prunedProperties.insert(property).second;
     for (std::size_t index = cursor.propertyIndex; index < cursor.settings->size(); ++index) {
-        if (isNew && cursor.settings->at(index).property == property) return Cutting::Cut;
+        if (isNew && cursor.settings->at(index).property == property) {
+            return noting(Cutting::Cut);
+        }
     }
     return otherwise;
 }
@@ -316,7 +319,7 @@ Cutting NaiveWalk::pruneChildren(int property) {
 Cutting NaiveWalk::pruneSiblings() {
     callbacks_->remember();
     if (current_.source == none) return Cutting::Nothing;
-    return cursors_.at(current_.source).pruneCurrentProperty();
+    return noting(cursors_.at(current_.source).pruneCurrentProperty());
 }
 
 void NaiveWalk::notify(int observer, Event event, int element, int property) {

@@ -99,10 +99,16 @@ class NaiveWalk {
     std::size_t depthOf(int element) const;
 
     // How far it goes.
-    bool needsDistances() const { return upTo_ && (isDepthFirst() || result_->inputs.size() != 1); }
+    bool needsDistances() const {
+        return upTo_ && (isDepthFirst() || result_->inputs.size() != 1 || wasCut_);
+    }
+    Cutting noting(Cutting cutting) {
+        wasCut_ = wasCut_ || cutting == Cutting::Cut;
+        return cutting;
+    }
     bool findDistances();
     void addAt(std::size_t distance, int element);
-    bool mayLeave(const IndexedLink& link) const;
+    bool goesOnFrom(const IndexedLink& link);
 
     void notify(int observer, Event event, int element, int property = none);
     int classOf(int element) const;
@@ -132,6 +138,10 @@ class NaiveWalk {
     std::set<int> left_;
 
     std::optional<std::size_t> upTo_;
+    /// Whether something was pruned, so that ways are no distances any more.
+    bool wasCut_ = false;
+    /// To which elements the walk has come near enough, also where entering one failed.
+    std::set<int> near_;
     /// The silent pass: what it found, in order, and at which distance; whose turn it is and who
     /// is next.
     std::vector<int> found_;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iterator>
 #include <ranges>
 #include <stdexcept>
@@ -54,6 +55,38 @@ TEST_F(LinkRangeTest, LoopOverATemporaryIsSafe) {
     Lines lines;
     for (const Link& link : links(run())) lines.push_back(text(link));
     EXPECT_EQ(lines, whole);
+}
+
+/// In the callbacks of its first step a range answered as if it had no walk.
+TEST_F(LinkRangeTest, StandsOnALinkInTheCallbacksOfItsFirstStep) {
+    const auto result = Spec::subtractiveTraversal()->depthFirstPostOrder({m("A")});
+    LinkRange walk = links(result);
+    std::size_t deepest = 0;
+    bool sawA = false;
+    ResultSetup(result).onEnterElement([&](const ModelElement& element) {
+        deepest = std::max(deepest, walk.depth());
+        sawA = sawA || (element == m("B") && walk.hasEntered(m("A")) && walk.path().size() == 2);
+    });
+    EXPECT_EQ(text(*walk.begin()), "B.x>E");
+    EXPECT_EQ(deepest, 2U);
+    EXPECT_TRUE(sawA);
+}
+
+/// A range that was begun from the callbacks of its first step made a second walk in the first one.
+TEST_F(LinkRangeTest, RefusesToBeginFromTheCallbacksOfItsFirstStep) {
+    const auto result = run();
+    LinkRange walk = links(result);
+    std::size_t events = 0;
+    ResultSetup(result).onEnterInputElement([&](const ModelElement&) {
+        ++events;
+        EXPECT_THROW(walk.begin(), std::logic_error);
+        std::size_t steps = 5;
+        EXPECT_THROW(walk.advanceWithin(steps), std::logic_error);
+    });
+    Lines lines;
+    for (const Link& link : walk) lines.push_back(text(link));
+    EXPECT_EQ(lines, whole);
+    EXPECT_EQ(events, 1U);
 }
 
 TEST_F(LinkRangeTest, LoopOverATemporaryBuilderAndModelHandleIsSafe) {

@@ -157,6 +157,28 @@ TEST_P(WalkOverEditedModelTest, CopyKeepsTheModelsThatItsOriginalHasMet) {
     finish(copy);
 }
 
+/// A walk that had reported a link behind a boundary read its target in a model that was gone.
+TEST_P(WalkOverEditedModelTest, WalkKeepsTheModelsBehindItsBoundaries) {
+    ModelBuilder m("Node; Node.x -> Node", "A");
+    auto elsewhere = std::make_unique<memory::Model>();
+    m.model.set(m("A"), m["Node.x"], elsewhere->create(m.type("Node"), u"Far"));
+    const auto result = Spec::additiveTraversal()
+                            ->traverse(m["Node.x"], ResultPolicy::Report)
+                            ->run({m("A")}, GetParam());
+    ResultSetup(result).descend([](const Link&) { return false; });
+    Walk walk = result->begin();
+    while (!walk.getCurrent().getProperty()) walk.advance();
+    std::size_t steps = 1;
+    walk.advanceWithin(steps);
+    const bool isStillThere = !!walk.getCurrent().getProperty();
+    m.model.clear(m("A"), m["Node.x"]);
+    elsewhere.reset();
+    if (isStillThere) {
+        EXPECT_EQ(dumpLink(walk.getCurrent()), "Node'A'-[x]-Node''");
+    }
+    finish(walk);
+}
+
 TEST_P(WalkOverEditedModelTest, SurvivesAnElementThatIsHeldByTheWalkAlone) {
     ModelBuilder m(nodeMetamodel, "A");
     {

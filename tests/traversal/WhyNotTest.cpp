@@ -61,6 +61,17 @@ TEST_P(WhyNotTest, EnteredElementIsSaidToBe) {
     EXPECT_EQ(answer.text(), "Node'T' was entered.\n");
 }
 
+/// Where a boundary let an element be entered by a longer way only, its links were said not to have
+/// been taken.
+TEST_P(WhyNotTest, ElementOutOfReachBehindABoundaryIsSaidToBe) {
+    test::ModelBuilder detour("Node; Node.x -> Node *; Node.y -> Node *; Node.z -> Node *",
+                              "A.x = B; A.y = C; C.z = B; B.z = X");
+    const auto result = Spec::subtractiveTraversal()->run({detour("A")}, GetParam());
+    ResultSetup(result).upTo(2).descend(
+        [&](const Link& link) { return link.getProperty() != detour["Node.x"]; });
+    EXPECT_EQ(linesOf(whyNot(finished(result), detour("X"))), Lines{"B.z>X 1 out of reach"});
+}
+
 TEST_P(WhyNotTest, ElementThatNothingEnteredRefersTo) {
     const WhyNot answer = whyNot(finished(subtractive()), m("U"));
     EXPECT_EQ(answer, (WhyNot{m("U"), false, 5, {}}));

@@ -37,10 +37,11 @@ class AbstractStore {
     virtual std::unique_ptr<AbstractStore> clone() const = 0;
 
     /// How handling links came to an end.
-    enum class Outcome : std::uint8_t { Reported, Paused, NothingLeft };
+    enum class Outcome : std::uint8_t { Reported, Paused, ToExplore, NothingLeft };
     /// Handles links, and what they lead to, until the walk has reported one, its budget is used
-    /// up, or nothing is left. What throws leaves everything where it stands; the link under way is
-    /// lost, but an input that could not be entered is tried again.
+    /// up, it has to find out first how far it goes, or nothing is left. What throws leaves
+    /// everything where it stands; the link under way is lost, but an input that could not be
+    /// entered is tried again.
     virtual Outcome advance(Walk& walk) = 0;
     /// The cursor of an element that may still give links, to prune it; null when there is none.
     virtual Cursor* findUnfinished(Walk& walk, const ModelElement& element) = 0;

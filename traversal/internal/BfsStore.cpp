@@ -60,6 +60,7 @@ class BfsStore final : public AbstractStore {
     Outcome advance(Walk& walk) override {
         while (hasTurn_ || !queue_.empty()) {
             if (!hasTurn_) {
+                if (walk.isToExplore()) return Outcome::ToExplore;
                 if (!walk.mayGoOn()) return Outcome::Paused;
                 comeToFront();
                 lookAhead(walk);
@@ -125,11 +126,6 @@ class BfsStore final : public AbstractStore {
     const LinkQueue::Place& place() const noexcept {
         return isBetweenLinks() ? queue_.front() : handled_;
     }
-    /// How many links lead to the target of a link in the queue.
-    std::size_t depthAt(std::size_t index) const noexcept {
-        return frontNumber_ + index < levelEnd_ ? level_ : level_ + 1;
-    }
-    std::size_t depthOf(const ModelElement& element) const;
     TraversalProcessor* observerOfFront() noexcept;
 
     LinkQueue queue_;
@@ -177,7 +173,7 @@ inline void BfsStore::lookAhead(Walk& walk) const {
     const LinkQueue::Place& sooner = queue_[toLists];
     if (!sooner.shouldCascade() || !sooner.target()) return;
     // Where nothing is followed, nobody may be asked what to follow.
-    if (!walk.mayLeave(sooner.target(), depthAt(toLists))) return;
+    if (!walk.mayLeave(sooner.target())) return;
     for (const AssociationSetting& setting : walk.settingsOf(sooner.target())) {
         setting.prefetch(sooner.target());
     }
@@ -195,10 +191,9 @@ bool BfsStore::startTurn(Walk& walk) {
     }
     // Before anything else that may fail: what fails is tried again.
     begun_.insert(element);
-    const bool mayLeave = walk.mayLeave(element, level_);
-    const Cursor::Settings& settings = isInput    ? walk.enter(element, nullptr, level_)
-                                       : mayLeave ? walk.settingsOf(element)
-                                                  : Walk::noSettings;
+    const Cursor::Settings& settings = isInput                  ? walk.enter(element, nullptr, 0)
+                                       : walk.mayLeave(element) ? walk.settingsOf(element)
+                                                                : Walk::noSettings;
     if (isInput) {
         // Nothing else waits when an input has its turn.
         observers_.clear();
@@ -277,23 +272,13 @@ TraversalProcessor* BfsStore::observerOfFront() noexcept {
     return frontObserver_;
 }
 
-/// How many links lead to an element. REQUIRES: its turn is to come.
-std::size_t BfsStore::depthOf(const ModelElement& element) const {
-    // Mostly it was found last.
-    std::size_t index = queue_.size() - 1;
-    while (index != 0 && !(queue_[index].shouldCascade() && queue_[index].target() == element)) {
-        --index;
-    }
-    return depthAt(index);
-}
-
 Cursor* BfsStore::findUnfinished(Walk& walk, const ModelElement& element) {
     if (hasTurn_ && turn_.element() == element) return &turn_;
     if (begun_.contains(element)) return nullptr;
     const auto waiting = parked_.find(element);
     if (waiting != parked_.end()) return &waiting->second;
-    const bool mayLeave = !walk.isLimited() || walk.mayLeave(element, depthOf(element));
-    const Cursor::Settings& settings = mayLeave ? walk.settingsOf(element) : Walk::noSettings;
+    const Cursor::Settings& settings =
+        walk.mayLeave(element) ? walk.settingsOf(element) : Walk::noSettings;
     Cursor& cursor = parked_[element];
     // It gets its observer with its turn.
     cursor.restart(element, nullptr, settings);

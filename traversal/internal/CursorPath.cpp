@@ -18,16 +18,6 @@ CursorPath::CursorPath(const CursorPath& other) : size_(other.size_) {
     back_ = &(*blocks_[last])[used - 1];
 }
 
-void CursorPath::reserveBlock() {
-    const std::size_t next = size_ / blockSize;
-    if (next == blocks_.size()) {
-        blocks_.push_back(std::make_shared<Block>());
-    } else if (blocks_[next].use_count() > 1) {
-        // Left over from deeper down, and part of a copy's path.
-        blocks_[next] = std::make_shared<Block>();
-    }
-}
-
 CursorPath::Block& CursorPath::own(std::size_t block) {
     std::shared_ptr<Block>& kept = blocks_[block];
     if (kept.use_count() > 1) kept = std::make_shared<Block>(*kept);

@@ -38,7 +38,8 @@ class CursorPath {
 
     /// Makes sure that the next `push` allocates nothing.
     void reserveOne() {
-        if (size_ % blockSize == 0) reserveBlock();
+        // Blocks behind the last one are nobody else's: what a copy shares lies before its last.
+        if (size_ == blocks_.size() * blockSize) blocks_.push_back(std::make_shared<Block>());
     }
     /// A used or placeholder cursor at the end, to be restarted. REQUIRES: `reserveOne` was called.
     Cursor& push() noexcept {
@@ -65,7 +66,6 @@ class CursorPath {
     static constexpr std::size_t blockSize = 64;
     using Block = std::array<Cursor, blockSize>;
 
-    void reserveBlock();
     Block& own(std::size_t block);
 
     /// At least as many as hold cursors; those behind them are there to be used again.

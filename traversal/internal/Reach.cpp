@@ -23,7 +23,7 @@ bool Reach::explore(Walk& walk, const std::vector<ModelElement>& inputs) {
         const bool isKnown = !target.get() || within_.contains(target.get());
         if (!isKnown && walk.mayDescend(turn_, target.get())) add(walk, target.get());
     }
-    found_ = {};
+    std::vector<Lent<ModelElement>>().swap(found_);
     turn_ = Cursor();
     isExplored_ = true;
     return true;
@@ -37,9 +37,9 @@ bool Reach::startTurn(Walk& walk) {
         distanceEnd_ = found_.size();
     }
     if (distance_ + 1 >= limit_) return false;
-    const ModelElement& element = found_[next_].get();
+    // Moved on before a predicate is asked: one that always throws does not stop the pass.
+    const ModelElement& element = found_[next_++].get();
     turn_.restart(element, nullptr, walk.settingsOf(element));
-    ++next_;
     hasTurn_ = true;
     return true;
 }

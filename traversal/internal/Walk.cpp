@@ -68,7 +68,7 @@ Walk::Walk(const Walk& other)
 
 Walk::~Walk() = default;
 
-void Walk::refuse() {
+void Walk::refuseStep() {
     throw std::logic_error("A walk cannot be advanced or assigned from its own callbacks.");
 }
 
@@ -90,15 +90,14 @@ Progress Walk::advanceWithin(std::size_t& steps) {
 
 Progress Walk::goOn() {
     while (true) {
-        if (reach_ != nullptr && !reach_->isExplored() &&
-            !reach_->explore(*this, result_->inputs_)) {
-            return Progress::Paused;
-        }
+        if (isToExplore() && !reach_->explore(*this, result_->inputs_)) return Progress::Paused;
         switch (store_->advance(*this)) {
             case AbstractStore::Outcome::Reported:
                 return Progress::OnLink;
             case AbstractStore::Outcome::Paused:
                 return Progress::Paused;
+            case AbstractStore::Outcome::ToExplore:
+                continue;
             case AbstractStore::Outcome::NothingLeft:
                 break;
         }
@@ -180,8 +179,10 @@ void Walk::rememberWay(const ModelElement& element, const Cursor* from) noexcept
     }
 }
 
-/// Tells of a link that does not enter its target; always false.
-bool Walk::tellBoundary(const Cursor& from, const ModelElement& target) {
+/// Tells of a link that does not enter its target; always false. The link may be reported all the
+/// same, so its target is kept alive as if it were entered.
+bool Walk::refuse(const Cursor& from, const ModelElement& target) {
+    keeper_.pin(target);
     const LentLink link(from.element(), target, from.setting().property(), false);
     tell(link.get(), Fate::NotDescended);
     return false;
@@ -231,12 +232,8 @@ void Walk::tell(const Link& link, Fate fate, std::size_t filter) {
     }
 }
 
-void Walk::tellSilent(const ModelElement& source, const AssociationSetting& setting,
-                      const ModelElement& target, bool cascade) {
-    tell(LentLink(source, target, setting.property(), cascade).get(), Fate::Silent);
-}
-
 Pruned Walk::tell(Pruning pruning, const meta::Property& property, Pruned outcome) {
+    if (reach_ != nullptr && outcome == Pruned::Cut) reach_->distrustDepths();
     for (std::size_t index = 0; index < result_->listeners_.size(); ++index) {
         result_->listeners_[index]->onPrune(WalkView(*this), current(), pruning, property, outcome);
     }

@@ -47,7 +47,7 @@ class Walk {
     /// Throws `std::logic_error` when one of the walk's own callbacks is running: another step
     /// would pull the cursors out from under the one that called it.
     void refuseWhileUnderWay() const {
-        if (isUnderWay_) refuse();
+        if (isUnderWay_) refuseStep();
     }
     bool standsWhere(const Walk& other) const;
 
@@ -102,28 +102,28 @@ class Walk {
     /// Whether the link on which a cursor stands may enter its target. Throws what a predicate
     /// throws. REQUIRES: the target was not entered.
     bool leadsOn(const Cursor& from, const ModelElement& target) {
-        return !result_->hasBoundaries() || mayDescend(from, target) || tellBoundary(from, target);
+        return !result_->hasBoundaries() || mayDescend(from, target) || refuse(from, target);
     }
     /// The same, but nobody is told of a link that does not.
     bool mayDescend(const Cursor& from, const ModelElement& target) {
         const LentLink link(from.element(), target, from.setting().property());
         return result_->mayDescend(link.get());
     }
-    /// Whether there are elements that are entered and not gone on from.
-    bool isLimited() const noexcept { return reach_ != nullptr; }
-    /// Whether what leaves an entered element is followed, at that depth.
-    bool mayLeave(const ModelElement& element, std::size_t depth) noexcept {
-        return reach_ == nullptr || reach_->contains(element, depth);
+    /// Whether what leaves an element that was entered is followed.
+    bool mayLeave(const ModelElement& element) noexcept {
+        return reach_ == nullptr || reach_->contains(element);
     }
+    /// Whether the walk has to find out how far it goes before it goes on.
+    bool isToExplore() const noexcept { return reach_ != nullptr && !reach_->isExplored(); }
     /// Enters an element, from a cursor that stands on a link to it or, as an input, from none: it
     /// is kept alive and never entered again, and the settings of its class say what to follow from
     /// it. Throws what a predicate, the model or an allocation throws, and then the element is not
     /// entered. REQUIRES: the element was not entered.
     const Cursor::Settings& enter(const ModelElement& element, const Cursor* from,
                                   std::size_t depth) {
+        const bool goesOn = reach_ == nullptr || reach_->enter(element, depth);
         // What may run the caller's code comes first: it sees the walk as it was.
-        const Cursor::Settings& settings =
-            mayLeave(element, depth) ? settingsOf(element) : noSettings;
+        const Cursor::Settings& settings = goesOn ? settingsOf(element) : noSettings;
         if (ways_ != nullptr) ways_->reserveOne();
         keeper_.pin(element);
         entered_.insert(element);
@@ -144,11 +144,12 @@ class Walk {
     /// one by which the link was found.
     bool tryReport(const ModelElement& source, const AssociationSetting& setting,
                    const ModelElement& target, bool cascade) {
-        if (isSilent(source, setting)) {
-            if (result_->isTraced()) tellSilent(source, setting, target, cascade);
+        // Made before a predicate is asked: one that copies and prunes moves the source's cursor.
+        const LentLink link(source, target, setting.property(), cascade);
+        if (isSilent(link.get().getSource(), setting)) {
+            if (result_->isTraced()) tell(link.get(), Fate::Silent);
             return false;
         }
-        const LentLink link(source, target, setting.property(), cascade);
         if (isAsking() && !isWanted(link.get())) return false;
         current_ = link;
         return true;
@@ -168,11 +169,11 @@ class Walk {
   private:
     static constexpr std::size_t withoutLimit = static_cast<std::size_t>(-1);
 
-    [[noreturn]] static void refuse();
+    [[noreturn]] static void refuseStep();
     Cursor* findUnfinished(const ModelElement& element);
     Progress goOn();
     bool startNextInput();
-    bool tellBoundary(const Cursor& from, const ModelElement& target);
+    bool refuse(const Cursor& from, const ModelElement& target);
     void rememberWay(const ModelElement& element, const Cursor* from) noexcept;
     bool isSilent(const ModelElement& source, const AssociationSetting& setting) const {
         const CompositeMatcher* rules = setting.rules();
@@ -187,8 +188,6 @@ class Walk {
     bool isWanted(const Link& link);
     Fate fateOf(const Link& link, std::size_t& filter);
     void tell(const Link& link, Fate fate, std::size_t filter = 0);
-    void tellSilent(const ModelElement& source, const AssociationSetting& setting,
-                    const ModelElement& target, bool cascade);
     Pruned tell(Pruning pruning, const meta::Property& property, Pruned outcome);
     void notifyEnterInput();
     void notifyExitInput();

@@ -36,6 +36,41 @@ class Events : public test::EventLog {
     Lines unused_;
 };
 
+/// A policy's predicate that copied the walk and pruned it, where the path had just grown into a
+/// new block, left the link that was asked about with a source that was gone.
+TEST(WalkCallbacksOnDeepPaths, PredicateThatCopiesAndPrunesLeavesTheLinkAsItIs) {
+    for (const Algo order : test::everyOrder()) {
+        ModelBuilder chain("Node; Node.x -> Node *", "A");
+        ModelElement last = chain("A");
+        for (int i = 0; i < 200; ++i) {
+            const ModelElement next = chain.model.create(chain.type("Node"));
+            chain.model.add(last, chain["Node.x"], next);
+            last = next;
+        }
+        Walk walk;
+        bool isAsking = false;
+        const auto predicate = [&](const Class&) {
+            if (isAsking && walk.getCurrent()) {
+                const Walk copy = walk;
+                walk.pruneChildren(Property());
+                walk.pruneSiblings();
+            }
+            return true;
+        };
+        const auto result = Spec::additiveTraversal()
+                                ->traverse(chain["Node.x"], predicate, ResultPolicy::Report)
+                                ->run({chain("A")}, order);
+        walk = result->prepare();
+        isAsking = true;
+        std::size_t count = 0;
+        for (walk.advance(); !walk.hasEnded(); walk.advance()) {
+            const Link link = walk.getCurrent();
+            count += !link.getProperty() || link.getSource() ? 1 : 0;
+        }
+        EXPECT_EQ(count, 201U) << test::nameOf(order);
+    }
+}
+
 class WalkCallbacksTest : public testing::Test {
   protected:
     explicit WalkCallbacksTest(const char* model = "D : Leaf; A.x = B C; B.x = D; B.y = E")
