@@ -77,7 +77,7 @@ void addBytes(std::vector<Figure>& figures) {
     });
     figures.push_back(
         atMost("bytes per element with " + std::to_string(slots) + " properties, none set",
-               created / count, 0, 128));
+               created / count, 1, 128));
     const double single = bytesOf([&] {
         for (const ModelElement& element : elements) model.set(element, peer, elements.front());
     });

@@ -144,7 +144,7 @@ void writeTable(std::ostream& out, const std::vector<ReadRow>& rows) {
             << fixed(row.reading.median, 1) << " | "
             << fixed(row.megabytes * 1e3 / row.reading.median, 0) << " | "
             << judged(row.ratio.median, ratioTarget, 2) << " | " << rangeOf(row.ratio, 2) << " | "
-            << fixed(ratioTarget, 1) << " | " << judged(row.bytesPerObject, bytesTarget, 0) << " | "
+            << fixed(ratioTarget, 1) << " | " << judged(row.bytesPerObject, bytesTarget, 1) << " | "
             << fixed(bytesTarget, 0) << " |\n";
     }
 }

@@ -1,7 +1,5 @@
 // Explains how a walk came to an element: the links that led there, input first.
 #include <iostream>
-#include <unordered_map>
-#include <vector>
 
 #include "examples/Station.h"
 #include "traversal/Traversal.h"
@@ -9,36 +7,19 @@
 using namespace nuv::zero;
 using namespace nuv::zero::traversal;
 
-/// Remembers, for every element that a walk enters, the link that led there.
-class Origins {
-  public:
-    void record(const Link& link) {
-        // A link that does not cascade leads to an element that had been reached before. Where a
-        // walk is breadth-first, the links that do cascade make shortest paths.
-        if (link.shouldCascade()) ledTo_.emplace(link.getTarget(), link);
-    }
-    std::vector<Link> pathTo(ModelElement element) const {
-        std::vector<Link> path;
-        for (auto last = ledTo_.find(element); last != ledTo_.end(); last = ledTo_.find(element)) {
-            path.insert(path.begin(), last->second);
-            element = last->second.getSource();
-        }
-        return path;
-    }
-
-  private:
-    std::unordered_map<ModelElement, Link> ledTo_;
-};
-
 int main() {
     const Station plant;
 
-    Origins origins;
-    for (const Link& link : links(Spec::subtractiveTraversal()->breadthFirst({plant.motor}))) {
-        origins.record(link);
+    // Breadth-first, an element is entered on one of the shortest ways to it.
+    const auto result = Spec::subtractiveTraversal()->breadthFirst(plant.motor);
+    ResultSetup(result).rememberPaths();
+    auto walk = links(result);
+    for (const Link& link : walk) {
+        if (link.getTarget() == plant.drain) break;
     }
-    std::cout << "Why was " << dumpElement(plant.drain) << " reached?\n";
-    for (const Link& link : origins.pathTo(plant.drain)) {
-        std::cout << "  " << dumpLink(link) << '\n';
+    // Of any element that the walk has entered by now, not of the last one alone.
+    for (const ModelElement& element : {plant.drain, plant.tank}) {
+        std::cout << "Why was " << dumpElement(element) << " reached?\n";
+        for (const Link& link : walk.pathTo(element)) std::cout << "  " << dumpLink(link) << '\n';
     }
 }

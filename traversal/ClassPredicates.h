@@ -15,7 +15,8 @@
 ///
 /// A predicate keeps its class alive, is copied as a `std::function` is, holds no state besides,
 /// and may be asked on several threads, as far as those that it combines may. What these throw,
-/// it throws. No predicate accepts a null class but those of the caller and `noneOf`.
+/// it throws. No predicate accepts a null class but those of the caller, `noneOf`, and `allOf` of
+/// nothing.
 namespace nuv::zero::traversal {
 
 /// Accepts a class and its subclasses. Throws `std::invalid_argument` for a null class.

@@ -18,7 +18,7 @@ struct ExplainedRule {
     Property property;
     /// The class under which it is filed.
     Class owner;
-    /// The how-manieth of the rules that were given for the property: 1 for the first.
+    /// Its number among the rules given for the property, from 1.
     std::size_t number = 0;
     /// Empty unless `named` gave it one.
     std::string name;
@@ -54,7 +54,7 @@ struct MODELING_NUV0_TRAVERSAL_EXPORT Explanation {
     std::vector<ExplainedProperty> properties;
 
     bool operator==(const Explanation& other) const = default;
-    /// The property of that name; null where the class has none.
+    /// What is said of a property; null where the class does not have it.
     const ExplainedProperty* find(const Property& property) const noexcept;
     /// A line for each property, for people.
     std::string text() const;
@@ -66,8 +66,8 @@ struct MODELING_NUV0_TRAVERSAL_EXPORT Explanation {
 ///
 /// It is what the walks themselves compute, once more: each predicate is called as often as a walk
 /// calls it that comes to the class. A null class has no properties. Throws
-/// `std::invalid_argument` for a null result, and what predicates throw. Keeps the model's
-/// properties and classes alive as long as any handle does.
+/// `std::invalid_argument` for a null result, and what predicates throw. It holds handles of
+/// properties and classes, which keep them alive as any handle does.
 MODELING_NUV0_TRAVERSAL_EXPORT Explanation
 explain(const std::shared_ptr<internal::TraversalResult>& result, const Class& type);
 

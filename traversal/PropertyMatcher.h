@@ -15,8 +15,9 @@ namespace nuv::zero::traversal {
 ///
 /// Among the rules for one property, a rule filed under a subclass is asked before one filed under
 /// its superclass, as far as their names allow it (see `CompositeMatcher`), and a rule replaces the
-/// one filed under the same owner; the owner has no other effect. Nothing is validated: an empty
-/// predicate is accepted and fails with `std::bad_function_call` when it is asked.
+/// one filed under the same owner; for `traverse` and `prune` the owner has no other effect.
+/// Nothing is validated: an empty predicate is accepted and fails with `std::bad_function_call`
+/// when it is asked.
 ///
 /// A copy shares nothing but the framework objects. Safe to read from several threads.
 class MODELING_NUV0_TRAVERSAL_EXPORT PropertyMatcher {

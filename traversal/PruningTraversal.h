@@ -12,8 +12,10 @@ namespace nuv::zero::traversal {
 /// What the composition and the subtractive kind share: they follow all that is theirs to follow,
 /// except what `prune` cuts away. They differ in what that is.
 ///
-/// `setResultPolicy` works on a property without rules only: its classes get the policy, and the
-/// classes that its predicate rejects are followed with `WalkOnly`. A `prune` after it does not cut
+/// `setResultPolicy` sets policies on a property without rules only: the classes that its predicate
+/// accepts get the policy, and those that it rejects are followed with `WalkOnly`. On a property
+/// that `prune` knows it sets none, but may replace the rule under the same owner by one that never
+/// applies. A `prune` after it does not cut
 /// the property away but makes its links `WalkOnly`.
 template <class Impl>
 class PruningTraversal : public AbstractTraversal<Impl> {

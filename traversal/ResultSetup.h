@@ -78,14 +78,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT ResultSetup {
     }
     ResultSetup& unique(UniquenessMode mode);
 
-    /// Adds a boundary: a predicate that is asked once for each link with a property that would
-    /// enter its target, and says whether it does. Where it answers no, the link is reported as any
-    /// other, with `shouldCascade()` false, and its target is not entered: a later link may enter
-    /// it. Inputs are always entered. Several predicates must all agree; the first that does not
-    /// ends the question.
+    /// Adds a predicate that draws boundaries: it is asked once for each link with a property that
+    /// would enter its target, and says whether it does. Where it answers no, the link is reported
+    /// as any other, with `shouldCascade()` false, and its target is not entered: a later link may
+    /// enter it. Inputs are always entered. Several predicates must all agree; the first that does
+    /// not ends the question.
     ///
-    ///     ResultSetup(result).descend([&](const Link& link) { return isInside(link.getTarget());
-    ///     });
+    ///     ResultSetup(result).descend([&](const Link& link) { return isInside(link); });
     ///
     /// Asked before the target is entered, so before the link is tried and before events of its
     /// target. A predicate that throws ends the step; the link is lost. For a predicate that looks

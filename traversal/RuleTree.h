@@ -26,7 +26,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT RuleTree {
         ResultPolicy policy;
         /// Whether the predicate accepts every class, so that it need not be asked.
         bool acceptsAll;
-        /// The how-manieth rule it was that was filed.
+        /// Its number in the order of filing, from 1.
         std::size_t number;
 
         bool accepts(const Class& type) const { return acceptsAll || predicate(type); }

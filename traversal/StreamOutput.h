@@ -14,8 +14,8 @@
 /// holds for all of it. When making the text throws, nothing has been written.
 ///
 /// Not part of `traversal/Traversal.h`: a program that has an output of its own for elements
-/// leaves this away. Of a program that prints elements through templates, as tests do, every source
-/// includes it or none: GoogleTest's printers are made once for all of them.
+/// does without this header. Of a program that prints elements through templates, as tests do,
+/// every source includes it or none: GoogleTest's printers are made once for all of them.
 
 namespace nuv::zero {
 

@@ -1,7 +1,10 @@
 #pragma once
 
-/// The whole public interface: builders from `Spec`, results, ranges of links, observers,
-/// listeners, explanations, dumps.
+/// The whole public interface: builders from `Spec`, ready-made predicates and rules, results,
+/// ranges of links, observers, listeners, explanations, dumps. Apart from it stands
+/// `traversal/StreamOutput.h` alone, which a program includes that wants its output.
+#include "traversal/ClassPredicates.h"
+#include "traversal/ContainerReferences.h"
 #include "traversal/Explanation.h"
 #include "traversal/LinkRange.h"
 #include "traversal/NamedPredicate.h"

@@ -20,8 +20,8 @@ namespace nuv::zero::traversal {
 ///
 /// Remembers those of all walks that it hears, each with the number of its walk, in the order in
 /// which they came. A copy of a walk is told only what it meets itself; what the walk that it was
-/// copied from was told before counts for it as well. So where several walks are pruned
-/// differently, give each its own result and listener.
+/// copied from was told before counts for it as well. What is asked of it goes by what all of these
+/// walks have met. So where walks are pruned differently, give each its own result and listener.
 ///
 /// Takes memory for each link and prune that it remembers; they keep alive what any link keeps
 /// alive. A copy is independent.
@@ -39,7 +39,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkBoundaries : public WalkListener {
         std::size_t walk;
         internal::Link link;
         Pruning pruning;
-        /// Of which nothing further comes; null where no property of the link's target has more.
+        /// The property that was cut; null where all of the target's were.
         meta::Property property;
 
         /// The element from which less is followed.

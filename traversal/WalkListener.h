@@ -38,9 +38,8 @@ enum class Pruning : std::int32_t {
 /// reported or not; `ResultSetup::trace` attaches one.
 ///
 ///     struct Refused : WalkListener {
-///         void onLink(const WalkView& walk, const Link& link, Fate fate, std::size_t) override {
-///             if (fate == Fate::Filtered) std::cout << walk.depth() << ' ' << dumpLink(link) <<
-///             '\n';
+///         void onLink(const WalkView&, const Link& link, Fate fate, std::size_t) override {
+///             if (fate == Fate::Filtered) std::cout << dumpLink(link) << '\n';
 ///         }
 ///     };
 ///
@@ -58,9 +57,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkListener {
     /// order in which filters were added; it means nothing for another fate. Does nothing.
     virtual void onLink(const WalkView& walk, const internal::Link& link, Fate fate,
                         std::size_t filter);
-    /// The caller has pruned while the walk stood on a link. `property` is the one that is meant:
-    /// for children the one that was given, for siblings the one where the cursor of the link's
-    /// source stands; null for all children. Does nothing.
+    /// The caller has pruned; `link` is the walk's current link, the empty one where there is none.
+    /// `property` is the one that is meant: for children the one that was given, for siblings the
+    /// one where the cursor of the link's source stands; null for all children, and where there is
+    /// none. Does nothing.
     virtual void onPrune(const WalkView& walk, const internal::Link& link, Pruning pruning,
                          const meta::Property& property, Pruned outcome);
 };

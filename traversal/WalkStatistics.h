@@ -18,7 +18,8 @@ namespace nuv::zero::traversal {
 ///     std::cout << statistics.text();
 ///
 /// Sums up all walks that it hears. Costs a look-up or two for each link, and memory for each row.
-/// Counts keep classes and properties alive as long as any handle does. A copy is independent.
+/// It holds handles of properties and classes, which keep them alive as any handle does. A copy is
+/// independent.
 class MODELING_NUV0_TRAVERSAL_EXPORT WalkStatistics : public WalkListener {
   public:
     /// How many links of a property leave elements of a class, with one fate and at one depth.

@@ -63,9 +63,11 @@ struct MODELING_NUV0_TRAVERSAL_EXPORT WhyNot {
 
 /// Explains why a walk has not entered an element, as far as it has gone.
 ///
-///     WalkBoundaries boundaries;                            // where the walk was pruned or
-///     bounded ResultSetup(result).trace(&boundaries); auto walk = links(result); for (const Link&
-///     link : walk) ... std::cout << whyNot(walk, pump, &boundaries).text();
+///     WalkBoundaries boundaries;
+///     ResultSetup(result).trace(&boundaries);
+///     auto walk = links(result);
+///     for (const Link& link : walk) ...
+///     std::cout << whyNot(walk, pump, &boundaries).text();
 ///
 /// Goes once over the elements that the walk has entered, beginning with the inputs, and reads
 /// their associations, also those that the walk does not follow. The walk stays as it is. Without a

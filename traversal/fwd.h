@@ -12,7 +12,8 @@ enum class Algo : std::int32_t {
     DepthFirstPreOrder = 0,
     /// Everything below a link's target first, then the link.
     DepthFirstPostOrder = 1,
-    /// All links of an element when its turn comes; turns are taken in the order of discovery.
+    /// The links of an element when its turn comes, but for those to elements entered before, which
+    /// wait for turns of their own; turns are taken in the order of discovery.
     BreadthFirst = 2,
 };
 
@@ -35,7 +36,8 @@ enum class UniquenessMode : std::int32_t {
 
 /// How the target of the link on which a walk stands was met.
 enum class Meeting : std::int32_t {
-    /// The walk stands on no link: before its first step, and at its end.
+    /// The walk stands on no link: before the first input, between two inputs, at a null input and
+    /// at the end.
     None = 0,
     /// The target is an input.
     Input = 1,
@@ -52,9 +54,9 @@ enum class Meeting : std::int32_t {
     Boundary = 5,
 };
 
-/// How a step within a budget ended.
+/// How a call of `advanceWithin` ended.
 enum class Progress : std::int32_t {
-    /// The budget is used up; the walk goes on with the next step.
+    /// The budget is used up; the walk goes on with the next call.
     Paused = 0,
     /// The walk stands on a new link.
     OnLink = 1,

@@ -27,7 +27,7 @@ class CalmCase {
     const EngineModel& model() const { return model_; }
     Kind kind() const { return kind_; }
     const Rules& rules() const { return rules_; }
-    /// The how-manieth rule for its property the one with a predicate was.
+    /// The number of the rule with a predicate among those given for its property, from 1.
     int numberOf(int predicate) const { return numbers_.at(predicate); }
     /// What the library has asked since the last time.
     std::vector<std::string> takeAsked() { return asked_.take(); }

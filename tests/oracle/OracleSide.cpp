@@ -122,8 +122,10 @@ class OracleSide : public Side {
     std::size_t enteredCount(int place) const override { return walkAt(place).enteredCount(); }
     std::size_t waitingCount(int place) const override { return walkAt(place).waitingCount(); }
     std::vector<IndexedLink> path(int place) const override {
-        if (!walkAt(place).isDepthFirst()) requireMemory(place);
-        return walkAt(place).path();
+        const NaiveWalk& walk = walkAt(place);
+        std::vector<IndexedLink> links = walk.path();
+        if (!links.empty() && !walk.isDepthFirst()) requireMemory(place);
+        return links;
     }
     std::vector<IndexedLink> pathTo(int place, int element) const override {
         const NaiveWalk& walk = walkAt(place);

@@ -13,7 +13,6 @@
 #include "examples/Station.h"
 #include "model/memory/Payload.h"
 #include "tests/support/PrivateAccess.h"
-#include "traversal/ContainerReferences.h"
 #include "traversal/Traversal.h"
 
 namespace nuv::zero::testing_support {
@@ -151,17 +150,16 @@ TEST(HowToUse, AFilterAndAUniquenessModeAreSetUpBeforeTheWalk) {
 
 TEST(HowToUse, ACopyOfAWalkGoesItsOwnWay) {
     const Station plant;
-    using Walk = TraversalResult::IterationContext;
     const auto result = Spec::compositionTraversal()->depthFirst({plant.tank});
 
     Lines lines;
-    Walk walk = result->begin();
+    IterationContext walk = result->begin();
     walk.advance();
-    Walk ahead = walk;
+    IterationContext ahead = walk;
     ahead.advance();
     lines.push_back(dumpLink(walk.getCurrent()));
     lines.push_back(dumpLink(ahead.getCurrent()));
-    for (; !(ahead == Walk()); ahead.advance()) {
+    for (; !(ahead == IterationContext()); ahead.advance()) {
     }
     lines.push_back(dumpLink(walk.getCurrent()));
     EXPECT_EQ(lines, (Lines{"Block'Tank'-[ports]-Port'inlet'", "Block'Tank'-[ports]-Port'drain'",

@@ -133,6 +133,49 @@ TEST_F(RuleCheckTest, NamesRulesThatOthersReplaceOrHide) {
     EXPECT_FALSE(findings.front().isMissed);
 }
 
+/// A rule that decides for a class, and says what the rule behind it says as well, was told never
+/// to decide.
+TEST_F(RuleCheckTest, RuleThatAnswersAsTheNextOneWouldIsRedundant) {
+    const auto builder =
+        Spec::additiveTraversal()
+            ->traverse({parts, isExactly("Beta"), m.type("Beta")}, ResultPolicy::Report)
+            ->traverse(parts, ResultPolicy::Report);
+    ASSERT_EQ(explain(*builder, m.type("Beta")).find(parts)->rule->number, 1U);
+    const std::vector<RuleFinding> findings = check(*builder, m.classes());
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings.front().problem, RuleProblem::Redundant);
+    EXPECT_FALSE(findings.front().isMissed);
+    EXPECT_EQ(findings.front().text,
+              "Rule 1 (traverse Alpha.parts, owner Beta) changes nothing beside the others on the "
+              "property: rule 2 (traverse Alpha.parts, owner Alpha).");
+}
+
+/// The only rule on a property was told that others say the same.
+TEST_F(RuleCheckTest, OnlyRuleThatChangesNothingNamesNoOthers) {
+    const auto builder = Spec::subtractiveTraversal()->setResultPolicy(parts, ResultPolicy::Report);
+    const std::vector<RuleFinding> findings = check(*builder, m.classes());
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings.front().problem, RuleProblem::Redundant);
+    EXPECT_TRUE(findings.front().causes.empty());
+    EXPECT_EQ(findings.front().text,
+              "Rule 1 (setResultPolicy of Alpha.parts, owner Alpha) changes nothing: the property "
+              "is followed like this without it.");
+}
+
+/// A prune in whose place `setResultPolicy` had put a rule that never applies was said to be hidden
+/// by rules that answer for all its classes; none did.
+TEST_F(RuleCheckTest, PruneThatAPolicyHasReplacedIsOverwritten) {
+    const auto builder = Spec::subtractiveTraversal()
+                             ->prune({parts, isExactly("Beta"), m.type("Alpha")})
+                             ->setResultPolicy(parts, ResultPolicy::Report);
+    ASSERT_EQ(explain(*builder, m.type("Beta")).find(parts)->rule, std::nullopt);
+    const std::vector<RuleFinding> findings = check(*builder, m.classes());
+    ASSERT_FALSE(findings.empty());
+    EXPECT_EQ(findings.front().problem, RuleProblem::Overwritten);
+    EXPECT_EQ(findings.front().rule, 1U);
+    EXPECT_EQ(findings.front().causes, std::vector<std::size_t>{2});
+}
+
 TEST_F(RuleCheckTest, NamesRulesWhoseOrderIsThatOfGiving) {
     const auto builder =
         Spec::additiveTraversal()
@@ -179,6 +222,8 @@ class RandomRules {
         }
     }
     std::size_t size() const { return rules_.size(); }
+    PropertyMatcher matcher(std::size_t index) const { return matcherOf(rules_[index]); }
+    bool isPolicy(std::size_t index) const { return rules_[index].operation == 0; }
 
     template <class Builder>
     Builder give(Builder builder, std::size_t without = static_cast<std::size_t>(-1)) const {
@@ -238,6 +283,16 @@ std::vector<std::vector<std::pair<Property, ResultPolicy>>> followed(const test:
     return all;
 }
 
+/// Whether the rule of a property and an owner answers for one of the classes.
+template <class Builder>
+bool answers(const test::ModelBuilder& m, const Builder& builder, const PropertyMatcher& matcher) {
+    return std::ranges::any_of(m.classes(), [&](const Class& type) {
+        const Explanation explained = explain(*builder, type);
+        const ExplainedProperty* found = explained.find(matcher.getProperty());
+        return found != nullptr && found->rule && found->rule->owner == matcher.getOwner();
+    });
+}
+
 template <class Make>
 void checkRandomRules(const test::ModelBuilder& m, const Make& make) {
     int useless = 0;
@@ -261,10 +316,37 @@ void checkRandomRules(const test::ModelBuilder& m, const Make& make) {
     EXPECT_LT(useless, all);
 }
 
+template <class Make>
+void checkWhoDecides(const test::ModelBuilder& m, const Make& make) {
+    int shadowed = 0;
+    int redundant = 0;
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        const RandomRules rules(m, seed);
+        const auto builder = rules.give(make());
+        for (const RuleFinding& finding : check(*builder, m.classes())) {
+            const bool isShadowed = finding.problem == RuleProblem::Shadowed;
+            const bool isRedundant = finding.problem == RuleProblem::Redundant;
+            if ((!isShadowed && !isRedundant) || rules.isPolicy(finding.rule - 1)) continue;
+            EXPECT_EQ(answers(m, builder, rules.matcher(finding.rule - 1)), isRedundant)
+                << "seed " << seed << ": " << finding.text;
+            shadowed += isShadowed ? 1 : 0;
+            redundant += isRedundant ? 1 : 0;
+        }
+    }
+    EXPECT_GT(shadowed, 5);
+    EXPECT_GT(redundant, 5);
+}
+
 TEST_F(RuleCheckTest, ExactlyTheRulesWhoseAbsenceChangesNothingAreCalledUseless) {
     checkRandomRules(m, [] { return Spec::additiveTraversal(); });
     checkRandomRules(m, [] { return Spec::compositionTraversal(); });
     checkRandomRules(m, [] { return Spec::subtractiveTraversal(); });
+}
+
+TEST_F(RuleCheckTest, ShadowedRulesDecideForNoClassAndRedundantOnesDo) {
+    checkWhoDecides(m, [] { return Spec::additiveTraversal(); });
+    checkWhoDecides(m, [] { return Spec::compositionTraversal(); });
+    checkWhoDecides(m, [] { return Spec::subtractiveTraversal(); });
 }
 
 }  // namespace

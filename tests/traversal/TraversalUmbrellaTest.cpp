@@ -30,6 +30,7 @@ TEST(TraversalUmbrellaTest, OneIncludeServesAWholeProgram) {
     for (IterationContext walk = result->begin(); walk.getCurrent(); walk.advance()) {
         text += "; " + std::to_string(LinkHasher()(walk.getCurrent()) != 0 ? walk.depth() : 99);
     }
+    EXPECT_TRUE(isKindOf(node)(node) && containerReferencesOf({node}).empty());
     EXPECT_EQ(text, "Node'a'; Not an element-[pseudo]-Node'a'; Node'a'-[next]-Node'b'; 0; 1");
 }
 

@@ -5,11 +5,11 @@
 namespace nuv::zero::traversal::internal {
 
 EventCallables::EventCallables(TraversalProcessor* observer) {
-    listen(observer, 0);
+    install(observer, 0);
 }
 
 EventCallables::EventCallables(const EventCallables& other) : callables_(other.callables_) {
-    listen(other.listener_->observer(), other.listener_->place());
+    install(other.standIn_->observer(), other.standIn_->place());
 }
 
 EventCallables::~EventCallables() = default;
@@ -17,35 +17,35 @@ EventCallables::~EventCallables() = default;
 TraversalProcessor* EventCallables::add(Event event, std::variant<OfElement, OfProperty> callable) {
     callables_.push_back({event, std::move(callable)});
     try {
-        listen(listener_->observer(), listener_->place());
+        install(standIn_->observer(), standIn_->place());
     } catch (...) {
         callables_.pop_back();
         throw;
     }
-    return listener_;
+    return standIn_;
 }
 
 TraversalProcessor* EventCallables::observe(TraversalProcessor* observer) {
-    listen(observer, callables_.size());
-    return listener_;
+    install(observer, callables_.size());
+    return standIn_;
 }
 
-/// Listens with all callables. An observer that comes and goes needs no listener for each time.
-void EventCallables::listen(TraversalProcessor* observer, std::size_t place) {
+/// Listens with all callables. An observer that comes and goes needs no stand-in for each time.
+void EventCallables::install(TraversalProcessor* observer, std::size_t place) {
     const std::size_t count = callables_.size();
     if (observer == nullptr) place = 0;
-    for (Listener& made : listeners_) {
+    for (StandIn& made : standIns_) {
         if (!made.tells(count, observer, place)) continue;
-        listener_ = &made;
+        standIn_ = &made;
         return;
     }
-    listener_ = &listeners_.emplace_back(callables_, count, observer, place);
+    standIn_ = &standIns_.emplace_back(callables_, count, observer, place);
 }
 
 template <class Function, class... Handles>
-void EventCallables::Listener::tell(Event event,
-                                    void (TraversalProcessor::*ofObserver)(const Handles&...),
-                                    const Handles&... handles) {
+void EventCallables::StandIn::tell(Event event,
+                                   void (TraversalProcessor::*ofObserver)(const Handles&...),
+                                   const Handles&... handles) {
     for (std::size_t index = 0; index < count_; ++index) {
         if (observer_ != nullptr && index == place_) (observer_->*ofObserver)(handles...);
         const Callable& each = (*callables_)[index];
@@ -54,24 +54,24 @@ void EventCallables::Listener::tell(Event event,
     if (observer_ != nullptr && place_ == count_) (observer_->*ofObserver)(handles...);
 }
 
-void EventCallables::Listener::onEnterInputElement(const ModelElement& element) {
+void EventCallables::StandIn::onEnterInputElement(const ModelElement& element) {
     tell<OfElement>(Event::EnterInputElement, &TraversalProcessor::onEnterInputElement, element);
 }
-void EventCallables::Listener::onEnterElement(const ModelElement& element) {
+void EventCallables::StandIn::onEnterElement(const ModelElement& element) {
     tell<OfElement>(Event::EnterElement, &TraversalProcessor::onEnterElement, element);
 }
-void EventCallables::Listener::onEnterProperty(const ModelElement& element,
-                                               const meta::Property& property) {
+void EventCallables::StandIn::onEnterProperty(const ModelElement& element,
+                                              const meta::Property& property) {
     tell<OfProperty>(Event::EnterProperty, &TraversalProcessor::onEnterProperty, element, property);
 }
-void EventCallables::Listener::onExitProperty(const ModelElement& element,
-                                              const meta::Property& property) {
+void EventCallables::StandIn::onExitProperty(const ModelElement& element,
+                                             const meta::Property& property) {
     tell<OfProperty>(Event::ExitProperty, &TraversalProcessor::onExitProperty, element, property);
 }
-void EventCallables::Listener::onExitElement(const ModelElement& element) {
+void EventCallables::StandIn::onExitElement(const ModelElement& element) {
     tell<OfElement>(Event::ExitElement, &TraversalProcessor::onExitElement, element);
 }
-void EventCallables::Listener::onExitInputElement(const ModelElement& element) {
+void EventCallables::StandIn::onExitInputElement(const ModelElement& element) {
     tell<OfElement>(Event::ExitInputElement, &TraversalProcessor::onExitInputElement, element);
 }
 

@@ -15,10 +15,10 @@ namespace nuv::zero::traversal::internal {
 ///
 ///     callables.add(EventCallables::Event::EnterElement, callable);
 ///     callables.observe(&observer);
-///     cursor.observe(callables.listener());   // tells first the callable, then the observer
+///     cursor.observe(callables.standIn());   // tells first the callable, then the observer
 ///
-/// A listener stands for all that was given before it was asked for. Cursors keep the one under
-/// which their elements were entered, so listeners stay as they are and where they are as long as
+/// A stand-in stands for all that was given before it was asked for. Cursors keep the one under
+/// which their elements were entered, so stand-ins stay as they are and where they are as long as
 /// this does; what is given later is told by another one. A copy has callables of its own.
 class EventCallables {
   public:
@@ -42,12 +42,12 @@ class EventCallables {
     EventCallables& operator=(EventCallables&&) = delete;
     ~EventCallables();
 
-    /// Puts a callable behind all others. Answers the new listener.
+    /// Puts a callable behind all others. Answers the new stand-in.
     TraversalProcessor* add(Event event, std::variant<OfElement, OfProperty> callable);
     /// Puts the observer behind all callables, in place of an earlier one; null for none. Answers
-    /// the new listener.
+    /// the new stand-in.
     TraversalProcessor* observe(TraversalProcessor* observer);
-    TraversalProcessor* listener() const noexcept { return listener_; }
+    TraversalProcessor* standIn() const noexcept { return standIn_; }
 
   private:
     struct Callable {
@@ -57,10 +57,10 @@ class EventCallables {
     using Callables = std::deque<Callable>;
 
     /// Tells the callables given first, up to a number of them, and an observer in its place.
-    class Listener final : public TraversalProcessor {
+    class StandIn final : public TraversalProcessor {
       public:
-        Listener(const Callables& callables, std::size_t count, TraversalProcessor* observer,
-                 std::size_t place) noexcept
+        StandIn(const Callables& callables, std::size_t count, TraversalProcessor* observer,
+                std::size_t place) noexcept
             : callables_(&callables), count_(count), observer_(observer), place_(place) {}
 
         bool tells(std::size_t count, const TraversalProcessor* observer,
@@ -89,12 +89,12 @@ class EventCallables {
         std::size_t place_;
     };
 
-    void listen(TraversalProcessor* observer, std::size_t place);
+    void install(TraversalProcessor* observer, std::size_t place);
 
     /// These stay where they are while others are added.
     Callables callables_;
-    std::deque<Listener> listeners_;
-    Listener* listener_ = nullptr;
+    std::deque<StandIn> standIns_;
+    StandIn* standIn_ = nullptr;
 };
 
 }  // namespace nuv::zero::traversal::internal

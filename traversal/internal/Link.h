@@ -40,8 +40,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT Link {
     const ModelElement& getTarget() const noexcept { return target_; }
     const meta::Property& getProperty() const noexcept { return property_; }
 
-    /// Whether the walk goes on from the target. False for a link to an element that the walk had
-    /// entered before.
+    /// Whether the link enters its target. False where the walk had entered it before, and where a
+    /// `descend` predicate refused the link.
     bool shouldCascade() const noexcept { return cascade_; }
     void setNoCascade() noexcept { cascade_ = false; }
 

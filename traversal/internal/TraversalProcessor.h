@@ -17,8 +17,8 @@ namespace nuv::zero::traversal::internal {
 /// | onEnterElement       | before the first property of an element is looked at              |
 /// | onEnterProperty      | for each followed property, also an empty or a pruned one         |
 /// | onExitProperty       | after its last value                                              |
-/// | onExitElement        | after the last property; once per element, only if it was entered |
-/// | onExitInputElement   | when nothing of that input is left; again for each step past the end |
+/// | onExitElement        | after the last property; once, only if `onEnterElement` was sent  |
+/// | onExitInputElement   | when nothing of that input is left; again for each later `advance` |
 ///
 /// Depth-first, the brackets of elements nest. Breadth-first they do not: a child's bracket follows
 /// its parent's.

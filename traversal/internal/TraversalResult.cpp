@@ -22,7 +22,7 @@ TraversalResult::Listening::Listening() noexcept = default;
 TraversalResult::Listening::Listening(const Listening& other) : to(other.to) {
     if (other.callables == nullptr) return;
     callables = std::make_unique<EventCallables>(*other.callables);
-    to = callables->listener();
+    to = callables->standIn();
 }
 TraversalResult::Listening::~Listening() = default;
 

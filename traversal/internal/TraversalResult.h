@@ -21,12 +21,13 @@ namespace nuv::zero::traversal::internal {
 ///     for (const Link& link : links(result)) std::cout << dumpLink(link) << '\n';
 ///
 /// Ownership: a result shares its rules (a snapshot of the builder's) and holds its inputs; the
-/// model, and an attached observer, have to outlive the walks. Later changes to the builder do not
-/// reach it. A copy shares the rules and has its own inputs, filters and settings; it can start
-/// walks only when a shared pointer owns it.
+/// model, and attached observers and listeners, have to outlive the walks. Later changes to the
+/// builder do not reach it. A copy shares the rules and has its own inputs, filters and settings;
+/// it can start walks only when a shared pointer owns it.
 ///
-/// Threads: one result and its walks belong to one thread at a time; different results may be
-/// walked on different threads over one unchanging model.
+/// Threads: one result and its walks belong to one thread at a time, and so do its copies, which
+/// share the answers of the rules. Other results may be walked on other threads over one unchanging
+/// model.
 class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     : public std::enable_shared_from_this<TraversalResult> {
   public:
@@ -128,10 +129,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 ///         use(walk.getCurrent());
 ///     }
 ///
-/// Order: the result's. Each step costs the work up to the next reported link, one question for
-/// each link met on the way whether its target was entered; memory grows with the elements entered.
-/// A copy is an independent walk from the same place; it copies the memory of what was entered or
-/// reported, and shares most of the frontier until one of both changes it.
+/// Order: the result's. Each `advance` costs the work up to the next reported link, one question
+/// for each link met on the way whether its target was entered; memory grows with the elements
+/// entered. A copy is an independent walk from the same place; it copies the memory of what was
+/// entered or reported, and shares most of the frontier until one of both changes it.
 ///
 /// Every element is entered once. A link to an element that was entered before is reported with
 /// `shouldCascade()` false, and the walk does not go on from there.
@@ -139,14 +140,14 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
 /// Pruning acts from the next step on, on cursors only: links that are on the frontier already are
 /// still handled. On a link without a source or target to prune, and at the end, it does nothing.
 ///
-/// An exception from a predicate, a filter, an observer, the model or an allocation ends the step
-/// and passes through; `getCurrent` keeps its value, what was reached stays reached, and the next
-/// `advance` goes on from there. The link that was being entered or tried is lost; its target is
-/// entered, and walked, if it was the policy's predicate or a filter that threw. An input that
+/// An exception from a predicate, filter, observer, listener, the model or an allocation ends the
+/// step and passes through; `getCurrent` keeps its value, what was reached stays reached, and the
+/// next `advance` goes on from there. The link that was being entered or tried is lost; its target
+/// is entered, and walked, if it was the policy's predicate or a filter that threw. An input that
 /// could not be entered waits and is tried again, with its own link; one whose
 /// `onEnterInputElement` threw, or whose link could not be pushed, is left out. When the walk ends,
 /// the observer hears `onExitInputElement` for the last input, and again for each further
-/// `advance`.
+/// `advance`; not for `advanceWithin`, which sees that the walk has ended.
 ///
 /// Callbacks may prune and copy the walk that calls them. Advancing or assigning it from there
 /// throws `std::logic_error` and changes nothing; destroying it from there is not allowed.
@@ -189,8 +190,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     ///         steps = 1000;
     ///     }
     ///
-    /// A paused walk keeps its current link and goes on with the next step of either kind. All
-    /// other operations work on it as on any other walk.
+    /// A paused walk keeps its current link and goes on with the next `advance` or `advanceWithin`.
+    /// All other operations work on it as on any other walk.
     Progress advanceWithin(std::size_t& steps);
 
     // Where the walk stands: at the link that it handled last. After a step that is the current
@@ -205,10 +206,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     /// How the target was met, as far as the walk has gone. Breadth-first, a link to an element
     /// that was entered before is handled when its own turn comes, and answers for that moment.
     Meeting meeting() const;
-    /// The links from the input's own link to the link; none at the end. For a link that does not
-    /// lead on, the path to its source and then the link. Costs what it returns. Breadth-first the
-    /// walk has to have remembered how it came to its elements: without
-    /// `ResultSetup::rememberPaths()` this throws `std::logic_error`.
+    /// The links from the input's own link to the link; none where the walk stands on no link. For
+    /// a link that does not lead on, the path to its source and then the link. Costs what it
+    /// returns. Breadth-first the walk has to have remembered how it came to its elements: on a
+    /// link, this throws `std::logic_error` without `ResultSetup::rememberPaths()`.
     std::vector<Link> path() const;
     /// The same for an element that the walk has entered; empty for any other. Depth-first, what is
     /// not on the path any more has to have been remembered too.

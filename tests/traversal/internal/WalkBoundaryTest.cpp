@@ -18,7 +18,30 @@ using test::PlannedFailure;
 using test::text;
 using Walk = TraversalResult::IterationContext;
 
-class WalkBoundaryTest : public LimitedWalks {};
+class WalkBoundaryTest : public LimitedWalks {
+  protected:
+    /// Of a walk that fails once, at the link A.x>B.
+    void expectTheLinkToBAloneIsLost(Walk walk) const {
+        Lines lines;
+        int failures = 0;
+        while (!walk.hasEnded()) {
+            const Link before = walk.getCurrent();
+            try {
+                walk.advance();
+                if (!!walk.getCurrent()) lines.push_back(text(walk.getCurrent()));
+            } catch (const PlannedFailure&) {
+                ++failures;
+                EXPECT_EQ(walk.getCurrent(), before);
+                EXPECT_EQ(walk.depth(), 1U);
+                EXPECT_EQ(walk.meeting(), Meeting::Boundary);
+                EXPECT_FALSE(walk.hasEntered(m("B")));
+            }
+        }
+        EXPECT_EQ(failures, 1);
+        EXPECT_EQ(sorted(lines),
+                  sorted({">A", "A.x>C", "C.y>B", "B.x>E", "E.y>A!", "A.y>D", "D.x>F"}));
+    }
+};
 
 TEST_P(WalkBoundaryTest, LinkOverABoundaryIsReportedAndItsTargetLeftToALaterLink) {
     const auto result = run();
@@ -150,24 +173,18 @@ TEST_P(WalkBoundaryTest, PredicateThatThrowsLosesItsLinkAndNothingElse) {
         }
         return true;
     });
-    Walk walk = result->prepare();
-    Lines lines;
-    int failures = 0;
-    while (!walk.hasEnded()) {
-        const Link before = walk.getCurrent();
-        try {
-            walk.advance();
-            if (!!walk.getCurrent()) lines.push_back(text(walk.getCurrent()));
-        } catch (const PlannedFailure&) {
-            ++failures;
-            EXPECT_EQ(walk.getCurrent(), before);
-            EXPECT_EQ(walk.depth(), 1U);
-            EXPECT_EQ(walk.meeting(), Meeting::Boundary);
-            EXPECT_FALSE(walk.hasEntered(m("B")));
+    expectTheLinkToBAloneIsLost(result->prepare());
+}
+
+TEST_P(WalkBoundaryTest, ListenerThatThrowsAtABoundaryLosesTheLinkAsAPredicateDoes) {
+    struct ThrowingAtBoundaries : WalkListener {
+        void onLink(const WalkView&, const Link&, Fate fate, std::size_t) override {
+            if (fate == Fate::NotDescended) throw PlannedFailure("told");
         }
-    }
-    EXPECT_EQ(failures, 1);
-    EXPECT_EQ(sorted(lines), sorted({">A", "A.x>C", "C.y>B", "B.x>E", "E.y>A!", "A.y>D", "D.x>F"}));
+    } throwing;
+    const auto result = run();
+    ResultSetup(result).descend(notBy("Node.x", "B")).trace(&throwing);
+    expectTheLinkToBAloneIsLost(result->prepare());
 }
 
 TEST_P(WalkBoundaryTest, WalksUnderWayAskANewPredicateFromTheirNextLinkOn) {

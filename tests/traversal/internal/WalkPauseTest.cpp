@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -250,6 +251,29 @@ TEST_P(WalkPauseTest, RangeIsBegunWithinABudgetAndItsLoopGoesOnFromThere) {
         for (const Link& link : walk) lines.push_back(text(link));
         EXPECT_EQ(lines, expected);
         EXPECT_EQ(walk.advanceWithin(steps), Progress::Ended);
+    }
+}
+
+TEST_P(WalkPauseTest, RangeKeepsTheWalkThatABudgetHasBegunWhenItsFirstBeginThrows) {
+    for (const bool isBegun : {false, true}) {
+        const auto result = run();
+        bool isThrowing = true;
+        ResultSetup(result).filter([&](const Link&) -> ResultPolicy {
+            if (isThrowing) throw std::runtime_error("not now");
+            return ResultPolicy::Report;
+        });
+        LinkRange walk = links(result);
+        std::size_t steps = 0;
+        if (isBegun) {
+            ASSERT_EQ(walk.advanceWithin(steps), Progress::Paused);
+        }
+        EXPECT_THROW((void)walk.begin(), std::runtime_error);
+        EXPECT_EQ(walk.enteredCount() > 0, isBegun);
+        isThrowing = false;
+        std::size_t count = 0;
+        for (const Link& link : walk) count += link ? 1 : 0;
+        // A link that was lost is not tried again.
+        EXPECT_EQ(count + (isBegun ? 1 : 0), test::linesOf(run()).size());
     }
 }
 

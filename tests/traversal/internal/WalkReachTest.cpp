@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/Failures.h"
 #include "tests/traversal/internal/LimitedWalks.h"
 
 /// How far walks go that are limited by a distance.
@@ -78,6 +79,55 @@ TEST_P(WalkReachTest, PolicyAndFiltersTakeNoPartInDistances) {
         return link.getTarget() == m("B") ? ResultPolicy::WalkOnly : ResultPolicy::Report;
     });
     EXPECT_EQ(sorted(test::linesOf(result)), (Lines{">A", "A.y>D"}));
+}
+
+/// E is at 2 by way of B, and at 3 by way of C and D.
+TEST_P(WalkReachTest, PrunedShortWaysCountForDistances) {
+    ModelBuilder two("Node; Node.x -> Node *", "A.x = B C; B.x = E; C.x = D; D.x = E; E.x = F");
+    for (const bool isSeveral : {false, true}) {
+        const auto result = isSeveral ? run(two, {"A", "A"}) : run(two, {"A"});
+        ResultSetup(result).upTo(3);
+        LinkRange walk = links(result);
+        Lines reached;
+        for (const Link& link : walk) {
+            if (link.getTarget() == two("B")) walk.pruneAllChildren();
+            reached.push_back(text(link.getTarget()));
+        }
+        EXPECT_GE(std::count(reached.begin(), reached.end(), "E"), 1);
+        EXPECT_EQ(std::count(reached.begin(), reached.end(), "F"), 1);
+    }
+}
+
+/// Where the link from B to E is lost, it counts only for a walk that has looked ahead.
+TEST_P(WalkReachTest, LostLinksChangeDistancesOfBreadthFirstWalksFromOneInputAlone) {
+    ModelBuilder two("Node; Node.x -> Node *", "A.x = B C; B.x = E; C.x = D; D.x = E; E.x = F");
+    for (const bool isSeveral : {false, true}) {
+        const auto result = isSeveral ? run(two, {"A", "A"}) : run(two, {"A"});
+        Walk walk = result->prepare();
+        bool hasThrown = false;
+        ResultSetup(result).upTo(3).descend([&](const Link& link) {
+            // Not in the silent pass.
+            const bool isFirst = !hasThrown && walk.enteredCount() > 0;
+            if (isFirst && link.getSource() == two("B")) {
+                hasThrown = true;
+                throw test::PlannedFailure("at the boundary");
+            }
+            return true;
+        });
+        walk = result->prepare();
+        Lines reached;
+        while (!walk.hasEnded()) {
+            try {
+                walk.advance();
+                if (walk.getCurrent()) reached.push_back(text(walk.getCurrent().getTarget()));
+            } catch (const test::PlannedFailure&) {
+                EXPECT_TRUE(hasThrown);
+            }
+        }
+        EXPECT_TRUE(hasThrown);
+        const bool countsAsItGoes = GetParam() == Algo::BreadthFirst && !isSeveral;
+        EXPECT_EQ(std::count(reached.begin(), reached.end(), "F"), countsAsItGoes ? 0 : 1);
+    }
 }
 
 TEST_P(WalkReachTest, NullEntriesAndNullInputsAreWithinNoDistance) {
