@@ -30,6 +30,12 @@ std::string nodeName(std::size_t place) {
     return "n" + std::to_string(place);
 }
 
+/// Makes sure that the next `push_back` allocates nothing.
+template <class T>
+void makeRoom(std::vector<T>& list) {
+    if (list.size() == list.capacity()) list.reserve(2 * list.size() + 8);
+}
+
 constexpr const char* notReportedColor = "gray60";
 
 /// Each line between two nodes that are there for it alone.
@@ -51,7 +57,20 @@ constexpr const char* legend =
 
 WalkPicture::WalkPicture(std::size_t mostNodes) : mostNodes_(mostNodes) {}
 WalkPicture::WalkPicture(const WalkPicture& other) = default;
-WalkPicture& WalkPicture::operator=(const WalkPicture& other) = default;
+WalkPicture& WalkPicture::operator=(const WalkPicture& other) {
+    // Copied first, so that a failure changes nothing: places say where nodes are.
+    WalkPicture copy(other);
+    nodes_.swap(copy.nodes_);
+    edges_.swap(copy.edges_);
+    cuts_.swap(copy.cuts_);
+    places_.swap(copy.places_);
+    mostNodes_ = copy.mostNodes_;
+    walk_ = copy.walk_;
+    isDepthFirst_ = copy.isDepthFirst_;
+    linksLeftOut_ = copy.linksLeftOut_;
+    prunesLeftOut_ = copy.prunesLeftOut_;
+    return *this;
+}
 WalkPicture::~WalkPicture() = default;
 
 bool WalkPicture::isDrawn(const WalkView& walk) noexcept {
@@ -67,9 +86,11 @@ std::size_t WalkPicture::placeOf(const ModelElement& element) {
     const auto known = places_.find(element);
     if (known != places_.end()) return known->second;
     const bool fits = nodes_.size() < mostNodes_;
-    if (fits) nodes_.push_back({element});
-    const std::size_t place = fits ? nodes_.size() - 1 : notDrawn;
+    // Room first: then what fails changes nothing.
+    if (fits) makeRoom(nodes_);
+    const std::size_t place = fits ? nodes_.size() : notDrawn;
     places_.emplace(element, place);
+    if (fits) nodes_.push_back({element});
     return place;
 }
 
@@ -80,6 +101,7 @@ void WalkPicture::onLink(const WalkView& walk, const internal::Link& link, Fate 
     // Drawn when it was told that it is one.
     if (meeting == Meeting::Boundary && fate != Fate::NotDescended) return;
     const bool hasSource = !!link.getProperty();
+    if (hasSource) makeRoom(edges_);
     const std::size_t from = hasSource ? placeOf(link.getSource()) : notDrawn;
     const std::size_t to = placeOf(link.getTarget());
     if (from != notDrawn) nodes_[from].isEntered = true;

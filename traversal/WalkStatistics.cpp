@@ -31,7 +31,10 @@ template <class Row, class KeyOf>
 std::vector<Row> sorted(const std::vector<Row>& rows, const KeyOf& keyOf) {
     std::vector<std::pair<decltype(keyOf(rows.front())), const Row*>> keyed;
     keyed.reserve(rows.size());
-    for (const Row& row : rows) keyed.emplace_back(keyOf(row), &row);
+    for (const Row& row : rows) {
+        // A row that was made, but for want of memory has not come to count anything.
+        if (row.count != 0) keyed.emplace_back(keyOf(row), &row);
+    }
     std::stable_sort(keyed.begin(), keyed.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<Row> result;
@@ -154,7 +157,7 @@ bool WalkStatistics::IsSame::operator()(const ElementRow& a, const ElementRow& b
 }
 
 template <class Row>
-void WalkStatistics::Table<Row>::count(const Row& row) {
+Row& WalkStatistics::Table<Row>::rowOf(const Row& row) {
     auto place = places.find(row);
     if (place == places.end()) {
         // Room first: then what fails changes nothing.
@@ -162,19 +165,30 @@ void WalkStatistics::Table<Row>::count(const Row& row) {
         place = places.emplace(row, rows.size()).first;
         rows.push_back(row);
     }
-    ++rows[place->second].count;
+    return rows[place->second];
 }
 
 WalkStatistics::WalkStatistics() = default;
 WalkStatistics::WalkStatistics(const WalkStatistics& other) = default;
-WalkStatistics& WalkStatistics::operator=(const WalkStatistics& other) = default;
+WalkStatistics& WalkStatistics::operator=(const WalkStatistics& other) {
+    // Copied first, so that a failure changes nothing: places say where rows are.
+    WalkStatistics copy(other);
+    links_.rows.swap(copy.links_.rows);
+    links_.places.swap(copy.links_.places);
+    elements_.rows.swap(copy.elements_.rows);
+    elements_.places.swap(copy.elements_.places);
+    mostBytesHeld_ = copy.mostBytesHeld_;
+    return *this;
+}
 WalkStatistics::~WalkStatistics() = default;
 
 void WalkStatistics::onLink(const WalkView& walk, const internal::Link& link, Fate fate,
                             std::size_t /*filter*/) {
     const std::size_t depth = walk.depth();
-    links_.count({classOf(link.getSource()), link.getProperty(), fate, depth, 0});
-    if (link.shouldCascade()) elements_.count({classOf(link.getTarget()), depth, 0});
+    LinkRow& links = links_.rowOf({classOf(link.getSource()), link.getProperty(), fate, depth, 0});
+    // Both rows before either counts: then what fails counts nothing.
+    if (link.shouldCascade()) ++elements_.rowOf({classOf(link.getTarget()), depth, 0}).count;
+    ++links.count;
     mostBytesHeld_ = std::max(mostBytesHeld_, walk.bytesHeld());
 }
 

@@ -84,7 +84,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkStatistics : public WalkListener {
         std::vector<Row> rows;
         std::unordered_map<Row, std::size_t, Hash, IsSame> places;
 
-        void count(const Row& row);
+        /// The row that counts the same; a new one, of no count, where there is none.
+        Row& rowOf(const Row& row);
     };
 
     Table<LinkRow> links_;
