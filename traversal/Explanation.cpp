@@ -22,7 +22,7 @@ class ClassExplainer {
         if (!type) return explanation;
         std::vector<PropertyDecision> decisions = provider_.decide(type);
         std::erase_if(decisions, [&](const PropertyDecision& decision) {
-            return !access::hasProperty(type, decision.property);
+            return !decision.property || !access::hasProperty(type, decision.property);
         });
         const auto others =
             std::stable_partition(decisions.begin(), decisions.end(), mightBeFollowed);

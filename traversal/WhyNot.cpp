@@ -122,7 +122,9 @@ class MissedLinks {
         const auto known = associations_.find(type);
         if (known != associations_.end()) return known->second;
         Associations associations;
-        for (const Property& property : access::allProperties(type)) {
+        std::vector<Property> properties;
+        if (type) properties = access::allProperties(type);
+        for (const Property& property : properties) {
             if (!access::isAssociation(property)) continue;
             associations.all.emplace_back(property, ResultPolicy::Report);
             associations.all.back().prepareFor(type, nullptr);

@@ -240,9 +240,9 @@ TEST_P(HostQuestions, FiltersAreAskedInOrderUpToTheFirstThatSaysWalkOnly) {
     EXPECT_EQ(order, expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Orders, HostReads, testing::ValuesIn(host::everyOrder),
+INSTANTIATE_TEST_SUITE_P(Orders, HostReads, testing::ValuesIn(host::everyOrder()),
                          [](const auto& each) { return host::nameOf(each.param); });
-INSTANTIATE_TEST_SUITE_P(Orders, HostQuestions, testing::ValuesIn(host::everyOrder),
+INSTANTIATE_TEST_SUITE_P(Orders, HostQuestions, testing::ValuesIn(host::everyOrder()),
                          [](const auto& each) { return host::nameOf(each.param); });
 
 }  // namespace
