@@ -59,7 +59,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT LinkRange {
     const internal::Link& getCurrent() const;
 
     // Where the walk stands: as the operations of the same names of `IterationContext`. Before the
-    // first step, as at the end.
+    // first step as at the end: on no link, with nothing entered yet.
 
     std::size_t depth() const noexcept { return walk_ ? walk_->depth() : 0; }
     Meeting meeting() const { return walk_ ? walk_->meeting() : Meeting::None; }

@@ -70,6 +70,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT PropertyProvider {
   private:
     friend class internal::Walk;
     friend class ClassExplainer;
+    friend class RuleCheck;
     /// Finds the rules of a property faster than the map that holds them: links ask.
     using RuleIndex = internal::FlatMap<Property, internal::Lent<Property>, const CompositeMatcher*,
                                         internal::WalkSupport::Hash<Property>>;

@@ -49,17 +49,19 @@ std::string describe(const Calls& calls, std::size_t index) {
            labelOf(call.matcher.getOwner()) + ")";
 }
 
+}  // namespace
+
 /// One look through the rules of one builder.
-class Search {
+class RuleCheck::Search {
   public:
-    Search(RuleCheck::Kind kind, const Calls& calls,
-           const std::function<std::shared_ptr<PropertyProvider>(const Calls&)>& replay,
-           const std::vector<Class>& classes)
-        : kind_(kind), calls_(calls), replay_(replay) {
+    Search(Kind kind, const Calls& calls, const Replay& replay, const std::vector<Class>& classes)
+        : kind_(kind), calls_(calls), replay_(replay), provider_(replay_(calls_)) {
         for (const Class& type : classes) {
-            if (type) classes_.push_back(type);
+            if (!type) continue;
+            classes_.push_back(type);
+            decisions_.push_back(provider_->decide(type));
         }
-        answer_ = answerOf(calls_);
+        answer_ = answerOf(*provider_);
     }
 
     std::vector<RuleFinding> run() {
@@ -68,17 +70,17 @@ class Search {
     }
 
   private:
-    Answer answerOf(const Calls& calls) const {
-        const std::shared_ptr<PropertyProvider> provider = replay_(calls);
+    Answer answerOf(PropertyProvider& provider) const {
         Answer answer;
         for (const Class& type : classes_) {
             auto& followed = answer.emplace_back();
-            for (AssociationSetting& setting : provider->computeSettings(type)) {
+            for (AssociationSetting& setting : provider.computeSettings(type)) {
                 followed.emplace_back(setting.property(), setting.policy());
             }
         }
         return answer;
     }
+    Answer answerOf(const Calls& calls) const { return answerOf(*replay_(calls)); }
     Answer answerWithout(std::size_t index) const {
         Calls calls = calls_;
         calls.erase(calls.begin() + static_cast<std::ptrdiff_t>(index));
@@ -89,8 +91,11 @@ class Search {
         const bool isMissed = answerWithout(index) != answer_;
         const bool isExplained = lookForReason(index, isMissed);
         if (!isExplained && !isMissed) {
-            add(RuleProblem::Redundant, index, others(index), isMissed,
-                "changes nothing, because other rules on the property say the same");
+            std::vector<std::size_t> beside = others(index);
+            const char* sentence =
+                beside.empty() ? "changes nothing: the property is followed like this without it"
+                               : "changes nothing beside the others on the property";
+            add(RuleProblem::Redundant, index, std::move(beside), isMissed, sentence);
         }
         if (!isExplained) lookForOrder(index, isMissed);
     }
@@ -115,7 +120,7 @@ class Search {
                            ? "is on a derived property, which no walk follows"
                            : "is on a property that is no association, which no walk follows");
         }
-        if (kind_ == RuleCheck::Kind::Composition && !access::isComposite(property)) {
+        if (kind_ == Kind::Composition && !access::isComposite(property)) {
             return add(RuleProblem::NotFollowedByKind, index, {}, isMissed,
                        "is on a property that is no containment, which a composition traversal "
                        "does not follow");
@@ -129,7 +134,7 @@ class Search {
     bool lookAtPolicy(std::size_t index, bool isMissed) {
         std::vector<std::size_t> earlier = others(index);
         std::erase_if(earlier, [&](std::size_t other) { return other > index; });
-        if (kind_ == RuleCheck::Kind::Additive) {
+        if (kind_ == Kind::Additive) {
             const Class& owner = calls_[index].matcher.getOwner();
             const bool isNamed =
                 std::any_of(earlier.begin(), earlier.end(), [&](std::size_t other) {
@@ -178,22 +183,55 @@ class Search {
             return add(RuleProblem::AcceptsNoClass, index, {}, isMissed,
                        "accepts none of the classes that have the property");
         }
-        if (isMissed || !filesRule(call)) return false;
-        // Without the others it would have a say.
-        std::vector<std::size_t> others = this->others(index);
-        if (others.empty()) return false;
-        Calls alone;
-        for (std::size_t other = 0; other < calls_.size(); ++other) {
-            if (other == index || !isOnSameProperty(other, index)) alone.push_back(calls_[other]);
+        if (accepted.empty() || !filesRule(call) || answers(call)) return false;
+        // It would accept them if it were asked: where nobody else answers, it is not there any
+        // more.
+        std::vector<std::size_t> replacing = policiesBehind(index);
+        if (!replacing.empty() && !isAnswered(call.matcher.getProperty(), accepted)) {
+            return add(RuleProblem::Overwritten, index, std::move(replacing), isMissed,
+                       "is replaced by a rule that never applies, which a policy for its owner "
+                       "puts in its place");
         }
-        Calls none = alone;
-        std::erase_if(none, [&](const RuleCall& other) {
-            return other.matcher.getProperty() == call.matcher.getProperty();
-        });
-        if (answerOf(alone) == answerOf(none)) return false;
-        return add(RuleProblem::Shadowed, index, std::move(others), isMissed,
+        if (isMissed) return false;
+        return add(RuleProblem::Shadowed, index, others(index), isMissed,
                    "is never asked or never decides, because other rules answer for every class "
                    "that it accepts");
+    }
+
+    static const PropertyDecision* find(const std::vector<PropertyDecision>& decisions,
+                                        const Property& property) {
+        const auto found =
+            std::find_if(decisions.begin(), decisions.end(),
+                         [&](const PropertyDecision& each) { return each.property == property; });
+        return found == decisions.end() ? nullptr : &*found;
+    }
+    /// Whether a rule decides for one of the classes. REQUIRES: no later one has its owner.
+    bool answers(const RuleCall& call) const {
+        return std::any_of(decisions_.begin(), decisions_.end(), [&](const auto& decisions) {
+            const PropertyDecision* decision = find(decisions, call.matcher.getProperty());
+            return decision != nullptr && decision->rule != nullptr &&
+                   decision->rule->owner == call.matcher.getOwner();
+        });
+    }
+    /// Whether some rule decides about a property for each of these classes.
+    bool isAnswered(const Property& property, const std::vector<Class>& classes) const {
+        for (std::size_t place = 0; place < classes_.size(); ++place) {
+            const PropertyDecision* decision = find(decisions_[place], property);
+            if (decision != nullptr && decision->rule != nullptr) continue;
+            if (std::find(classes.begin(), classes.end(), classes_[place]) != classes.end()) {
+                return false;
+            }
+        }
+        return true;
+    }
+    /// The policies that were set later under the owner of a rule.
+    std::vector<std::size_t> policiesBehind(std::size_t index) const {
+        std::vector<std::size_t> later = others(index);
+        std::erase_if(later, [&](std::size_t other) {
+            return other < index || filesRule(calls_[other]) ||
+                   calls_[other].matcher.getOwner() != calls_[index].matcher.getOwner();
+        });
+        return later;
     }
 
     void lookForOrder(std::size_t index, bool isMissed) {
@@ -238,15 +276,16 @@ class Search {
         return true;
     }
 
-    RuleCheck::Kind kind_;
+    Kind kind_;
     const Calls& calls_;
-    const std::function<std::shared_ptr<PropertyProvider>(const Calls&)>& replay_;
+    const Replay& replay_;
+    /// What the rules decide, all of them together, about each class.
+    std::shared_ptr<PropertyProvider> provider_;
     std::vector<Class> classes_;
+    std::vector<std::vector<PropertyDecision>> decisions_;
     Answer answer_;
     std::vector<RuleFinding> findings_;
 };
-
-}  // namespace
 
 std::vector<RuleFinding> RuleCheck::findingsIn(Kind kind, const std::vector<RuleCall>& calls,
                                                const Replay& replay,

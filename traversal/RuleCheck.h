@@ -33,25 +33,25 @@ enum class RuleProblem : std::int32_t {
     /// Does not cut the property away, because a policy was set for it first: it makes its links
     /// silent.
     PruneUndone = 7,
-    /// A later rule under the same owner takes its place.
+    /// A later call under the same owner puts another rule in its place.
     Overwritten = 8,
-    /// Other rules answer for every class that it accepts.
+    /// It decides for no class: other rules answer for every class that it accepts.
     Shadowed = 9,
-    /// Nothing would change without it, because others say the same.
+    /// It decides, but the property would be followed like this without it.
     Redundant = 10,
-    /// Whether it is asked before another one depends on which was given first, because an owner's
-    /// name sorts behind the name of its superclass.
+    /// It is asked before or after the other only because of the order in which they were given:
+    /// the name of an owner sorts behind the name of its superclass.
     OrderOfGivingDecides = 11,
 };
 
 /// A finding about one rule of a builder.
 struct RuleFinding {
     RuleProblem problem;
-    /// The how-manieth call that gave the builder a rule: 1 for the first.
+    /// The number of the call that gave the rule, from 1.
     std::size_t rule = 0;
     /// The other rules that cause it.
     std::vector<std::size_t> causes;
-    /// Whether something would be followed otherwise, for one of the classes, without the rule.
+    /// Whether without the rule something would be followed differently, for one of the classes.
     bool isMissed = false;
     /// A sentence for people that names the rule and the reason.
     std::string text;
@@ -82,6 +82,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT RuleCheck {
     enum class Kind : std::uint8_t { Additive, Composition, Subtractive };
 
   private:
+    class MODELING_NUV0_TRAVERSAL_LOCAL Search;
     using Replay =
         std::function<std::shared_ptr<PropertyProvider>(const std::vector<RuleCall>& calls)>;
 
@@ -108,9 +109,11 @@ class MODELING_NUV0_TRAVERSAL_EXPORT RuleCheck {
 ///     }
 ///
 /// A rule without a finding does what it says, and is needed: without it, something would be
-/// followed otherwise. Found out by trying: the rules are applied again without each in turn, so
+/// followed differently. Found out by trying: the rules are applied again without each in turn, so
 /// predicates are called many times; they have to give the same answers. Quadratic in the number of
-/// rules. Throws what predicates throw. Null classes are ignored.
+/// rules, and at worst cubic: where many owners' names sort behind those of their superclasses, all
+/// rules are applied once more for each two of these. Throws what predicates throw. Null classes
+/// are ignored.
 template <class Impl>
 std::vector<RuleFinding> check(const AbstractTraversal<Impl>& builder,
                                const std::vector<Class>& classes) {

@@ -74,11 +74,13 @@ WalkPicture& WalkPicture::operator=(const WalkPicture& other) {
 WalkPicture::~WalkPicture() = default;
 
 bool WalkPicture::isDrawn(const WalkView& walk) noexcept {
-    if (walk_ == 0) {
-        walk_ = walk.number();
+    const auto& result = walk.result();
+    if (walk_.number == 0) {
+        walk_ = {result, walk.number()};
         isDepthFirst_ = walk.order() != Algo::BreadthFirst;
     }
-    return walk_ == walk.number();
+    return walk_.number == walk.number() && !walk_.result.owner_before(result) &&
+           !result.owner_before(walk_.result);
 }
 
 /// Where the node of an element is: a new one as long as the limit allows it.
@@ -190,7 +192,7 @@ std::string WalkPicture::text() const {
 }
 
 void WalkPicture::clear() noexcept {
-    walk_ = 0;
+    walk_ = {};
     nodes_.clear();
     edges_.clear();
     cuts_.clear();

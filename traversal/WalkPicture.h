@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -23,10 +24,11 @@ namespace nuv::zero::traversal {
 /// walked but not reported. A dotted edge with a bar leads to what was not descended into, and one
 /// to the word "cut" says what was pruned. A legend says so in the picture.
 ///
-/// Draws one walk, the first that it hears of. Of its elements it draws as many as the limit says,
-/// in the order in which their links were told, and the links between them; what is left out is
-/// counted in the picture. Costs memory for what it draws and for each element, which it keeps
-/// alive as any link does, and a look-up or two for each link. A copy is independent.
+/// Draws one walk, the first that it hears of, of whichever result. Of its elements it draws as
+/// many as the limit says, in the order in which their links were told, and the links between them;
+/// what is left out is counted in the picture. Costs memory for what it draws and for each element,
+/// which it keeps alive as any link does, and a look-up or two for each link. A copy is
+/// independent.
 class MODELING_NUV0_TRAVERSAL_EXPORT WalkPicture : public WalkListener {
   public:
     explicit WalkPicture(std::size_t mostNodes = 200);
@@ -62,6 +64,13 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkPicture : public WalkListener {
         Pruning pruning;
         meta::Property property;
     };
+    /// Numbers are given for each result. The result is not kept alive, but no other one is taken
+    /// for it.
+    struct Drawn {
+        std::weak_ptr<internal::TraversalResult> result;
+        /// None before the first walk that is heard of.
+        std::size_t number = 0;
+    };
     static constexpr std::size_t notDrawn = static_cast<std::size_t>(-1);
 
     bool isDrawn(const WalkView& walk) noexcept;
@@ -72,8 +81,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkPicture : public WalkListener {
     std::string leftOutText() const;
 
     std::size_t mostNodes_;
-    /// None before the first that is heard of.
-    std::size_t walk_ = 0;
+    Drawn walk_;
     bool isDepthFirst_ = false;
     std::vector<Node> nodes_;
     std::vector<Edge> edges_;

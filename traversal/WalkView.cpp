@@ -4,6 +4,9 @@
 
 namespace nuv::zero::traversal {
 
+const std::shared_ptr<internal::TraversalResult>& WalkView::result() const noexcept {
+    return walk_->result();
+}
 std::size_t WalkView::number() const noexcept {
     return walk_->number();
 }
@@ -14,7 +17,7 @@ Meeting WalkView::meeting() const {
     return walk_->meeting();
 }
 std::vector<internal::Link> WalkView::path() const {
-    return walk_->path();
+    return meeting() == Meeting::None ? std::vector<internal::Link>() : walk_->path();
 }
 std::vector<internal::Link> WalkView::pathTo(const ModelElement& element) const {
     return walk_->pathTo(element);

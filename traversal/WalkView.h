@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "model/Framework.h"
@@ -14,11 +15,13 @@ namespace nuv::zero::traversal {
 /// as long as the call that it was given to. Nothing is computed that is not asked for.
 class MODELING_NUV0_TRAVERSAL_EXPORT WalkView {
   public:
-    /// Which of the walks over the result it is: 1 for the first. A copy of a walk is another walk.
+    /// The result over which it walks, and which of the walks over it this is: 1 for the first. A
+    /// copy of a walk is another walk; a copy of a result goes on counting where the result was.
+    const std::shared_ptr<internal::TraversalResult>& result() const noexcept;
     std::size_t number() const noexcept;
 
     // Where the walk stands, as the operations of the same names of `IterationContext` say. The
-    // link is the one that the listener hears of.
+    // link is the one that the listener hears of; for a prune, see `IterationContext`.
 
     std::size_t depth() const noexcept;
     Meeting meeting() const;

@@ -133,6 +133,49 @@ TEST_F(RuleCheckTest, NamesRulesThatOthersReplaceOrHide) {
     EXPECT_FALSE(findings.front().isMissed);
 }
 
+/// A rule that decides for a class, and says what the rule behind it says as well, was told never
+/// to decide.
+TEST_F(RuleCheckTest, RuleThatAnswersAsTheNextOneWouldIsRedundant) {
+    const auto builder =
+        Spec::additiveTraversal()
+            ->traverse({parts, isExactly("Beta"), m.type("Beta")}, ResultPolicy::Report)
+            ->traverse(parts, ResultPolicy::Report);
+    ASSERT_EQ(explain(*builder, m.type("Beta")).find(parts)->rule->number, 1U);
+    const std::vector<RuleFinding> findings = check(*builder, m.classes());
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings.front().problem, RuleProblem::Redundant);
+    EXPECT_FALSE(findings.front().isMissed);
+    EXPECT_EQ(findings.front().text,
+              "Rule 1 (traverse Alpha.parts, owner Beta) changes nothing beside the others on the "
+              "property: rule 2 (traverse Alpha.parts, owner Alpha).");
+}
+
+/// The only rule on a property was told that others say the same.
+TEST_F(RuleCheckTest, OnlyRuleThatChangesNothingNamesNoOthers) {
+    const auto builder = Spec::subtractiveTraversal()->setResultPolicy(parts, ResultPolicy::Report);
+    const std::vector<RuleFinding> findings = check(*builder, m.classes());
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings.front().problem, RuleProblem::Redundant);
+    EXPECT_TRUE(findings.front().causes.empty());
+    EXPECT_EQ(findings.front().text,
+              "Rule 1 (setResultPolicy of Alpha.parts, owner Alpha) changes nothing: the property "
+              "is followed like this without it.");
+}
+
+/// A prune in whose place `setResultPolicy` had put a rule that never applies was said to be hidden
+/// by rules that answer for all its classes; none did.
+TEST_F(RuleCheckTest, PruneThatAPolicyHasReplacedIsOverwritten) {
+    const auto builder = Spec::subtractiveTraversal()
+                             ->prune({parts, isExactly("Beta"), m.type("Alpha")})
+                             ->setResultPolicy(parts, ResultPolicy::Report);
+    ASSERT_EQ(explain(*builder, m.type("Beta")).find(parts)->rule, std::nullopt);
+    const std::vector<RuleFinding> findings = check(*builder, m.classes());
+    ASSERT_FALSE(findings.empty());
+    EXPECT_EQ(findings.front().problem, RuleProblem::Overwritten);
+    EXPECT_EQ(findings.front().rule, 1U);
+    EXPECT_EQ(findings.front().causes, std::vector<std::size_t>{2});
+}
+
 TEST_F(RuleCheckTest, NamesRulesWhoseOrderIsThatOfGiving) {
     const auto builder =
         Spec::additiveTraversal()

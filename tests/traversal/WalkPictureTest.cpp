@@ -201,6 +201,33 @@ TEST(WalkPictureTest, DrawsTheFirstWalkUntilItIsCleared) {
     EXPECT_EQ(picture.text(), kept.text());
 }
 
+/// Walks are numbered for each result: a picture that heard of two results mixed the first walks of
+/// both, and so it was with a copy of a result.
+TEST(WalkPictureTest, DrawsOneWalkOfOneResult) {
+    const test::ModelBuilder m("Node; Node.x -> Node *", "A.x = B; C.x = D");
+    WalkPicture picture;
+    const auto result = traced(Spec::subtractiveTraversal()->depthFirst({m("A")}), picture);
+    const auto copy = std::make_shared<TraversalResult>(*result);
+    test::linesOf(result);
+    const std::string drawn = picture.text();
+    test::linesOf(copy);
+    EXPECT_EQ(picture.text(), drawn);
+    test::linesOf(traced(Spec::subtractiveTraversal()->depthFirst({m("C")}), picture));
+    EXPECT_EQ(picture.text(), drawn);
+}
+
+/// A new result may stand where the one that was drawn stood in memory.
+TEST(WalkPictureTest, DrawsNoResultThatTakesThePlaceOfAnEarlierOne) {
+    const test::ModelBuilder m("Node; Node.x -> Node *", "A.x = B; C.x = D");
+    WalkPicture picture;
+    test::linesOf(traced(Spec::subtractiveTraversal()->depthFirst({m("A")}), picture));
+    const std::string drawn = picture.text();
+    for (int again = 0; again < 20; ++again) {
+        test::linesOf(traced(Spec::subtractiveTraversal()->depthFirst({m("C")}), picture));
+    }
+    EXPECT_EQ(picture.text(), drawn);
+}
+
 TEST(WalkPictureTest, SeveralInputsAreSeveralBoldNodes) {
     const test::ModelBuilder m("Node; Node.x -> Node *", "A.x = B; C.x = B; D.x = A");
     WalkPicture picture;

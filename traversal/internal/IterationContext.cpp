@@ -81,7 +81,8 @@ Meeting TraversalResult::IterationContext::meeting() const {
 }
 
 std::vector<Link> TraversalResult::IterationContext::path() const {
-    return walk_ ? walk_->path() : std::vector<Link>();
+    // Where there is no link, nothing has to have been remembered.
+    return meeting() == Meeting::None ? std::vector<Link>() : walk_->path();
 }
 
 std::vector<Link> TraversalResult::IterationContext::pathTo(const ModelElement& element) const {

@@ -205,10 +205,10 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     /// How the target was met, as far as the walk has gone. Breadth-first, a link to an element
     /// that was entered before is handled when its own turn comes, and answers for that moment.
     Meeting meeting() const;
-    /// The links from the input's own link to the link; none at the end. For a link that does not
-    /// lead on, the path to its source and then the link. Costs what it returns. Breadth-first the
-    /// walk has to have remembered how it came to its elements: without
-    /// `ResultSetup::rememberPaths()` this throws `std::logic_error`.
+    /// The links from the input's own link to the link; none where the walk stands on no link. For
+    /// a link that does not lead on, the path to its source and then the link. Costs what it
+    /// returns. Breadth-first the walk has to have remembered how it came to its elements: on a
+    /// link, this throws `std::logic_error` without `ResultSetup::rememberPaths()`.
     std::vector<Link> path() const;
     /// The same for an element that the walk has entered; empty for any other. Depth-first, what is
     /// not on the path any more has to have been remembered too.

@@ -17,7 +17,8 @@ class AskingListener : public WalkListener {
     void onLink(const WalkView& walk, const Link& link, Fate fate, std::size_t filter) override {
         ++links;
         const ModelElement& target = link.getTarget();
-        expect(walk.number() == 1 && walk.depth() + 1 == walk.path().size() &&
+        expect(walk.number() == 1 && walk.result() == result &&
+                   walk.depth() + 1 == walk.path().size() &&
                    walk.pathTo(target).size() == walk.path().size() && walk.cycle().empty() &&
                    walk.hasEntered(target) && walk.enteredCount() > 0 && walk.waitingCount() > 0 &&
                    walk.meeting() != Meeting::None && walk.bytesHeld() > 0 &&
@@ -32,6 +33,7 @@ class AskingListener : public WalkListener {
         WalkListener::onPrune(walk, link, pruning, property, outcome);
     }
 
+    std::shared_ptr<TraversalResult> result;
     WalkBoundaries boundaries;
     int links = 0;
     int prunes = 0;
@@ -46,6 +48,7 @@ void callListener(const Station& station) {
     AskingListener copy(asking);
     copy = asking;
     const auto result = contained(station);
+    asking.result = result;
     ResultSetup(result).rememberPaths().trace(&asking);
     LinkRange walk = links(result);
     for (const Link& link : walk) walk.pruneChildren(link.getProperty());

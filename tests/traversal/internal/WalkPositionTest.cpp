@@ -280,6 +280,36 @@ TEST_F(WalkPositionTest, WithoutMemoryPathsBreadthFirstNameTheCallToMake) {
     EXPECT_EQ(walk.meeting(), Meeting::Input);
 }
 
+/// At the end of a walk that remembers no paths, `path` threw; before the first step of a range it
+/// did not.
+TEST_F(WalkPositionTest, WithoutMemoryThePathToNoLinkIsEmpty) {
+    struct PathAtPrune : WalkListener {
+        void onPrune(const WalkView& walk, const Link& link, Pruning, const meta::Property&,
+                     Pruned) override {
+            EXPECT_FALSE(link);
+            EXPECT_EQ(text(walk.path()), "");
+            ++count;
+        }
+        int count = 0;
+    };
+    for (const Algo order : test::everyOrder()) {
+        const auto result = Spec::subtractiveTraversal()->run({m("A")}, order);
+        PathAtPrune listener;
+        ResultSetup(result).trace(&listener);
+        auto walk = result->prepare();
+        EXPECT_EQ(text(walk.path()), "") << test::nameOf(order);
+        walk.pruneAllChildren();
+        while (!walk.hasEnded()) walk.advance();
+        EXPECT_EQ(text(walk.path()), "") << test::nameOf(order);
+        walk.pruneAllChildren();
+        EXPECT_EQ(listener.count, 2);
+        LinkRange range = links(result);
+        EXPECT_TRUE(range.path().empty());
+        for (const Link& link : range) (void)link;
+        EXPECT_TRUE(range.path().empty()) << test::nameOf(order);
+    }
+}
+
 TEST_F(WalkPositionTest, WithoutMemoryPathsDepthFirstReachAsFarAsThePathOfTheWalk) {
     auto walk = Spec::subtractiveTraversal()->depthFirst({m("A")})->begin();
     while (test::text(walk.getCurrent()) != "C.x>A!") walk.advance();
