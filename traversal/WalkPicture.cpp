@@ -7,7 +7,8 @@ namespace nuv::zero::traversal {
 
 namespace {
 
-/// A text in quotes, as DOT has it.
+/// A text in quotes, as DOT has it. Its readers take `&lt;` and the like for the character that is
+/// meant.
 std::string dotText(const std::string& text) {
     std::string result = "\"";
     for (const char each : text) {
@@ -16,6 +17,8 @@ std::string dotText(const std::string& text) {
             result += each;
         } else if (each == '\n') {
             result += "\\n";
+        } else if (each == '&') {
+            result += "&amp;";
         } else if (static_cast<unsigned char>(each) < 0x20 || each == 0x7F) {
             // Readers of the text stop at some of these.
             result += ' ';
@@ -44,6 +47,7 @@ constexpr const char* legend =
     "    label=\"legend\"; fontsize=10;\n"
     "    node [shape=point]; edge [fontsize=9];\n"
     "    l0 [shape=box, style=bold, label=\"input\"];\n"
+    "    l13 [shape=box, style=dotted, label=\"not entered\"];\n"
     "    l1 -> l2 [label=\"first link\"];\n"
     "    l3 -> l4 [label=\"entered before\", style=dashed];\n"
     "    l5 -> l6 [label=\"closes a cycle\", style=dashed, color=red];\n"
