@@ -18,7 +18,8 @@ struct ExplainedRule {
     Property property;
     /// The class under which it is filed.
     Class owner;
-    /// The how-manieth of the rules that were given for the property: 1 for the first.
+    /// The how-manieth of the rules that were given for the property: 1 for the first. `check`
+    /// numbers all calls that gave a rule, whatever the property.
     std::size_t number = 0;
     /// Empty unless `named` gave it one.
     std::string name;

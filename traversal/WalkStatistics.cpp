@@ -5,18 +5,36 @@
 #include <map>
 #include <utility>
 
+#include "traversal/internal/ColumnText.h"
 #include "traversal/internal/Names.h"
-#include "traversal/internal/TextTable.h"
 
 namespace nuv::zero::traversal {
 
+using internal::ColumnText;
 using internal::qualifiedName;
-using internal::TextTable;
 
 namespace {
 
 constexpr Fate everyFate[] = {Fate::Reported,          Fate::Silent,   Fate::Repeated,
                               Fate::PseudoLinkLeftOut, Fate::Filtered, Fate::NotDescended};
+
+const char* nameOf(Fate fate) noexcept {
+    switch (fate) {
+        case Fate::Reported:
+            return "reported";
+        case Fate::Silent:
+            return "silent";
+        case Fate::Repeated:
+            return "repeated";
+        case Fate::PseudoLinkLeftOut:
+            return "left out";
+        case Fate::Filtered:
+            return "filtered";
+        case Fate::NotDescended:
+            return "not descended";
+    }
+    return "";
+}
 
 meta::Class classOf(const ModelElement& element) {
     return element ? access::classOf(element) : meta::Class();
@@ -90,9 +108,9 @@ void addCounts(std::vector<std::string>& cells, const FateCounts& counts,
 std::string linkTable(const std::vector<WalkStatistics::LinkRow>& rows,
                       const std::vector<Fate>& fates) {
     std::vector<std::string> head{"links from", "property"};
-    for (const Fate fate : fates) head.emplace_back(internal::nameOf(fate));
+    for (const Fate fate : fates) head.emplace_back(nameOf(fate));
     head.emplace_back("depth");
-    TextTable table(std::move(head), 2);
+    ColumnText table(std::move(head), 2);
     for (auto row = rows.begin(); row != rows.end();) {
         const auto first = row;
         FateCounts counts;
@@ -110,7 +128,7 @@ std::string linkTable(const std::vector<WalkStatistics::LinkRow>& rows,
 }
 
 std::string elementTable(const std::vector<WalkStatistics::ElementRow>& rows) {
-    TextTable table({"elements of", "entered", "depth"}, 1);
+    ColumnText table({"elements of", "entered", "depth"}, 1);
     for (auto row = rows.begin(); row != rows.end();) {
         const auto first = row;
         std::size_t count = 0;
@@ -129,8 +147,8 @@ std::string depthTable(const WalkStatistics& statistics, const std::vector<Fate>
     for (const auto& row : statistics.elementRows()) byDepth[row.depth].first += row.count;
     for (const auto& row : statistics.linkRows()) byDepth[row.depth].second.add(row);
     std::vector<std::string> head{"depth", "entered"};
-    for (const Fate fate : fates) head.emplace_back(internal::nameOf(fate));
-    TextTable table(std::move(head), 0);
+    for (const Fate fate : fates) head.emplace_back(nameOf(fate));
+    ColumnText table(std::move(head), 0);
     for (const auto& [depth, counts] : byDepth) {
         std::vector<std::string> cells{std::to_string(depth), std::to_string(counts.first)};
         addCounts(cells, counts.second, fates);
