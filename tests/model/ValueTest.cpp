@@ -12,12 +12,7 @@
 namespace nuv::zero::test {
 namespace {
 
-struct ValueTest : testing::Test {
-    Blocks m;
-    memory::Model model;
-    ModelElement b1 = model.create(m.block, u"b1");
-    ModelElement p1 = model.create(m.port, u"p1");
-
+struct ValueTest : BlocksModel {
     Value planted(memory::PlantedValue value) {
         model.plant(b1, m.ports, std::move(value));
         return access::read(b1, m.ports);
