@@ -60,7 +60,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkListener {
                         std::size_t filter);
     /// The caller has pruned while the walk stood on a link. `property` is the one that is meant:
     /// for children the one that was given, for siblings the one where the cursor of the link's
-    /// source stands; null for all children. Does nothing.
+    /// source stands; null for all children. What is thrown passes through to the one who pruned;
+    /// the prune has been made and stays. Does nothing.
     virtual void onPrune(const WalkView& walk, const internal::Link& link, Pruning pruning,
                          const meta::Property& property, Pruned outcome);
 };

@@ -17,6 +17,11 @@ namespace nuv::zero::traversal {
 ///     for (const Link& link : links(result)) ...
 ///     std::cout << statistics.text();
 ///
+/// An element counts as entered when the link that entered it is told. Where that link never is,
+/// `elementCount` is less than what the walks have entered: a null input, a link that a predicate
+/// or a filter loses by throwing, and in post-order what a walk that is broken off has entered and
+/// not left.
+///
 /// Sums up all walks that it hears. Costs a look-up or two for each link, and memory for each row.
 /// Counts keep classes and properties alive as long as any handle does. A copy is independent.
 class MODELING_NUV0_TRAVERSAL_EXPORT WalkStatistics : public WalkListener {
