@@ -109,7 +109,6 @@ TEST_F(ValueTest, FailsToConvertAnythingElseToAText) {
 }
 
 TEST_F(ValueTest, KeepsWhatItHoldsWhenTheModelIsEdited) {
-    const ModelElement p2 = model.create(m.port, u"p2");
     model.set(b1, m.ports, Elements{p1});
     const Value before = access::read(b1, m.ports);
     const Value copy = before;
