@@ -110,7 +110,7 @@ class MissedLinks {
         if (walk_.hasEntered(element) && known_.insert(element)) found_.emplace_back(element);
     }
 
-    // By value: what is found makes the list longer.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): what is found makes the list longer
     void lookFrom(Element lent) {
         const ModelElement& source = lent.get();
         const Associations& associations = associationsOf(access::classOf(source));

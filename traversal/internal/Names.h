@@ -16,8 +16,8 @@ inline std::string qualifiedName(const meta::Class& type) {
 }
 inline std::string qualifiedName(const meta::Property& property) {
     if (!property) return "no property";
-    return qualifiedName(meta::Class(access::owningClass(property))) + "." +
-           access::toUtf8(access::nameOf(property));
+    const meta::Class& owner = access::owningClass(property);
+    return qualifiedName(owner) + "." + access::toUtf8(access::nameOf(property));
 }
 
 inline std::string plainName(const meta::Property& property) {
