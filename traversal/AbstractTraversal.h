@@ -127,6 +127,12 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
         return run(input, Algo::BreadthFirst);
     }
 
+  private:
+    friend class RuleCheck;
+    // The slots of every kind come first: what is added later stands behind them.
+    virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
+    virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
+
   protected:
     /// Only `Spec` can make one, so every builder that callers get lives in a shared pointer.
     class InstantiateToken {
@@ -154,10 +160,6 @@ class AbstractTraversal : public std::enable_shared_from_this<Impl> {
     virtual void apply(const RuleCall& call);
 
   private:
-    friend class RuleCheck;
-    virtual void doSetResultPolicy(const PropertyMatcher& matcher, ResultPolicy policy) = 0;
-    virtual std::shared_ptr<PropertyProvider> createPropertyProvider() = 0;
-
     std::shared_ptr<internal::TraversalResult> createResult(
         const std::vector<ModelElement>& elements, Algo algo, ResultPolicy policy);
 

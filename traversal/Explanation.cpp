@@ -22,7 +22,7 @@ class ClassExplainer {
         if (!type) return explanation;
         std::vector<PropertyDecision> decisions = provider_.decide(type);
         std::erase_if(decisions, [&](const PropertyDecision& decision) {
-            return !access::hasProperty(type, decision.property);
+            return !decision.property || !access::hasProperty(type, decision.property);
         });
         const auto others =
             std::stable_partition(decisions.begin(), decisions.end(), mightBeFollowed);
@@ -77,7 +77,7 @@ class ClassExplainer {
     }
 
     static ExplainedRule describe(const Property& property, const internal::RuleTree::Rule& rule) {
-        const auto* named = rule.predicate.target<NamedPredicate>();
+        const NamedPredicate* named = namedIn(rule.predicate);
         return {property, rule.owner, rule.number, named == nullptr ? std::string() : named->name,
                 rule.policy};
     }
@@ -100,9 +100,8 @@ std::string policyText(ResultPolicy policy) {
 }
 
 std::string ruleText(const ExplainedRule& rule) {
-    std::string text = "rule " + std::to_string(rule.number);
-    if (!rule.name.empty()) text += " \"" + rule.name + "\"";
-    return text + " (filed under " + internal::qualifiedName(rule.owner) + ")";
+    return internal::ruleName(rule.number, rule.name) + " (filed under " +
+           internal::qualifiedName(rule.owner) + ")";
 }
 
 std::string rulesText(const std::vector<ExplainedRule>& rules) {

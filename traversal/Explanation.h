@@ -18,7 +18,8 @@ struct ExplainedRule {
     Property property;
     /// The class under which it is filed.
     Class owner;
-    /// Its number among the rules given for the property, from 1.
+    /// Its number among the rules given for the property, from 1. `check` numbers all calls that
+    /// gave a rule, whatever the property.
     std::size_t number = 0;
     /// Empty unless `named` gave it one.
     std::string name;

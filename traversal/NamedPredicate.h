@@ -27,4 +27,9 @@ inline NamedPredicate named(std::string name, ClassPredicate predicate = EveryCl
 template <PredicateOverElements F, class = typename RefusedPredicate<F>::Always>
 NamedPredicate named(std::string name, const F& predicate) = delete;
 
+/// The predicate with a name that stands in another one; null where there is none.
+inline const NamedPredicate* namedIn(const ClassPredicate& predicate) noexcept {
+    return predicate.target<NamedPredicate>();
+}
+
 }  // namespace nuv::zero::traversal

@@ -9,7 +9,8 @@ PropertyProvider::PropertyProvider(std::unordered_map<Property, CompositeMatcher
     : rules_(std::make_shared<IndexedRules>(std::move(matchers))) {}
 PropertyProvider::PropertyProvider(const PropertyProvider& other) = default;
 PropertyProvider& PropertyProvider::operator=(const PropertyProvider& other) {
-    // Copied first, so that a failure changes nothing.
+    // Copied first, so that a failure changes nothing. Whether walks ask the rules themselves is a
+    // matter of the class, and stays as it is.
     auto settingsCache = other.settingsCache_;
     rules_ = other.rules_;
     latest_ = nullptr;

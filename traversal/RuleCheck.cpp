@@ -6,6 +6,7 @@
 
 #include "traversal/ClassHierarchyComparator.h"
 #include "traversal/NamedPredicate.h"
+#include "traversal/internal/Names.h"
 
 namespace nuv::zero::traversal {
 
@@ -19,21 +20,11 @@ bool filesRule(const RuleCall& call) {
     return call.operation != RuleCall::Operation::SetResultPolicy;
 }
 
-std::string labelOf(const Class& type) {
-    return type ? access::toUtf8(access::nameOf(type)) : "no class";
-}
-std::string labelOf(const Property& property) {
-    if (!property) return "no property";
-    return labelOf(Class(access::owningClass(property))) + "." +
-           access::toUtf8(access::nameOf(property));
-}
-
 std::string describe(const Calls& calls, std::size_t index) {
     const RuleCall& call = calls[index];
-    std::string text = "rule " + std::to_string(index + 1);
-    if (const auto* named = call.matcher.getMatcher().target<NamedPredicate>()) {
-        text += " \"" + named->name + "\"";
-    }
+    const NamedPredicate* named = namedIn(call.matcher.getMatcher());
+    std::string text =
+        internal::ruleName(index + 1, named == nullptr ? std::string() : named->name);
     switch (call.operation) {
         case RuleCall::Operation::Traverse:
             text += " (traverse ";
@@ -45,8 +36,8 @@ std::string describe(const Calls& calls, std::size_t index) {
             text += " (setResultPolicy of ";
             break;
     }
-    return text + labelOf(call.matcher.getProperty()) + ", owner " +
-           labelOf(call.matcher.getOwner()) + ")";
+    return text + internal::qualifiedName(call.matcher.getProperty()) + ", owner " +
+           internal::qualifiedName(call.matcher.getOwner()) + ")";
 }
 
 }  // namespace

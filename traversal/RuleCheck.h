@@ -47,7 +47,8 @@ enum class RuleProblem : std::int32_t {
 /// A finding about one rule of a builder.
 struct RuleFinding {
     RuleProblem problem;
-    /// The number of the call that gave the rule, from 1.
+    /// The number of the call that gave the rule, from 1. `explain` numbers the rules of each
+    /// property.
     std::size_t rule = 0;
     /// The other rules that cause it.
     std::vector<std::size_t> causes;

@@ -56,7 +56,7 @@ RuleTree::Place RuleTree::descend(const Class& owner) const {
 }
 
 void RuleTree::file(const Class& owner, ClassPredicate predicate, ResultPolicy policy) {
-    const auto* named = predicate.target<NamedPredicate>();
+    const NamedPredicate* named = namedIn(predicate);
     const ClassPredicate& asked = named == nullptr ? predicate : named->predicate;
     const bool acceptsAll = asked.target<EveryClass>() != nullptr;
     const Place place = descend(owner);

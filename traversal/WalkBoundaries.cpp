@@ -48,7 +48,13 @@ class NeverEntered {
 
 WalkBoundaries::WalkBoundaries() = default;
 WalkBoundaries::WalkBoundaries(const WalkBoundaries& other) = default;
-WalkBoundaries& WalkBoundaries::operator=(const WalkBoundaries& other) = default;
+WalkBoundaries& WalkBoundaries::operator=(const WalkBoundaries& other) {
+    // Copied first, so that a failure changes nothing.
+    WalkBoundaries copy(other);
+    refusals_.swap(copy.refusals_);
+    cuts_.swap(copy.cuts_);
+    return *this;
+}
 WalkBoundaries::~WalkBoundaries() = default;
 
 void WalkBoundaries::onLink(const WalkView& walk, const Link& link, Fate fate,

@@ -60,7 +60,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkListener {
     /// The caller has pruned; `link` is the walk's current link, the empty one where there is none.
     /// `property` is the one that is meant: for children the one that was given, for siblings the
     /// one where the cursor of the link's source stands; null for all children, and where there is
-    /// none. Does nothing.
+    /// none. What is thrown passes through to the one who pruned; the prune has been made and
+    /// stays. Does nothing.
     virtual void onPrune(const WalkView& walk, const internal::Link& link, Pruning pruning,
                          const meta::Property& property, Pruned outcome);
 };

@@ -7,7 +7,8 @@ namespace nuv::zero::traversal {
 
 namespace {
 
-/// A text in quotes, as DOT has it.
+/// A text in quotes, as DOT has it. Its readers take `&lt;` and the like for the character that is
+/// meant.
 std::string dotText(const std::string& text) {
     std::string result = "\"";
     for (const char each : text) {
@@ -16,6 +17,8 @@ std::string dotText(const std::string& text) {
             result += each;
         } else if (each == '\n') {
             result += "\\n";
+        } else if (each == '&') {
+            result += "&amp;";
         } else if (static_cast<unsigned char>(each) < 0x20 || each == 0x7F) {
             // Readers of the text stop at some of these.
             result += ' ';
@@ -30,6 +33,12 @@ std::string nodeName(std::size_t place) {
     return "n" + std::to_string(place);
 }
 
+/// Makes sure that the next `push_back` allocates nothing.
+template <class T>
+void makeRoom(std::vector<T>& list) {
+    if (list.size() == list.capacity()) list.reserve(2 * list.size() + 8);
+}
+
 constexpr const char* notReportedColor = "gray60";
 
 /// Each line between two nodes that are there for it alone.
@@ -38,6 +47,7 @@ constexpr const char* legend =
     "    label=\"legend\"; fontsize=10;\n"
     "    node [shape=point]; edge [fontsize=9];\n"
     "    l0 [shape=box, style=bold, label=\"input\"];\n"
+    "    l13 [shape=box, style=dotted, label=\"not entered\"];\n"
     "    l1 -> l2 [label=\"first link\"];\n"
     "    l3 -> l4 [label=\"entered before\", style=dashed];\n"
     "    l5 -> l6 [label=\"closes a cycle\", style=dashed, color=red];\n"
@@ -51,7 +61,20 @@ constexpr const char* legend =
 
 WalkPicture::WalkPicture(std::size_t mostNodes) : mostNodes_(mostNodes) {}
 WalkPicture::WalkPicture(const WalkPicture& other) = default;
-WalkPicture& WalkPicture::operator=(const WalkPicture& other) = default;
+WalkPicture& WalkPicture::operator=(const WalkPicture& other) {
+    // Copied first, so that a failure changes nothing: places say where nodes are.
+    WalkPicture copy(other);
+    nodes_.swap(copy.nodes_);
+    edges_.swap(copy.edges_);
+    cuts_.swap(copy.cuts_);
+    places_.swap(copy.places_);
+    mostNodes_ = copy.mostNodes_;
+    walk_ = copy.walk_;
+    isDepthFirst_ = copy.isDepthFirst_;
+    linksLeftOut_ = copy.linksLeftOut_;
+    prunesLeftOut_ = copy.prunesLeftOut_;
+    return *this;
+}
 WalkPicture::~WalkPicture() = default;
 
 bool WalkPicture::isDrawn(const WalkView& walk) noexcept {
@@ -69,9 +92,11 @@ std::size_t WalkPicture::placeOf(const ModelElement& element) {
     const auto known = places_.find(element);
     if (known != places_.end()) return known->second;
     const bool fits = nodes_.size() < mostNodes_;
-    if (fits) nodes_.push_back({element});
-    const std::size_t place = fits ? nodes_.size() - 1 : notDrawn;
+    // Room first: then what fails changes nothing.
+    if (fits) makeRoom(nodes_);
+    const std::size_t place = fits ? nodes_.size() : notDrawn;
     places_.emplace(element, place);
+    if (fits) nodes_.push_back({element});
     return place;
 }
 
@@ -82,6 +107,7 @@ void WalkPicture::onLink(const WalkView& walk, const internal::Link& link, Fate 
     // Drawn when it was told that it is one.
     if (meeting == Meeting::Boundary && fate != Fate::NotDescended) return;
     const bool hasSource = !!link.getProperty();
+    if (hasSource) makeRoom(edges_);
     const std::size_t from = hasSource ? placeOf(link.getSource()) : notDrawn;
     const std::size_t to = placeOf(link.getTarget());
     if (from != notDrawn) nodes_[from].isEntered = true;

@@ -19,16 +19,17 @@ namespace nuv::zero::traversal {
 ///     std::ofstream("walk.dot") << picture.text();        // dot -Tsvg walk.dot > walk.svg
 ///
 /// Each element that was entered is a node, named as `dumpElement` does, inputs with a bold border.
+/// What was referred to and not entered has a dotted one.
 /// Each link that was met is an edge: solid where it entered its target, dashed where that was
 /// entered before; red where it closes a cycle, which is known depth-first; grey where the link was
 /// walked but not reported. A dotted edge with a bar leads to what was not descended into, and one
 /// to the word "cut" says what was pruned. A legend says so in the picture.
 ///
-/// Draws one walk, the first that it hears of, of whichever result. Of its elements it draws as
-/// many as the limit says, in the order in which their links were told, and the links between them;
-/// what is left out is counted in the picture. Costs memory for what it draws and for each element,
-/// which it keeps alive as any link does, and a look-up or two for each link. A copy is
-/// independent.
+/// Draws one walk, the first that it hears of, of whichever result. Of its elements, those that
+/// were not entered included, it draws as many as the limit says, in the order in which their links
+/// were told, and the links between them; what is left out is counted in the picture. Costs memory
+/// for what it draws and for each element, which it keeps alive as any link does, and a look-up or
+/// two for each link. A copy is independent.
 class MODELING_NUV0_TRAVERSAL_EXPORT WalkPicture : public WalkListener {
   public:
     explicit WalkPicture(std::size_t mostNodes = 200);

@@ -5,18 +5,36 @@
 #include <map>
 #include <utility>
 
+#include "traversal/internal/ColumnText.h"
 #include "traversal/internal/Names.h"
-#include "traversal/internal/TextTable.h"
 
 namespace nuv::zero::traversal {
 
+using internal::ColumnText;
 using internal::qualifiedName;
-using internal::TextTable;
 
 namespace {
 
 constexpr Fate everyFate[] = {Fate::Reported,          Fate::Silent,   Fate::Repeated,
                               Fate::PseudoLinkLeftOut, Fate::Filtered, Fate::NotDescended};
+
+const char* nameOf(Fate fate) noexcept {
+    switch (fate) {
+        case Fate::Reported:
+            return "reported";
+        case Fate::Silent:
+            return "silent";
+        case Fate::Repeated:
+            return "repeated";
+        case Fate::PseudoLinkLeftOut:
+            return "left out";
+        case Fate::Filtered:
+            return "filtered";
+        case Fate::NotDescended:
+            return "not descended";
+    }
+    return "";
+}
 
 meta::Class classOf(const ModelElement& element) {
     return element ? access::classOf(element) : meta::Class();
@@ -31,7 +49,10 @@ template <class Row, class KeyOf>
 std::vector<Row> sorted(const std::vector<Row>& rows, const KeyOf& keyOf) {
     std::vector<std::pair<decltype(keyOf(rows.front())), const Row*>> keyed;
     keyed.reserve(rows.size());
-    for (const Row& row : rows) keyed.emplace_back(keyOf(row), &row);
+    for (const Row& row : rows) {
+        // A row that was made, but for want of memory has not come to count anything.
+        if (row.count != 0) keyed.emplace_back(keyOf(row), &row);
+    }
     std::stable_sort(keyed.begin(), keyed.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<Row> result;
@@ -87,9 +108,9 @@ void addCounts(std::vector<std::string>& cells, const FateCounts& counts,
 std::string linkTable(const std::vector<WalkStatistics::LinkRow>& rows,
                       const std::vector<Fate>& fates) {
     std::vector<std::string> head{"links from", "property"};
-    for (const Fate fate : fates) head.emplace_back(internal::nameOf(fate));
+    for (const Fate fate : fates) head.emplace_back(nameOf(fate));
     head.emplace_back("depth");
-    TextTable table(std::move(head), 2);
+    ColumnText table(std::move(head), 2);
     for (auto row = rows.begin(); row != rows.end();) {
         const auto first = row;
         FateCounts counts;
@@ -107,7 +128,7 @@ std::string linkTable(const std::vector<WalkStatistics::LinkRow>& rows,
 }
 
 std::string elementTable(const std::vector<WalkStatistics::ElementRow>& rows) {
-    TextTable table({"elements of", "entered", "depth"}, 1);
+    ColumnText table({"elements of", "entered", "depth"}, 1);
     for (auto row = rows.begin(); row != rows.end();) {
         const auto first = row;
         std::size_t count = 0;
@@ -126,8 +147,8 @@ std::string depthTable(const WalkStatistics& statistics, const std::vector<Fate>
     for (const auto& row : statistics.elementRows()) byDepth[row.depth].first += row.count;
     for (const auto& row : statistics.linkRows()) byDepth[row.depth].second.add(row);
     std::vector<std::string> head{"depth", "entered"};
-    for (const Fate fate : fates) head.emplace_back(internal::nameOf(fate));
-    TextTable table(std::move(head), 0);
+    for (const Fate fate : fates) head.emplace_back(nameOf(fate));
+    ColumnText table(std::move(head), 0);
     for (const auto& [depth, counts] : byDepth) {
         std::vector<std::string> cells{std::to_string(depth), std::to_string(counts.first)};
         addCounts(cells, counts.second, fates);
@@ -154,7 +175,7 @@ bool WalkStatistics::IsSame::operator()(const ElementRow& a, const ElementRow& b
 }
 
 template <class Row>
-void WalkStatistics::Table<Row>::count(const Row& row) {
+Row& WalkStatistics::Table<Row>::rowOf(const Row& row) {
     auto place = places.find(row);
     if (place == places.end()) {
         // Room first: then what fails changes nothing.
@@ -162,19 +183,30 @@ void WalkStatistics::Table<Row>::count(const Row& row) {
         place = places.emplace(row, rows.size()).first;
         rows.push_back(row);
     }
-    ++rows[place->second].count;
+    return rows[place->second];
 }
 
 WalkStatistics::WalkStatistics() = default;
 WalkStatistics::WalkStatistics(const WalkStatistics& other) = default;
-WalkStatistics& WalkStatistics::operator=(const WalkStatistics& other) = default;
+WalkStatistics& WalkStatistics::operator=(const WalkStatistics& other) {
+    // Copied first, so that a failure changes nothing: places say where rows are.
+    WalkStatistics copy(other);
+    links_.rows.swap(copy.links_.rows);
+    links_.places.swap(copy.links_.places);
+    elements_.rows.swap(copy.elements_.rows);
+    elements_.places.swap(copy.elements_.places);
+    mostBytesHeld_ = copy.mostBytesHeld_;
+    return *this;
+}
 WalkStatistics::~WalkStatistics() = default;
 
 void WalkStatistics::onLink(const WalkView& walk, const internal::Link& link, Fate fate,
                             std::size_t /*filter*/) {
     const std::size_t depth = walk.depth();
-    links_.count({classOf(link.getSource()), link.getProperty(), fate, depth, 0});
-    if (link.shouldCascade()) elements_.count({classOf(link.getTarget()), depth, 0});
+    LinkRow& links = links_.rowOf({classOf(link.getSource()), link.getProperty(), fate, depth, 0});
+    // Both rows before either counts: then what fails counts nothing.
+    if (link.shouldCascade()) ++elements_.rowOf({classOf(link.getTarget()), depth, 0}).count;
+    ++links.count;
     mostBytesHeld_ = std::max(mostBytesHeld_, walk.bytesHeld());
 }
 

@@ -17,6 +17,11 @@ namespace nuv::zero::traversal {
 ///     for (const Link& link : links(result)) ...
 ///     std::cout << statistics.text();
 ///
+/// An element counts as entered when the link that entered it is told. Where that link never is,
+/// `elementCount` is less than what the walks have entered: a null input, a link that a predicate
+/// or a filter loses by throwing, and in post-order what a walk that is broken off has entered and
+/// not left.
+///
 /// Sums up all walks that it hears. Costs a look-up or two for each link, and memory for each row.
 /// It holds handles of properties and classes, which keep them alive as any handle does. A copy is
 /// independent.
@@ -85,7 +90,8 @@ class MODELING_NUV0_TRAVERSAL_EXPORT WalkStatistics : public WalkListener {
         std::vector<Row> rows;
         std::unordered_map<Row, std::size_t, Hash, IsSame> places;
 
-        void count(const Row& row);
+        /// The row that counts the same; a new one, of no count, where there is none.
+        Row& rowOf(const Row& row);
     };
 
     Table<LinkRow> links_;

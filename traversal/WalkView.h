@@ -16,7 +16,7 @@ namespace nuv::zero::traversal {
 class MODELING_NUV0_TRAVERSAL_EXPORT WalkView {
   public:
     /// The result over which it walks, and which of the walks over it this is: 1 for the first. A
-    /// copy of a walk is another walk; a copy of a result goes on counting where the result was.
+    /// copy of a walk is another walk; a copy of a result counts its own.
     const std::shared_ptr<internal::TraversalResult>& result() const noexcept;
     std::size_t number() const noexcept;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "traversal/internal/Dumps.h"
@@ -17,11 +18,42 @@ using internal::WalkAccess;
 
 namespace {
 
+/// What a listener has recorded of the links to an element and of prunes, found by what it is
+/// about: an element may have as many links as there are records.
+class Recorded {
+  public:
+    Recorded(const WalkBoundaries* boundaries, const ModelElement& target) {
+        if (boundaries == nullptr) return;
+        for (const WalkBoundaries::Refusal& refusal : boundaries->refusals()) {
+            if (refusal.link.getTarget() == target) refused_.insert(refusal.link);
+        }
+        for (const WalkBoundaries::Cut& cut : boundaries->cuts()) {
+            cuts_[cut.element()].push_back(&cut);
+        }
+    }
+
+    bool isRefused(const Link& link) const { return refused_.contains(link); }
+    /// The first prune that cut a property of an element; null where there was none.
+    const WalkBoundaries::Cut* findCut(const ModelElement& element,
+                                       const Property& property) const {
+        const auto cuts = cuts_.find(element);
+        if (cuts == cuts_.end()) return nullptr;
+        const auto found = std::find_if(
+            cuts->second.begin(), cuts->second.end(),
+            [&](const auto* cut) { return !cut->property || cut->property == property; });
+        return found == cuts->second.end() ? nullptr : *found;
+    }
+
+  private:
+    std::unordered_set<Link, internal::LinkHasher> refused_;
+    std::unordered_map<ModelElement, std::vector<const WalkBoundaries::Cut*>> cuts_;
+};
+
 /// Looks for the links to an element, in a breadth-first pass over what a walk has entered.
 class MissedLinks {
   public:
     MissedLinks(Walk& walk, const ModelElement& element, const WalkBoundaries* boundaries)
-        : walk_(walk), element_(element), boundaries_(boundaries) {}
+        : walk_(walk), element_(element), recorded_(boundaries, element) {}
 
     std::vector<MissedLink> find() {
         addInputs();
@@ -55,21 +87,30 @@ class MissedLinks {
     void addInputs() {
         const std::vector<ModelElement>& inputs = walk_.inputs();
         bool isMet = false;
+        bool isToCome = false;
         for (std::size_t index = 0; index < inputs.size(); ++index) {
-            if (inputs[index] == element_ && !isMet) {
+            if (inputs[index] == element_) {
                 isMet = true;
-                const bool isToCome = !walk_.hasEnded() && index + 1 >= walk_.inputsBegun();
-                add(Link(ModelElement(), element_, Property()),
-                    isToCome ? Obstacle::NotYet : Obstacle::NotTaken);
+                isToCome = isToCome || mayBeEntered(index);
             }
             if (inputs[index]) goOnTo(inputs[index]);
         }
+        if (!isMet) return;
+        add(Link(ModelElement(), element_, Property()),
+            isToCome ? Obstacle::NotYet : Obstacle::NotTaken);
+    }
+    /// Whether the walk has still to enter an input that it has not entered. The one under way may
+    /// have been lost: then nothing waits.
+    bool mayBeEntered(std::size_t input) const noexcept {
+        if (walk_.hasEnded()) return false;
+        const bool isUnderWay = input + 1 == walk_.inputsBegun();
+        return input >= walk_.inputsBegun() || (isUnderWay && walk_.waitingCount() != 0);
     }
     void goOnTo(const ModelElement& element) {
         if (walk_.hasEntered(element) && known_.insert(element)) found_.emplace_back(element);
     }
 
-    // By value: what is found makes the list longer.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): what is found makes the list longer
     void lookFrom(Element lent) {
         const ModelElement& source = lent.get();
         const Associations& associations = associationsOf(access::classOf(source));
@@ -102,12 +143,8 @@ class MissedLinks {
             if (decision != nullptr) links_.back().decision = *decision;
             return;
         }
-        if (boundaries_ != nullptr && boundaries_->findRefusal(link) != nullptr) {
-            return add(link, Obstacle::Boundary);
-        }
-        const WalkBoundaries::Cut* cut =
-            boundaries_ == nullptr ? nullptr : boundaries_->findCut(source, property);
-        if (cut != nullptr) {
+        if (recorded_.isRefused(link)) return add(link, Obstacle::Boundary);
+        if (const WalkBoundaries::Cut* cut = recorded_.findCut(source, property)) {
             add(link, Obstacle::Pruned);
             links_.back().pruning = cut->pruning;
             return;
@@ -122,7 +159,9 @@ class MissedLinks {
         const auto known = associations_.find(type);
         if (known != associations_.end()) return known->second;
         Associations associations;
-        for (const Property& property : access::allProperties(type)) {
+        std::vector<Property> properties;
+        if (type) properties = access::allProperties(type);
+        for (const Property& property : properties) {
             if (!access::isAssociation(property)) continue;
             associations.all.emplace_back(property, ResultPolicy::Report);
             associations.all.back().prepareFor(type, nullptr);
@@ -138,7 +177,7 @@ class MissedLinks {
 
     Walk& walk_;
     const ModelElement& element_;
-    const WalkBoundaries* boundaries_;
+    const Recorded recorded_;
     std::vector<MissedLink> links_;
     /// In the order in which they were found.
     std::vector<Element> found_;

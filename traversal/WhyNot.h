@@ -23,7 +23,8 @@ enum class Obstacle : std::int32_t {
     Pruned = 2,
     /// Its source is as far from the inputs as the walk goes.
     OutOfReach = 3,
-    /// The walk has still to come there.
+    /// The walk has still to come there. Not known of an input while its own `onEnterInputElement`
+    /// runs, which may lose it.
     NotYet = 4,
     /// The walk has left its source without taking it: it was refused, pruned or lost by an
     /// exception, and no listener has recorded which.

@@ -52,7 +52,8 @@ void FragmentIndex::leave() {
         children_.push_back(each->node);
     }
     waiting_.erase(begin, waiting_.end());
-    if (open_.empty()) waiting_ = {};
+    // Swapped: an assignment would keep the room.
+    if (open_.empty()) decltype(waiting_)().swap(waiting_);
 }
 
 FragmentIndex::Tag FragmentIndex::tagOf(NameId name) {

@@ -54,9 +54,10 @@ LoadedModel XmiBuilder::build(std::vector<OutgoingReference>* outgoing) {
 }
 
 void XmiBuilder::finish(std::vector<OutgoingReference>* outgoing) {
-    // The lists of large containers need not be there while references are resolved.
-    waiting_ = {};
-    list_ = {};
+    // The lists of large containers need not be there while references are resolved. Swapped: an
+    // assignment would keep the room.
+    decltype(waiting_)().swap(waiting_);
+    decltype(list_)().swap(list_);
     for (std::uint32_t i = 0; i < features_.size(); ++i) {
         loaded_.features_.push_back(features_[i].property.get());
     }

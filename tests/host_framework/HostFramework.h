@@ -75,6 +75,8 @@ struct Calls {
     /// How often, by name: `a.next` was read, the properties of `Part` listed.
     std::map<std::string, int> reads;
     std::map<std::string, int> listings;
+    /// How often two handles were compared.
+    long comparisons = 0;
     /// Whose qualified names were fetched, in order.
     std::vector<std::string> qualifiedNames;
     /// Operations that were given a null handle. A host need not have an answer to that.
@@ -114,7 +116,10 @@ class ModelElement {
     ModelElement() noexcept = default;
     explicit ModelElement(std::shared_ptr<host::Node> node) noexcept : node_(std::move(node)) {}
     explicit operator bool() const noexcept { return node_ != nullptr; }
-    bool operator==(const ModelElement& other) const noexcept { return node_ == other.node_; }
+    bool operator==(const ModelElement& other) const noexcept {
+        ++host::Calls::all().comparisons;
+        return node_ == other.node_;
+    }
     host::Node* operator->() const noexcept { return node_.get(); }
     const std::shared_ptr<host::Node>& node() const noexcept { return node_; }
 

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/host_framework/HostLines.h"
+#include "tests/host_framework/HostNullWatch.h"
 #include "tests/host_framework/HostWorld.h"
 #include "traversal/Traversal.h"
 
@@ -39,14 +41,6 @@ class HostFramework : public testing::Test {
         host::World::link(c, next, a);
     }
 
-    static Lines dump(const std::shared_ptr<TraversalResult>& result) {
-        Lines lines;
-        for (const Link& link : links(result)) {
-            lines.push_back(dumpLink(link) + (link.shouldCascade() ? "" : " (no cascade)"));
-        }
-        return lines;
-    }
-
     host::World world;
     Class part = world.addClass(u"Part");
     Class assembly = world.addClass(u"Assembly", part);
@@ -58,6 +52,7 @@ class HostFramework : public testing::Test {
     ModelElement a = world.create(part, u"a");
     ModelElement b = world.create(part, u"b");
     ModelElement c = world.create(part, u"c");
+    host::NullWatch watch;
 };
 
 TEST_F(HostFramework, WalksACyclicModelInPreOrder) {
@@ -69,10 +64,10 @@ TEST_F(HostFramework, WalksACyclicModelInPreOrder) {
         "Part'c'-[next]-Part'a' (no cascade)",
         "Assembly'root'-[parts]-Part'b' (no cascade)",
     };
-    EXPECT_EQ(expected, dump(Spec::additiveTraversal()
-                                 ->traverse(parts, ResultPolicy::Report)
-                                 ->traverse(next, ResultPolicy::Report)
-                                 ->depthFirst({root})));
+    EXPECT_EQ(expected, host::linesOf(Spec::additiveTraversal()
+                                          ->traverse(parts, ResultPolicy::Report)
+                                          ->traverse(next, ResultPolicy::Report)
+                                          ->depthFirst({root})));
 }
 
 TEST_F(HostFramework, WalksACyclicModelInPostOrder) {
@@ -84,10 +79,10 @@ TEST_F(HostFramework, WalksACyclicModelInPostOrder) {
         "Assembly'root'-[parts]-Part'b' (no cascade)",
         "Not an element-[pseudo]-Assembly'root'",
     };
-    EXPECT_EQ(expected, dump(Spec::additiveTraversal()
-                                 ->traverse(parts, ResultPolicy::Report)
-                                 ->traverse(next, ResultPolicy::Report)
-                                 ->depthFirstPostOrder({root})));
+    EXPECT_EQ(expected, host::linesOf(Spec::additiveTraversal()
+                                          ->traverse(parts, ResultPolicy::Report)
+                                          ->traverse(next, ResultPolicy::Report)
+                                          ->depthFirstPostOrder({root})));
 }
 
 TEST_F(HostFramework, WalksACyclicModelBreadthFirst) {
@@ -96,10 +91,10 @@ TEST_F(HostFramework, WalksACyclicModelBreadthFirst) {
         "Assembly'root'-[parts]-Part'b'",         "Part'b'-[next]-Part'c'",
         "Part'a'-[next]-Part'b' (no cascade)",    "Part'c'-[next]-Part'a' (no cascade)",
     };
-    EXPECT_EQ(expected, dump(Spec::additiveTraversal()
-                                 ->traverse(parts, ResultPolicy::Report)
-                                 ->traverse(next, ResultPolicy::Report)
-                                 ->breadthFirst({root})));
+    EXPECT_EQ(expected, host::linesOf(Spec::additiveTraversal()
+                                          ->traverse(parts, ResultPolicy::Report)
+                                          ->traverse(next, ResultPolicy::Report)
+                                          ->breadthFirst({root})));
 }
 
 TEST_F(HostFramework, SubtractiveWalkFollowsContainmentLastAndNamesInOrder) {
@@ -113,14 +108,14 @@ TEST_F(HostFramework, SubtractiveWalkFollowsContainmentLastAndNamesInOrder) {
         "Assembly'root'-[parts]-Part'b' (no cascade)",
         "Part'a'-[owner]-Assembly'root' (no cascade)",
     };
-    EXPECT_EQ(expected, dump(Spec::subtractiveTraversal()->depthFirst({c})));
+    EXPECT_EQ(expected, host::linesOf(Spec::subtractiveTraversal()->depthFirst({c})));
 }
 
 TEST_F(HostFramework, CompositionWalkPrunesAndReportsEachPairOfOppositesOnce) {
     const Lines contained{"Assembly'root'-[parts]-Part'a'", "Assembly'root'-[parts]-Part'b'"};
-    EXPECT_EQ(contained, dump(Spec::compositionTraversal()
-                                  ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
-                                  ->breadthFirst({root})));
+    EXPECT_EQ(contained, host::linesOf(Spec::compositionTraversal()
+                                           ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
+                                           ->breadthFirst({root})));
 
     const auto unique = Spec::additiveTraversal()
                             ->traverse(parts, ResultPolicy::Report)
@@ -128,7 +123,7 @@ TEST_F(HostFramework, CompositionWalkPrunesAndReportsEachPairOfOppositesOnce) {
                             ->includeInitialPseudoLink(ResultPolicy::WalkOnly)
                             ->depthFirst({root});
     ResultSetup(unique).unique(UniquenessMode::UniqueLinks);
-    EXPECT_EQ(contained, dump(unique));
+    EXPECT_EQ(contained, host::linesOf(unique));
 }
 
 TEST_F(HostFramework, ObserverSeesPropertiesOfTheHost) {
@@ -142,12 +137,12 @@ TEST_F(HostFramework, ObserverSeesPropertiesOfTheHost) {
     PropertyRecorder recorder;
     const auto result = Spec::compositionTraversal()->prune(parts)->depthFirst({root});
     ResultSetup(result).observe(&recorder);
-    EXPECT_EQ(Lines{"Not an element-[pseudo]-Assembly'root'"}, dump(result));
+    EXPECT_EQ(Lines{"Not an element-[pseudo]-Assembly'root'"}, host::linesOf(result));
     EXPECT_EQ(Lines{}, recorder.lines);
 
     const auto open = Spec::compositionTraversal()->depthFirst({root});
     ResultSetup(open).observe(&recorder);
-    dump(open);
+    host::linesOf(open);
     EXPECT_EQ(Lines{"Assembly'root'.parts"}, recorder.lines);
 }
 

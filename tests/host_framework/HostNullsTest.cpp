@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/host_framework/HostKinds.h"
+#include "tests/host_framework/HostNullWatch.h"
 #include "tests/host_framework/HostWorld.h"
 #include "traversal/ClassHierarchyComparator.h"
 #include "traversal/PropertyProvider.h"
@@ -23,7 +24,6 @@ using nuv::zero::meta::Property;
 using namespace nuv::zero::traversal;
 
 using host::HostKind;
-using Lines = std::vector<std::string>;
 using Walk = TraversalResult::IterationContext;
 
 /// A small world whose lists and single values lead to nothing here and there.
@@ -35,14 +35,7 @@ class HostNullsWorld {
         host::World::link(a, parts, b);
         host::World::link(b, parts, a);
         host::World::link(b, parts, ModelElement());
-        host::Calls::forget();
     }
-    ~HostNullsWorld() {
-        EXPECT_EQ(host::Calls::all().onNull, Lines{}) << "operations that were given a null handle";
-        host::Calls::forget();
-    }
-    HostNullsWorld(const HostNullsWorld&) = delete;
-    HostNullsWorld& operator=(const HostNullsWorld&) = delete;
 
     host::World world;
     Class part = world.addClass(u"Part");
@@ -53,18 +46,18 @@ class HostNullsWorld {
     ModelElement a = world.create(part, u"a");
     ModelElement b = world.create(part, u"b");
     ModelElement c = world.create(nameless, u"c");
+    host::NullWatch watch;
 };
 
 class HostNulls : public HostNullsWorld,
                   public testing::TestWithParam<std::tuple<HostKind, Algo, UniquenessMode>> {
   protected:
-    /// Rules for no property, and rules filed under no class.
-    std::shared_ptr<TraversalResult> run() const {
-        const auto& [kind, order, unique] = GetParam();
+    /// Shows a builder with rules for no property, and rules filed under no class.
+    template <class Use>
+    void withBuilder(const Use& use) const {
         const PropertyMatcher nothing{Property()};
         const auto none = [](const Class&) { return false; };
-        const std::vector<ModelElement> inputs{ModelElement(), a, c, ModelElement()};
-        std::shared_ptr<TraversalResult> result;
+        const HostKind kind = std::get<0>(GetParam());
         if (kind == HostKind::Additive) {
             const auto builder = Spec::additiveTraversal();
             builder->traverse(nothing, ResultPolicy::Report);
@@ -74,16 +67,22 @@ class HostNulls : public HostNullsWorld,
             builder->traverse(next, ResultPolicy::WalkOnly);
             builder->setResultPolicy(nothing, ResultPolicy::Report);
             builder->setResultPolicy({next, none, Class()}, ResultPolicy::Report);
-            result = builder->run(inputs, order);
+            use(*builder);
         } else if (kind == HostKind::Composition) {
             const auto builder = Spec::compositionTraversal();
             cutNothing(*builder);
-            result = builder->run(inputs, order);
+            use(*builder);
         } else {
             const auto builder = Spec::subtractiveTraversal();
             cutNothing(*builder);
-            result = builder->run(inputs, order);
+            use(*builder);
         }
+    }
+    std::shared_ptr<TraversalResult> run() const {
+        const auto& [kind, order, unique] = GetParam();
+        const std::vector<ModelElement> inputs{ModelElement(), a, c, ModelElement()};
+        std::shared_ptr<TraversalResult> result;
+        withBuilder([&, order = order](auto& builder) { result = builder.run(inputs, order); });
         ResultSetup(result).unique(unique);
         return result;
     }
@@ -129,6 +128,55 @@ TEST_P(HostNulls, PruningTheirChildrenAsksNothingOfThem) {
     walk.pruneSiblings();
 }
 
+TEST_P(HostNulls, ListenersAskNothingOfThem) {
+    const auto result = run();
+    WalkStatistics statistics;
+    WalkPicture picture;
+    WalkBoundaries boundaries;
+    ResultSetup(result)
+        .trace(&statistics)
+        .trace(&picture)
+        .trace(&boundaries)
+        .rememberPaths()
+        .descend([this](const Link& link) { return !(link.getTarget() == b); });
+    Walk walk = result->begin();
+    for (; !!walk.getCurrent(); walk.advance()) {
+        walk.pruneChildren(Property());
+        walk.pruneSiblings();
+    }
+    EXPECT_FALSE(statistics.text().empty());
+    EXPECT_FALSE(picture.text().empty());
+    boundaries.neverEntered(walk);
+    for (const ModelElement& element : {a, b, c}) {
+        EXPECT_FALSE(whyNot(walk, element, &boundaries).text().empty());
+        EXPECT_FALSE(whyNot(walk, element).text().empty());
+    }
+}
+
+// Symptom: a host was asked whether a class has no property.
+TEST_P(HostNulls, ExplanationsAndFindingsAskNothingOfThem) {
+    for (const Class& type : {part, nameless, Class()}) {
+        EXPECT_FALSE(explain(run(), type).text().empty());
+        withBuilder([&](const auto& builder) { explain(builder, type); });
+    }
+    withBuilder([&](const auto& builder) {
+        EXPECT_FALSE(check(builder, {part, Class(), nameless}).empty());
+    });
+}
+
+// Symptom: a host was asked for the properties of no class.
+TEST_P(HostNulls, ElementOfNoClassIsPassedOver) {
+    const ModelElement classless = world.create(Class(), u"d");
+    host::World::link(a, parts, classless);
+    const ModelElement missed = world.create(part, u"e");
+    const auto result = run();
+    ResultSetup(result).descend([&](const Link& link) { return !(link.getTarget() == missed); });
+    Walk walk = result->begin();
+    while (!!walk.getCurrent()) walk.advance();
+    EXPECT_TRUE(walk.hasEntered(classless));
+    EXPECT_FALSE(whyNot(walk, missed).isEntered);
+}
+
 std::string describeWalk(const testing::TestParamInfo<HostNulls::ParamType>& each) {
     const auto& [kind, order, unique] = each.param;
     return host::nameOf(kind) + host::nameOf(order) + std::to_string(static_cast<int>(unique));
@@ -136,7 +184,7 @@ std::string describeWalk(const testing::TestParamInfo<HostNulls::ParamType>& eac
 
 INSTANTIATE_TEST_SUITE_P(Walks, HostNulls,
                          testing::Combine(testing::ValuesIn(host::everyKind),
-                                          testing::ValuesIn(host::everyOrder),
+                                          testing::ValuesIn(host::everyOrder()),
                                           testing::Values(UniquenessMode::UniqueLinks,
                                                           UniquenessMode::UniqueElements,
                                                           UniquenessMode::NoUniqueness)),

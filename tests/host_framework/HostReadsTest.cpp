@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -240,9 +241,43 @@ TEST_P(HostQuestions, FiltersAreAskedInOrderUpToTheFirstThatSaysWalkOnly) {
     EXPECT_EQ(order, expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Orders, HostReads, testing::ValuesIn(host::everyOrder),
+/// What `whyNot` compares to explain an element to which so many links were refused.
+long comparisonsOfWhyNot(int links) {
+    host::World world;
+    const Class part = world.addClass(u"Part");
+    const Property next = world.addSingle(part, u"next");
+    const Property parts = world.addMany(part, u"parts", true);
+    const ModelElement root = world.create(part, u"root");
+    const ModelElement missed = world.create(part, u"missed");
+    for (int i = 0; i < links; ++i) {
+        const ModelElement child = world.create(part, u"child");
+        host::World::link(root, parts, child);
+        host::World::link(child, next, missed);
+    }
+    WalkBoundaries boundaries;
+    const auto result = Spec::subtractiveTraversal()->depthFirst(root);
+    ResultSetup(result).trace(&boundaries).descend([&](const Link& link) {
+        return !(link.getTarget() == missed);
+    });
+    Walk walk = result->begin();
+    for (; !!walk.getCurrent(); walk.advance()) {
+        if (walk.getCurrent().getTarget() == missed) walk.pruneSiblings();
+    }
+    host::Calls::forget();
+    const WhyNot answer = whyNot(walk, missed, &boundaries);
+    EXPECT_EQ(answer.count(Obstacle::Boundary), static_cast<std::size_t>(links));
+    return host::Calls::all().comparisons;
+}
+
+// Symptom: each link that had led to an element was looked for among all that a listener had heard.
+TEST(HostComparisons, WhyNotComparesInProportionToTheLinksThatWereRefused) {
+    const long few = comparisonsOfWhyNot(100);
+    EXPECT_LT(comparisonsOfWhyNot(400), 6 * few);
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, HostReads, testing::ValuesIn(host::everyOrder()),
                          [](const auto& each) { return host::nameOf(each.param); });
-INSTANTIATE_TEST_SUITE_P(Orders, HostQuestions, testing::ValuesIn(host::everyOrder),
+INSTANTIATE_TEST_SUITE_P(Orders, HostQuestions, testing::ValuesIn(host::everyOrder()),
                          [](const auto& each) { return host::nameOf(each.param); });
 
 }  // namespace

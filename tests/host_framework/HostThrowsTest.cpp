@@ -215,7 +215,7 @@ std::vector<std::tuple<std::string, HostKind, Algo>> everyCase() {
     std::vector<std::tuple<std::string, HostKind, Algo>> cases;
     for (const std::string& operation : everyOperation()) {
         for (const HostKind kind : host::everyKind) {
-            for (const Algo order : host::everyOrder) {
+            for (const Algo order : host::everyOrder()) {
                 if (isAsked(operation, kind)) cases.emplace_back(operation, kind, order);
             }
         }

@@ -1,5 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "model/memory/Metamodel.h"
 #include "model/memory/Model.h"
 #include "model/memory/ModelAccess.h"
@@ -28,6 +34,16 @@ struct Blocks {
     meta::Property sizes = metamodel.addProperty(block, u"sizes", integer, memory::unbounded);
     meta::Property owner = metamodel.addProperty(port, u"block", block, 1, Flags::Association);
     meta::Property size = metamodel.addProperty(port, u"size", integer);
+};
+
+/// A model of two blocks with a port for each, where none contains any yet.
+struct BlocksModel : testing::Test {
+    Blocks m;
+    memory::Model model;
+    ModelElement b1 = model.create(m.block, u"b1");
+    ModelElement p1 = model.create(m.port, u"p1");
+    ModelElement b2 = model.create(m.block, u"b2");
+    ModelElement p2 = model.create(m.port, u"p2");
 };
 
 /// A value that claims to be of the type, single or many, whatever it holds.

@@ -9,14 +9,7 @@
 namespace nuv::zero::test {
 namespace {
 
-struct ModelElementsTest : testing::Test {
-    Blocks m;
-    memory::Model model;
-    ModelElement b1 = model.create(m.block, u"b1");
-    ModelElement p1 = model.create(m.port, u"p1");
-    ModelElement b2 = model.create(m.block, u"b2");
-    ModelElement p2 = model.create(m.port, u"p2");
-};
+struct ModelElementsTest : BlocksModel {};
 
 TEST_F(ModelElementsTest, ElementsComeInTheOrderInWhichTheyWereMade) {
     EXPECT_EQ(model.elements(), (Elements{b1, p1, b2, p2}));

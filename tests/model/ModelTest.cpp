@@ -16,14 +16,7 @@ namespace {
 using Texts = std::vector<std::u16string>;
 using Numbers = std::vector<std::int64_t>;
 
-struct ModelTest : testing::Test {
-    Blocks m;
-    memory::Model model;
-    ModelElement b1 = model.create(m.block, u"b1");
-    ModelElement b2 = model.create(m.block, u"b2");
-    ModelElement p1 = model.create(m.port, u"p1");
-    ModelElement p2 = model.create(m.port, u"p2");
-
+struct ModelTest : BlocksModel {
     template <class T>
     T held(const ModelElement& element, const meta::Property& property) {
         return std::get<T>(access::read(element, property).content());

@@ -12,12 +12,7 @@
 namespace nuv::zero::test {
 namespace {
 
-struct ValueTest : testing::Test {
-    Blocks m;
-    memory::Model model;
-    ModelElement b1 = model.create(m.block, u"b1");
-    ModelElement p1 = model.create(m.port, u"p1");
-
+struct ValueTest : BlocksModel {
     Value planted(memory::PlantedValue value) {
         model.plant(b1, m.ports, std::move(value));
         return access::read(b1, m.ports);
@@ -114,7 +109,6 @@ TEST_F(ValueTest, FailsToConvertAnythingElseToAText) {
 }
 
 TEST_F(ValueTest, KeepsWhatItHoldsWhenTheModelIsEdited) {
-    const ModelElement p2 = model.create(m.port, u"p2");
     model.set(b1, m.ports, Elements{p1});
     const Value before = access::read(b1, m.ports);
     const Value copy = before;

@@ -392,8 +392,10 @@ TEST(HowToUse, RulesAreCheckedBeforeAnyWalk) {
     for (const RuleFinding& finding : check(*builder, plant.metamodel.classes())) {
         lines.push_back(finding.text);
     }
-    EXPECT_EQ(lines, Lines{"Rule 1 (prune Port.feeds, owner Port) is on a property that is no "
-                           "containment, which a composition traversal does not follow."});
+    EXPECT_EQ(
+        lines,
+        Lines{"Rule 1 (prune plant::Port.feeds, owner plant::Port) is on a property that is no "
+              "containment, which a composition traversal does not follow."});
 }
 
 TEST(HowToUse, APruneOfARangeSaysWhatBecameOfIt) {

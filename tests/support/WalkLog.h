@@ -1,11 +1,11 @@
 #pragma once
 
 #include <memory>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tests/support/Orders.h"
 #include "traversal/Traversal.h"
 
 /// Walks written down as lines of text, so that a test compares a whole walk as one value.
@@ -81,28 +81,4 @@ inline Lines transcript(const std::shared_ptr<traversal::TraversalResult>& resul
     return lines;
 }
 
-/// The three orders, for suites that run in each.
-inline std::vector<traversal::Algo> everyOrder() {
-    using traversal::Algo;
-    return {Algo::DepthFirstPreOrder, Algo::DepthFirstPostOrder, Algo::BreadthFirst};
-}
-inline const char* nameOf(traversal::Algo order) {
-    switch (order) {
-        case traversal::Algo::DepthFirstPreOrder:
-            return "PreOrder";
-        case traversal::Algo::DepthFirstPostOrder:
-            return "PostOrder";
-        case traversal::Algo::BreadthFirst:
-            return "BreadthFirst";
-    }
-    return "OtherOrder";
-}
-
 }  // namespace nuv::zero::test
-
-namespace nuv::zero::traversal {
-/// For the names of parameterised tests.
-inline void PrintTo(Algo order, std::ostream* out) {
-    *out << test::nameOf(order);
-}
-}  // namespace nuv::zero::traversal

@@ -145,9 +145,10 @@ TEST_F(RuleCheckTest, RuleThatAnswersAsTheNextOneWouldIsRedundant) {
     ASSERT_EQ(findings.size(), 1U);
     EXPECT_EQ(findings.front().problem, RuleProblem::Redundant);
     EXPECT_FALSE(findings.front().isMissed);
-    EXPECT_EQ(findings.front().text,
-              "Rule 1 (traverse Alpha.parts, owner Beta) changes nothing beside the others on the "
-              "property: rule 2 (traverse Alpha.parts, owner Alpha).");
+    EXPECT_EQ(
+        findings.front().text,
+        "Rule 1 (traverse m::Alpha.parts, owner m::Beta) changes nothing beside the others on the "
+        "property: rule 2 (traverse m::Alpha.parts, owner m::Alpha).");
 }
 
 /// The only rule on a property was told that others say the same.
@@ -157,9 +158,10 @@ TEST_F(RuleCheckTest, OnlyRuleThatChangesNothingNamesNoOthers) {
     ASSERT_EQ(findings.size(), 1U);
     EXPECT_EQ(findings.front().problem, RuleProblem::Redundant);
     EXPECT_TRUE(findings.front().causes.empty());
-    EXPECT_EQ(findings.front().text,
-              "Rule 1 (setResultPolicy of Alpha.parts, owner Alpha) changes nothing: the property "
-              "is followed like this without it.");
+    EXPECT_EQ(
+        findings.front().text,
+        "Rule 1 (setResultPolicy of m::Alpha.parts, owner m::Alpha) changes nothing: the property "
+        "is followed like this without it.");
 }
 
 /// A prune in whose place `setResultPolicy` had put a rule that never applies was said to be hidden
@@ -192,9 +194,10 @@ TEST_F(RuleCheckTest, SaysWhichRuleItMeans) {
     const auto builder = Spec::compositionTraversal()->prune(uses, named("no uses"));
     const std::vector<RuleFinding> findings = check(*builder, m.classes());
     ASSERT_EQ(findings.size(), 1U);
-    EXPECT_EQ(findings.front().text,
-              "Rule 1 \"no uses\" (prune Alpha.uses, owner Alpha) is on a property that is no "
-              "containment, which a composition traversal does not follow.");
+    EXPECT_EQ(
+        findings.front().text,
+        "Rule 1 \"no uses\" (prune m::Alpha.uses, owner m::Alpha) is on a property that is no "
+        "containment, which a composition traversal does not follow.");
 }
 
 TEST_F(RuleCheckTest, LeavesTheBuilderAsItIs) {

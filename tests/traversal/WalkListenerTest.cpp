@@ -131,6 +131,20 @@ TEST_P(WalkListenerTest, PrunesAreToldWithWhatBecameOfThem) {
     EXPECT_EQ(log.lines, (Lines{"1 prunes all of -: nothing", "1 prunes siblings of -: nothing"}));
 }
 
+TEST_P(WalkListenerTest, PruneOfWhichAListenerThrowsIsMadeAllTheSame) {
+    struct Throwing : WalkListener {
+        void onPrune(const WalkView&, const Link&, Pruning, const meta::Property&,
+                     Pruned) override {
+            throw std::runtime_error("heard");
+        }
+    } throwing;
+    Walk walk = traced(throwing)->begin();
+    while (!(walk.getCurrent().getTarget() == m("B"))) walk.advance();
+    EXPECT_THROW(walk.pruneSiblings(), std::runtime_error);
+    const Lines left = test::rest(walk);
+    EXPECT_EQ(std::count(left.begin(), left.end(), "A.x>C"), 0);
+}
+
 TEST_P(WalkListenerTest, CopiesHaveTheirOwnNumber) {
     const auto result = traced(log);
     const Walk first = result->begin();

@@ -168,17 +168,36 @@ TEST(WalkPictureTest, LimitIsToldInThePicture) {
               }));
 }
 
-TEST(WalkPictureTest, NamesAreEscapedAndElementsOfOneNameStayTwoNodes) {
+TEST(WalkPictureTest, ElementsThatWereNotEnteredCountAgainstTheLimitAndAreInTheLegend) {
+    const test::ModelBuilder m("Node; Node.x -> Node *", "A.x = B C; C.x = D");
+    WalkPicture picture(3);
+    const auto result = traced(Spec::subtractiveTraversal()->depthFirst({m("A")}), picture);
+    ResultSetup(result).descend([&](const Link& link) { return !(link.getTarget() == m("B")); });
+    test::linesOf(result);
+    EXPECT_EQ(linesOf(picture), (Lines{
+                                    "n0 [label=\"Node'A'\", style=bold];",
+                                    "n1 [label=\"Node'B'\", style=dotted];",
+                                    "n2 [label=\"Node'C'\"];",
+                                    "n0 -> n1 [label=\"x\", style=dotted, arrowhead=tee];",
+                                    "n0 -> n2 [label=\"x\"];",
+                                    "limit [shape=note, label=\"Only the first 3 of 4 elements "
+                                    "are drawn. Left out: links: 1\"];",
+                                }));
+    EXPECT_NE(picture.text().find("[shape=box, style=dotted, label=\"not entered\"];"),
+              std::string::npos);
+}
+
+TEST(WalkPictureTest, NamesAreEscaped) {
     test::ModelBuilder m("Node; Node.x -> Node *", "A.x = B C");
     const Property name = access::propertyNamed(m.type("Node"), u"name");
     m.model.set(m("B"), name, std::u16string(u"\"q\\N\"\n\té]; x -> y [\u0001"));
-    m.model.set(m("C"), name, std::u16string(u"A"));
+    m.model.set(m("C"), name, std::u16string(u"&lt;"));
     WalkPicture picture;
     test::linesOf(traced(Spec::subtractiveTraversal()->depthFirst({m("A")}), picture));
     EXPECT_EQ(linesOf(picture), (Lines{
                                     "n0 [label=\"Node'A'\", style=bold];",
                                     "n1 [label=\"Node'\\\"q\\\\N\\\"\\n \xC3\xA9]; x -> y [ '\"];",
-                                    "n2 [label=\"Node'A'\"];",
+                                    "n2 [label=\"Node'&amp;lt;'\"];",
                                     "n0 -> n1 [label=\"x\"];",
                                     "n0 -> n2 [label=\"x\"];",
                                 }));

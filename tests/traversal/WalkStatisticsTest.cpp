@@ -113,6 +113,30 @@ TEST_P(WalkStatisticsTest, SeveralWalksAreSummedUpUntilItIsCleared) {
     EXPECT_EQ(statistics.linkRows(), once);
 }
 
+TEST_P(WalkStatisticsTest, ElementIsCountedWhenItsLinkIsTold) {
+    const auto inOrder = Spec::subtractiveTraversal()->run({ModelElement(), m("A")}, GetParam());
+    WalkStatistics counted;
+    ResultSetup(inOrder).trace(&counted);
+    auto broken = inOrder->begin();
+    // Post-order, the first link is reported with A and B entered and not left.
+    const std::size_t open = GetParam() == Algo::DepthFirstPostOrder ? 3 : 0;
+    EXPECT_EQ(counted.elementCount() + open + 1, broken.enteredCount()) << "and the null element";
+    counted.clear();
+    ResultSetup(inOrder).filter([this](const Link& link) {
+        if (link.getTarget() == m("B")) throw std::runtime_error("lost");
+        return true;
+    });
+    auto failing = inOrder->prepare();
+    for (bool goesOn = true; goesOn;) {
+        try {
+            failing.advance();
+            goesOn = !failing.hasEnded();
+        } catch (const std::runtime_error&) {
+        }
+    }
+    EXPECT_EQ(counted.elementCount() + 2, failing.enteredCount()) << "the null element and B";
+}
+
 INSTANTIATE_TEST_SUITE_P(Orders, WalkStatisticsTest, testing::ValuesIn(test::everyOrder()),
                          [](const auto& each) { return test::nameOf(each.param); });
 

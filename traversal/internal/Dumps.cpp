@@ -1,5 +1,7 @@
 #include "traversal/internal/Dumps.h"
 
+#include "traversal/internal/Names.h"
+
 namespace nuv::zero::traversal::internal {
 
 std::string dumpElement(const ModelElement& element) {
@@ -15,7 +17,7 @@ std::string dumpLink(const Link& link) {
     const std::string target = dumpElement(link.getTarget());
     const std::string property =
         link.getProperty() ? "[" + access::toUtf8(access::nameOf(link.getProperty())) + "]"
-                           : "[pseudo]";
+                           : noProperty;
     const std::string source = dumpElement(link.getSource());
     return source + "-" + property + "-" + target;
 }

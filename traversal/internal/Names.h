@@ -1,37 +1,32 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "model/Framework.h"
-#include "traversal/WalkListener.h"
 
 /// What texts for people call things.
 namespace nuv::zero::traversal::internal {
 
+/// Stands for the property of an input's own link.
+inline constexpr const char* noProperty = "[pseudo]";
+
 inline std::string qualifiedName(const meta::Class& type) {
     return type ? access::toUtf8(access::qualifiedNameOf(type)) : "no class";
 }
-
-inline std::string plainName(const meta::Property& property) {
-    return property ? access::toUtf8(access::nameOf(property)) : "[pseudo]";
+inline std::string qualifiedName(const meta::Property& property) {
+    if (!property) return "no property";
+    const meta::Class& owner = access::owningClass(property);
+    return qualifiedName(owner) + "." + access::toUtf8(access::nameOf(property));
 }
 
-inline const char* nameOf(Fate fate) noexcept {
-    switch (fate) {
-        case Fate::Reported:
-            return "reported";
-        case Fate::Silent:
-            return "silent";
-        case Fate::Repeated:
-            return "repeated";
-        case Fate::PseudoLinkLeftOut:
-            return "left out";
-        case Fate::Filtered:
-            return "filtered";
-        case Fate::NotDescended:
-            return "not descended";
-    }
-    return "";
+inline std::string plainName(const meta::Property& property) {
+    return property ? access::toUtf8(access::nameOf(property)) : noProperty;
+}
+
+/// A rule by its number and, where the caller gave it one, its name.
+inline std::string ruleName(std::size_t number, const std::string& name) {
+    return "rule " + std::to_string(number) + (name.empty() ? "" : " \"" + name + "\"");
 }
 
 }  // namespace nuv::zero::traversal::internal

@@ -41,7 +41,7 @@ void TraversalResult::addFilter(const std::function<ResultPolicy(Link)>& filter)
 }
 
 bool TraversalResult::mayDescend(const Link& link) const {
-    // By index: a predicate may add another.
+    // NOLINTNEXTLINE(modernize-loop-convert): a predicate may add another
     for (std::size_t index = 0; index < boundaries_.size(); ++index) {
         if (!boundaries_[index](link)) return false;
     }

@@ -67,6 +67,19 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     friend class Walk;
     using Filter = std::function<ResultPolicy(const Link&)>;
 
+    /// How many walks were made. A copy has made none.
+    class WalkCount {
+      public:
+        WalkCount() noexcept = default;
+        WalkCount(const WalkCount& /*other*/) noexcept {}
+        WalkCount& operator=(const WalkCount&) = delete;
+        ~WalkCount() = default;
+        std::size_t operator++() noexcept { return ++made_; }
+
+      private:
+        std::size_t made_ = 0;
+    };
+
     /// Who hears of the events.
     struct Listening {
         Listening() noexcept;
@@ -117,8 +130,7 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult
     std::vector<WalkListener*> listeners_;
     /// Whether there are filters or listeners.
     bool isAsking_ = false;
-    /// How many walks were made.
-    std::size_t walks_ = 0;
+    WalkCount walks_;
     Algo algo_;
     UniquenessMode uniqueness_ = UniquenessMode::NoUniqueness;
 };
@@ -170,7 +182,9 @@ class MODELING_NUV0_TRAVERSAL_EXPORT TraversalResult::IterationContext {
     ~IterationContext();
 
     /// Walks of one result are equal when they stand at the same place with the same frontier; what
-    /// they have pruned is not compared. A walk that has ended equals the default-constructed one,
+    /// they have pruned is not compared. Depth-first, where a cursor stands among links that are
+    /// not reported is not either: one that has paused further on among them equals one that has
+    /// not. A walk that has ended equals the default-constructed one,
     /// and so two ended walks of different results are unequal although both equal that one.
     bool operator==(const IterationContext& other) const;
 

@@ -45,7 +45,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         const meta::Property& property = link.getProperty();
         const ModelElement& source = link.getSource();
         const ModelElement& target = link.getTarget();
-        if (!property) return pseudoLinks_.insert(source, target);
+        if (!property) return insert(pseudoLinks_, source, target);
         const Ends ends = endsOf(property);
         if (!ends.areMutual) {
             return insert(source, target, ends) &&
@@ -61,10 +61,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     }
     bool remembers() const noexcept override { return true; }
     std::size_t bytes() const noexcept override {
-        std::size_t bytes = pseudoLinks_.bytes() + ends_.bytes();
-        for (const PairSet& links : links_) bytes += sizeof(PairSet) + links.bytes();
-        for (const auto& [property, links] : alone_) bytes += sizeof(links) + links.bytes();
-        return bytes;
+        return bytesOfPairs_ + ends_.bytes() + (links_.size() + alone_.size()) * sizeof(PairSet);
     }
 
   private:
@@ -82,7 +79,13 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
 
     bool insert(const ModelElement& source, const ModelElement& target, const Ends& ends) {
         PairSet& links = links_[ends.set];
-        return ends.isForward ? links.insert(source, target) : links.insert(target, source);
+        return ends.isForward ? insert(links, source, target) : insert(links, target, source);
+    }
+    bool insert(PairSet& links, const ModelElement& first, const ModelElement& second) {
+        const std::size_t before = links.bytes();
+        const bool isNew = links.insert(first, second);
+        bytesOfPairs_ += links.bytes() - before;
+        return isNew;
     }
     /// Inserts the reverse of a link whose property is not the opposite of its own opposite.
     bool insertReverse(const ModelElement& one, const ModelElement& other,
@@ -92,7 +95,7 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
         const PairSet& links = links_[ends.set];
         const bool isKnown =
             ends.isForward ? links.contains(one, other) : links.contains(other, one);
-        return !isKnown && alone_[property].insert(one, other);
+        return !isKnown && insert(alone_[property], one, other);
     }
     bool isAlone(const ModelElement& one, const ModelElement& other,
                  const meta::Property& property) const {
@@ -128,6 +131,8 @@ class UniqueLinkMaintainer final : public UniquenessMaintainer {
     /// has named their own as its opposite. Few metamodels have such properties.
     std::unordered_map<meta::Property, PairSet> alone_;
     FlatMap<meta::Property, meta::Property, Ends, WalkSupport::Hash<meta::Property>> ends_;
+    /// What all sets take: a listener may ask for each link.
+    std::size_t bytesOfPairs_ = 0;
 };
 
 }  // namespace

@@ -60,6 +60,26 @@ TEST_F(TraversalResultTest, OwnedCopyWalksWithTheSameInputsFiltersAndUniqueness)
     EXPECT_EQ(linesOf(result), expected) << "the copy has filters of its own";
 }
 
+// Symptom: the first walk over a copy was not its number 1.
+TEST_F(TraversalResultTest, CopyCountsItsOwnWalks) {
+    struct Numbers : WalkListener {
+        void onLink(const WalkView& walk, const Link&, Fate, std::size_t) override {
+            last = walk.number();
+        }
+        std::size_t last = 0;
+    } numbers;
+    const auto result = run();
+    ResultSetup(result).trace(&numbers);
+    linesOf(result);
+    linesOf(result);
+    EXPECT_EQ(numbers.last, 2U);
+    const auto copy = std::make_shared<TraversalResult>(*result);
+    linesOf(copy);
+    EXPECT_EQ(numbers.last, 1U);
+    linesOf(result);
+    EXPECT_EQ(numbers.last, 3U);
+}
+
 TEST_F(TraversalResultTest, CopyKeepsLeavingOutPseudoLinks) {
     EXPECT_EQ(linesOf(std::make_shared<TraversalResult>(*run())), linesOf(run()));
     EXPECT_EQ(linesOf(std::make_shared<TraversalResult>(*run(ResultPolicy::Report))),

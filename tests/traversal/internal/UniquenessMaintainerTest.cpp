@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "tests/support/ModelBuilder.h"
+#include "tests/support/WalkLog.h"
 
 namespace nuv::zero::traversal::internal {
 namespace {
@@ -56,32 +59,6 @@ TEST_F(UniquenessMaintainerTest, LinkWithoutOppositeIsRefusedOnlyWhenItComesAgai
               (Answers{true, true, false, false}));
 }
 
-/// A link was left out as repeated that had not been seen: where a third property names one of two
-/// mutual opposites as its own, a link of it counted for both of them.
-TEST_F(UniquenessMaintainerTest, OneWayOppositeOfAMutualOneHasThatOneSeenAlone) {
-    const meta::Property kids = m["Node.kids"];
-    const meta::Property home = m["Node.home"];
-    const meta::Property one = m.metamodel.addProperty(m.type("Node"), u"one", m.type("Node"));
-    const meta::Property other = m.metamodel.addProperty(m.type("Node"), u"other", m.type("Node"));
-    m.metamodel.setOpposite(one, home);
-    m.metamodel.setOpposite(other, kids);
-    const ModelElement a = m("A");
-    const ModelElement b = m("B");
-    const Link byOne(a, b, one);
-    const Link byOther(b, a, other);
-    // Both have their reverses, B.home>A and A.kids>B, seen for the first time.
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {byOne, byOther, byOne, byOther}),
-              (Answers{true, true, false, false}));
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {byOne, back, there}),
-              (Answers{true, false, false}));
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {byOne, there, byOther}),
-              (Answers{true, false, false}));
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {there, byOne, byOther}),
-              (Answers{true, false, false}));
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {Link(a, a, one), Link(a, a, other)}),
-              (Answers{true, true}));
-}
-
 TEST_F(UniquenessMaintainerTest, InputIsRefusedOnlyWhenItComesAgain) {
     const Link toC(ModelElement(), m("C"), meta::Property());
     EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {pseudo, toC, pseudo, toC}),
@@ -117,21 +94,51 @@ TEST_F(UniquenessMaintainerTest, NewLinkWhoseOppositeWasMetIsRefusedAndRemembere
 /// opposite is one of two that are each other's, counted for both of them.
 TEST_F(UniquenessMaintainerTest, OppositeOfAThirdPropertyIsSeenWithoutItsOwnReverse) {
     m.metamodel.setOpposite(m["Node.next"], m["Node.home"]);
-    // Its reverse is `back`, and counts as seen; `there` does not.
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {plain, back, plain}),
-              (Answers{true, false, false}));
-    // New, and remembered, but its reverse was met.
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {plain, there, there, back}),
-              (Answers{true, false, false, false}));
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {back, plain}), (Answers{true, false}));
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {there, plain}), (Answers{true, false}));
-
-    // The reverse of `third` is `there`, and that of `plain` is `back`: they have nothing to do
-    // with each other, although `there` and `back` are each other's reverses.
-    const Link third(m("B"), m("A"), m["Node.third"]);
     m.metamodel.setOpposite(m["Node.third"], m["Node.kids"]);
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {third, plain}), (Answers{true, true}));
-    EXPECT_EQ(answers(UniquenessMode::UniqueLinks, {plain, third}), (Answers{true, true}));
+    const Link third(m("B"), m("A"), m["Node.third"]);
+    // The reverse of `plain` is `back`, and that of `third` is `there`. They count as seen with
+    // them, but not with each other, although `there` and `back` are each other's reverses.
+    const std::pair<std::vector<Link>, Answers> cases[] = {
+        {{plain, third, plain, third}, {true, true, false, false}},
+        {{third, plain}, {true, true}},
+        {{plain, back, there}, {true, false, false}},
+        {{plain, back, plain}, {true, false, false}},
+        {{plain, there, there, back}, {true, false, false, false}},
+        {{plain, there, third}, {true, false, false}},
+        {{there, plain, third}, {true, false, false}},
+        {{back, plain}, {true, false}},
+        {{Link(m("A"), m("A"), m["Node.next"]), Link(m("A"), m("A"), m["Node.third"])},
+         {true, true}},
+    };
+    for (const auto& [links, expected] : cases) {
+        EXPECT_EQ(answers(UniquenessMode::UniqueLinks, links), expected)
+            << test::text(links[0]) << ", " << test::text(links[1]) << " ...";
+    }
+}
+
+/// The sets of inputs, of links, of opposites seen alone, and of properties: each makes room when
+/// the first of its kind is met.
+TEST_F(UniquenessMaintainerTest, BytesAreThoseOfEverySetAndOfAClone) {
+    m.metamodel.setOpposite(m["Node.third"], m["Node.kids"]);
+    const auto maintainer = makeUniquenessMaintainer(UniquenessMode::UniqueLinks);
+    EXPECT_EQ(maintainer->bytes(), 0U);
+    std::size_t bytes = 0;
+    for (const Link& link : {pseudo, plain, there, Link(m("C"), m("A"), m["Node.third"])}) {
+        maintainer->shouldReport(link);
+        EXPECT_GT(maintainer->bytes(), bytes) << test::text(link);
+        bytes = maintainer->bytes();
+        maintainer->shouldReport(link);
+        EXPECT_EQ(maintainer->bytes(), bytes) << test::text(link);
+    }
+    // A set of 16 pairs, of 32, and so on, each of them the double of what it takes the place of.
+    const auto other = maintainer->clone();
+    EXPECT_EQ(other->bytes(), bytes);
+    const std::size_t setOf16 = 16 * 2 * sizeof(void*);
+    for (int i = 0; i < 12; ++i) {
+        maintainer->shouldReport(Link(m("A"), m.model.create(m.type("Node")), m["Node.next"]));
+    }
+    EXPECT_EQ(maintainer->bytes(), bytes + setOf16);
+    EXPECT_EQ(other->bytes(), bytes);
 }
 
 TEST_F(UniquenessMaintainerTest, UniqueElementsReportsEachTargetOncePseudoLinksIncluded) {

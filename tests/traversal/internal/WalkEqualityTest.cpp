@@ -38,5 +38,23 @@ TEST(WalkEqualityTest, WalksThatTookDifferentNumbersOfInputsAreUnequal) {
     EXPECT_FALSE(walk == before);
 }
 
+/// A cursor's place among links that are not reported is not compared: the links on the path are.
+TEST(WalkEqualityTest, DepthFirstWalkThatHasPausedAmongSilentLinksEqualsOneThatHasNot) {
+    const ModelBuilder m("Node; Node.back -> Node *; Node.next -> Node",
+                         "A.back = A A A; A.next = B");
+    const auto result =
+        Spec::subtractiveTraversal()
+            ->setResultPolicy(PropertyMatcher(m["Node.back"]), ResultPolicy::WalkOnly)
+            ->depthFirst(m("A"));
+    Walk walk = result->begin();
+    const Walk before(walk);
+    std::size_t steps = 3;
+    EXPECT_EQ(walk.advanceWithin(steps), Progress::Paused);
+    EXPECT_TRUE(walk == before);
+    steps = 100;
+    EXPECT_EQ(walk.advanceWithin(steps), Progress::OnLink);
+    EXPECT_FALSE(walk == before);
+}
+
 }  // namespace
 }  // namespace nuv::zero::traversal::internal

@@ -8,9 +8,9 @@ namespace nuv::zero::traversal::internal {
 
 /// Lines of cells under a head, in columns as wide as they need: texts to the left, then numbers to
 /// the right. Cells are measured in characters of UTF-8.
-class TextTable {
+class ColumnText {
   public:
-    TextTable(std::vector<std::string> head, std::size_t textColumns);
+    ColumnText(std::vector<std::string> head, std::size_t textColumns);
 
     /// REQUIRES: as many cells as the head has.
     void add(std::vector<std::string> cells);

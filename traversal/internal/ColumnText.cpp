@@ -1,4 +1,4 @@
-#include "traversal/internal/TextTable.h"
+#include "traversal/internal/ColumnText.h"
 
 #include <algorithm>
 #include <utility>
@@ -16,19 +16,19 @@ std::size_t widthOf(const std::string& text) {
 
 }  // namespace
 
-TextTable::TextTable(std::vector<std::string> head, std::size_t textColumns)
+ColumnText::ColumnText(std::vector<std::string> head, std::size_t textColumns)
     : widths_(head.size()), textColumns_(textColumns) {
     add(std::move(head));
 }
 
-void TextTable::add(std::vector<std::string> cells) {
+void ColumnText::add(std::vector<std::string> cells) {
     for (std::size_t column = 0; column < cells.size(); ++column) {
         widths_[column] = std::max(widths_[column], widthOf(cells[column]));
     }
     lines_.push_back(std::move(cells));
 }
 
-std::string TextTable::text() const {
+std::string ColumnText::text() const {
     std::string text;
     for (const std::vector<std::string>& cells : lines_) {
         for (std::size_t column = 0; column < cells.size(); ++column) {
