@@ -82,12 +82,12 @@ void CallRecorder::event(int observer, Event event, int element, int property) {
     called(line);
 }
 
-void CallRecorder::link(int listener, const IndexedLink& link, Told fate, std::size_t filter) {
+void CallRecorder::link(int listener, const IndexedLink& link, LinkFate fate, std::size_t filter) {
     constexpr std::array fates = {"reported",    "silent",   "repeated",
                                   "left out as", "filtered", "not descended into"};
     std::string line = "listener " + std::to_string(listener) + " hears of " + describe(link) +
                        ": " + fates.at(static_cast<std::size_t>(fate));
-    if (fate == Told::Filtered) line += " by " + std::to_string(filter);
+    if (fate == LinkFate::Filtered) line += " by " + std::to_string(filter);
     called(line);
 }
 

@@ -30,7 +30,7 @@ class CallRecorder final : public Callbacks {
     bool boundary(int boundary, const IndexedLink& link) override;
     void event(int observer, Event event, int element, int property = none) override;
 
-    void link(int listener, const IndexedLink& link, Told fate, std::size_t filter) override;
+    void link(int listener, const IndexedLink& link, LinkFate fate, std::size_t filter) override;
     void prune(int listener, const IndexedLink& current, const ToldPrune& prune) override;
 
     /// Says where the walk under way stands while it calls; none where nobody can know.

@@ -32,7 +32,7 @@ struct ReadFailure {
 };
 
 /// What became of a link that a walk met.
-enum class Told : std::uint8_t {
+enum class LinkFate : std::uint8_t {
     Reported,
     Silent,
     Repeated,
@@ -66,7 +66,7 @@ class Callbacks {
     /// The property is `none` for events of elements and inputs.
     virtual void event(int observer, Event event, int element, int property) = 0;
     /// The number of a filter means nothing unless that has left the link out.
-    virtual void link(int /*listener*/, const IndexedLink& /*link*/, Told /*fate*/,
+    virtual void link(int /*listener*/, const IndexedLink& /*link*/, LinkFate /*fate*/,
                       std::size_t /*filter*/) {}
     virtual void prune(int /*listener*/, const IndexedLink& /*current*/,
                        const ToldPrune& /*prune*/) {}

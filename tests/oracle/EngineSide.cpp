@@ -73,14 +73,14 @@ class Observer : public TraversalProcessor {
 };
 
 /// Hands what becomes of links and of calls that prune to the recorder.
-class Listener : public traversal::WalkListener {
+class RecordingListener : public traversal::WalkListener {
   public:
-    Listener(int index, const EngineModel& model, CallRecorder& recorder)
+    RecordingListener(int index, const EngineModel& model, CallRecorder& recorder)
         : index_(index), model_(model), recorder_(recorder) {}
 
     void onLink(const traversal::WalkView& /*walk*/, const Link& link, traversal::Fate fate,
                 std::size_t filter) override {
-        recorder_.link(index_, model_.stepOf(link), static_cast<Told>(fate), filter);
+        recorder_.link(index_, model_.stepOf(link), static_cast<LinkFate>(fate), filter);
     }
     void onPrune(const traversal::WalkView& /*walk*/, const Link& link, traversal::Pruning pruning,
                  const meta::Property& property, traversal::Pruned outcome) override {
@@ -346,7 +346,7 @@ class EngineSide : public Side {
     EngineModel model_;
     Builder builder_;
     std::deque<Observer> observers_;
-    std::deque<Listener> listeners_;
+    std::deque<RecordingListener> listeners_;
     std::vector<std::shared_ptr<TraversalResult>> results_;
     std::map<int, std::unique_ptr<IterationContext>> walks_;
     std::vector<Link> held_;

@@ -93,7 +93,7 @@ Ending NaiveWalk::takeLinks(const IndexedLink& link) {
         place_ = child;
         const bool isNew = !hasEntered(child.target);
         const bool isRefused = isNew && !leadsOn(child);
-        if (isRefused) tell(child, Told::NotDescended);
+        if (isRefused) tell(child, LinkFate::NotDescended);
         if (!isNew || isRefused) {
             child.refused = !hasEntered(child.target);
             place_ = child;
@@ -154,27 +154,27 @@ bool NaiveWalk::tryReport(const IndexedLink& link) {
     if (link.isEmpty()) return false;
     if (link.property != none &&
         result_->provider->resultPolicy(classOf(link.source), link.property, *callbacks_) == 0) {
-        tell(link, Told::Silent);
+        tell(link, LinkFate::Silent);
         return false;
     }
     std::size_t filter = 0;
-    const Told fate = fateOf(link, filter);
+    const LinkFate fate = fateOf(link, filter);
     tell(link, fate, filter);
-    if (fate != Told::Reported) return false;
+    if (fate != LinkFate::Reported) return false;
     current_ = link;
     return true;
 }
 
-Told NaiveWalk::fateOf(const IndexedLink& link, std::size_t& filter) {
-    if (!isUnseen(link)) return Told::Repeated;
-    if (result_->dropsPseudoLinks && link.property == none) return Told::PseudoLinkLeftOut;
+LinkFate NaiveWalk::fateOf(const IndexedLink& link, std::size_t& filter) {
+    if (!isUnseen(link)) return LinkFate::Repeated;
+    if (result_->dropsPseudoLinks && link.property == none) return LinkFate::PseudoLinkLeftOut;
     for (filter = 0; filter < result_->filters.size(); ++filter) {
-        if (callbacks_->filter(result_->filters[filter], link) == 0) return Told::Filtered;
+        if (callbacks_->filter(result_->filters[filter], link) == 0) return LinkFate::Filtered;
     }
-    return Told::Reported;
+    return LinkFate::Reported;
 }
 
-void NaiveWalk::tell(const IndexedLink& link, Told fate, std::size_t filter) {
+void NaiveWalk::tell(const IndexedLink& link, LinkFate fate, std::size_t filter) {
     for (std::size_t index = 0; index < result_->listeners.size(); ++index) {
         callbacks_->link(result_->listeners[index], link, fate, filter);
     }

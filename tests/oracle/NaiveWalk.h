@@ -96,8 +96,8 @@ class NaiveWalk {
     bool isUnseen(const IndexedLink& link);
     bool isUnseenWithOpposite(const IndexedLink& link);
     /// What becomes of a link that is to be reported, and which filter leaves it out.
-    Told fateOf(const IndexedLink& link, std::size_t& filter);
-    void tell(const IndexedLink& link, Told fate, std::size_t filter = 0);
+    LinkFate fateOf(const IndexedLink& link, std::size_t& filter);
+    void tell(const IndexedLink& link, LinkFate fate, std::size_t filter = 0);
     const IndexedLink& top() const { return isDepthFirst() ? frontier_.back() : frontier_.front(); }
     void pop() { frontier_.erase(isDepthFirst() ? frontier_.end() - 1 : frontier_.begin()); }
     void push(const IndexedLink& link) { frontier_.push_back(link); }

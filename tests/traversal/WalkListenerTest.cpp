@@ -157,8 +157,8 @@ TEST_P(WalkListenerTest, CopiesHaveTheirOwnNumber) {
 }
 
 TEST_P(WalkListenerTest, WhatAListenerThrowsEndsTheStepAndTheReportIsLost) {
-    struct Throwing : WalkListener {
-        explicit Throwing(const ModelElement& from) : element(from) {}
+    struct ThrowingAtOneElement : WalkListener {
+        explicit ThrowingAtOneElement(const ModelElement& from) : element(from) {}
         void onLink(const WalkView&, const Link& link, Fate, std::size_t) override {
             if (link.getTarget() == element) throw std::runtime_error("not this one");
         }

@@ -124,6 +124,8 @@ void callExplanation(const Station& station) {
     const auto predicate = [](const Class& /*type*/) { return true; };
     expect(named("mine", predicate)(station.block) && named("all")(station.block),
            "a named predicate answers as the predicate does");
+    const ClassPredicate mine = named("mine", predicate);
+    expect(namedIn(mine) != nullptr && namedIn(mine)->name == "mine", "the name of a predicate");
     const auto builder = Spec::compositionTraversal()->prune(station.parts, named("no parts"));
     const Explanation ofBuilder = explain(*builder, station.block);
     const Explanation ofResult = explain(builder->depthFirst(station.one), station.block);

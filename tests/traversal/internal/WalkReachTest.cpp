@@ -298,13 +298,13 @@ TEST_P(WalkReachTest, SilentPassGivesBackWhatItNeededBesides) {
         chain.model.add(last, chain["Node.x"], next);
         last = next;
     }
-    struct Held : WalkListener {
+    struct BytesAtTheInput : WalkListener {
         void onLink(const WalkView& walk, const Link&, Fate, std::size_t) override {
             if (walk.enteredCount() == 1) bytes = walk.bytesHeld();
         }
         std::size_t bytes = 0;
     } limited, unlimited;
-    const auto heldBy = [&](Held& held, bool isLimited) {
+    const auto heldBy = [&](BytesAtTheInput& held, bool isLimited) {
         const auto result =
             Spec::subtractiveTraversal()->run({chain("A"), chain("A")}, Algo::DepthFirstPreOrder);
         if (isLimited) ResultSetup(result).upTo(5000);
