@@ -1,13 +1,16 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "traversal/internal/AbstractStore.h"
 #include "traversal/internal/CursorPath.h"
 #include "traversal/internal/LentLink.h"
 #include "traversal/internal/Walk.h"
+#include "traversal/support/ElementSet.h"
 
 namespace nuv::zero::traversal::internal {
 
@@ -19,7 +22,10 @@ namespace {
 class DfsStore final : public AbstractStore {
   public:
     DfsStore() = default;
-    DfsStore(const DfsStore& other) : path_(other.path_), waiting_(other.waiting_) {}
+    DfsStore(const DfsStore& other)
+        : path_(other.path_),
+          waiting_(other.waiting_),
+          left_(other.left_ == nullptr ? nullptr : std::make_unique<Left>(*other.left_)) {}
 
     void push(const Link& link) override { waiting_.emplace_back(link); }
     Link top() const override {
@@ -59,7 +65,7 @@ class DfsStore final : public AbstractStore {
     std::size_t bytes() const noexcept override {
         const std::size_t entry = sizeof(*pathIndex_.begin()) + 2 * sizeof(void*);
         return path_.bytes() + waiting_.capacity() * sizeof(LentLink) + pathIndex_.size() * entry +
-               pathIndex_.bucket_count() * sizeof(void*);
+               pathIndex_.bucket_count() * sizeof(void*) + (left_ == nullptr ? 0 : left_->bytes());
     }
     bool hasLeft(const ModelElement& element) override {
         const std::size_t place = placeOf(element);
@@ -75,6 +81,22 @@ class DfsStore final : public AbstractStore {
   private:
     static constexpr std::size_t notOnPath = static_cast<std::size_t>(-1);
 
+    /// Which elements were left, for who asks how targets were met: what was entered before the
+    /// first such question, and not on the path then, and what was left since.
+    struct Left {
+        bool contains(const ModelElement& element) noexcept {
+            return since.contains(element) ||
+                   (before.contains(element) && !onPath.contains(element));
+        }
+        std::size_t bytes() const noexcept {
+            return before.bytes() + onPath.bytes() + since.bytes();
+        }
+
+        ElementSet before;
+        ElementSet onPath;
+        ElementSet since;
+    };
+
     /// The link to the element of a cursor.
     LentLink linkTo(std::size_t index) const;
     std::vector<Link> linksTo(std::size_t index) const;
@@ -88,6 +110,7 @@ class DfsStore final : public AbstractStore {
         return path_.size() == 1 && !path_[0].element();
     }
     std::size_t placeOf(const ModelElement& element);
+    void beginToRememberWhatIsLeft(const Walk& walk);
     bool enterInput(Walk& walk);
     /// How taking the links of one cursor came to an end.
     enum class GoneOn : std::uint8_t { Reported, Paused, Left };
@@ -109,6 +132,8 @@ class DfsStore final : public AbstractStore {
     /// the path's end. Covers the first `indexed_` cursors, and holds outdated places besides.
     std::unordered_map<ModelElement, std::size_t> pathIndex_;
     std::size_t indexed_ = 0;
+    /// None before somebody asks.
+    std::unique_ptr<Left> left_;
 };
 
 LentLink DfsStore::linkTo(std::size_t index) const {
@@ -170,6 +195,7 @@ DfsStore::GoneOn DfsStore::goOn(Walk& walk) {
 DfsStore::GoneOn DfsStore::leave(Walk& walk, Cursor& cursor) {
     cursor.processedAll();
     if (tryReportSelf(walk, cursor)) return GoneOn::Reported;
+    if (left_ != nullptr) left_->since.insert(cursor.element());
     path_.pop();
     indexed_ = std::min(indexed_, path_.size());
     return GoneOn::Left;
@@ -205,7 +231,16 @@ Meeting DfsStore::meeting(Walk& walk) {
     if (!isOnLink()) return path_.size() <= 1 ? Meeting::Input : Meeting::First;
     const Lent<ModelElement> target = path_.back().target();
     if (!walk.hasEntered(target.get())) return Meeting::Boundary;
-    return placeOf(target.get()) == notOnPath ? Meeting::Done : Meeting::Open;
+    if (left_ == nullptr) beginToRememberWhatIsLeft(walk);
+    return left_->contains(target.get()) ? Meeting::Done : Meeting::Open;
+}
+
+void DfsStore::beginToRememberWhatIsLeft(const Walk& walk) {
+    auto left = std::make_unique<Left>(Left{walk.entered(), {}, {}});
+    for (std::size_t index = 0; index < path_.size(); ++index) {
+        left->onPath.insert(path_[index].element());
+    }
+    left_ = std::move(left);
 }
 
 std::vector<Link> DfsStore::linksTo(std::size_t index) const {

@@ -38,10 +38,24 @@ bool Reach::startTurn(Walk& walk) {
     }
     if (distance_ + 1 >= limit_) return false;
     // Moved on before a predicate is asked: one that always throws does not stop the pass.
+    lookAhead(walk);
     const ModelElement& element = found_[next_++].get();
     turn_.restart(element, nullptr, walk.settingsOf(element));
     hasTurn_ = true;
     return true;
+}
+
+/// Announces the elements whose turns come soon, and then their lists: both lie anywhere in memory.
+void Reach::lookAhead(Walk& walk) const {
+    constexpr std::size_t toElements = 6;
+    constexpr std::size_t toLists = 3;
+    if (next_ + toElements >= found_.size()) return;
+    WalkSupport::prefetch(found_[next_ + toElements].get());
+    const ModelElement& sooner = found_[next_ + toLists].get();
+    // Nobody is asked about a class that was not met yet.
+    const Cursor::Settings* settings = walk.knownSettingsOf(access::classOf(sooner));
+    if (settings == nullptr) return;
+    for (const AssociationSetting& setting : *settings) setting.prefetch(sooner);
 }
 
 void Reach::add(Walk& walk, const ModelElement& element) {

@@ -48,6 +48,7 @@ class Reach {
   private:
     void add(Walk& walk, const ModelElement& element);
     bool startTurn(Walk& walk);
+    void lookAhead(Walk& walk) const;
 
     std::size_t limit_;
     bool isKnownByDepth_;

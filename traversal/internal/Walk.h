@@ -98,6 +98,7 @@ class Walk {
     /// What is left of the budget, for work of which there may be much in one step.
     std::size_t& budget() noexcept { return stepsLeft_; }
 
+    const ElementSet& entered() const noexcept { return entered_; }
     bool hasEntered(const ModelElement& element) noexcept { return entered_.contains(element); }
     /// Whether the link on which a cursor stands may enter its target. Throws what a predicate
     /// throws. REQUIRES: the target was not entered.
