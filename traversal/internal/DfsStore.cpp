@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -111,6 +112,7 @@ class DfsStore final : public AbstractStore {
     }
     std::size_t placeOf(const ModelElement& element);
     void beginToRememberWhatIsLeft(const Walk& walk);
+    void rememberAsLeft(const ModelElement& element) noexcept;
     bool enterInput(Walk& walk);
     /// How taking the links of one cursor came to an end.
     enum class GoneOn : std::uint8_t { Reported, Paused, Left };
@@ -195,7 +197,7 @@ DfsStore::GoneOn DfsStore::goOn(Walk& walk) {
 DfsStore::GoneOn DfsStore::leave(Walk& walk, Cursor& cursor) {
     cursor.processedAll();
     if (tryReportSelf(walk, cursor)) return GoneOn::Reported;
-    if (left_ != nullptr) left_->since.insert(cursor.element());
+    if (left_ != nullptr) rememberAsLeft(cursor.element());
     path_.pop();
     indexed_ = std::min(indexed_, path_.size());
     return GoneOn::Left;
@@ -241,6 +243,15 @@ void DfsStore::beginToRememberWhatIsLeft(const Walk& walk) {
         left->onPath.insert(path_[index].element());
     }
     left_ = std::move(left);
+}
+
+/// Without memory for it nothing is lost: the next question begins anew.
+void DfsStore::rememberAsLeft(const ModelElement& element) noexcept {
+    try {
+        left_->since.insert(element);
+    } catch (const std::bad_alloc&) {
+        left_.reset();
+    }
 }
 
 std::vector<Link> DfsStore::linksTo(std::size_t index) const {
