@@ -37,7 +37,7 @@ struct Blocks {
 };
 
 /// A model of two blocks with a port for each, where none contains any yet.
-struct BlocksModel : testing::Test {
+struct BlocksOfAModel {
     Blocks m;
     memory::Model model;
     ModelElement b1 = model.create(m.block, u"b1");
@@ -45,6 +45,8 @@ struct BlocksModel : testing::Test {
     ModelElement b2 = model.create(m.block, u"b2");
     ModelElement p2 = model.create(m.port, u"p2");
 };
+/// The same for each test anew.
+struct BlocksModel : testing::Test, BlocksOfAModel {};
 
 /// A value that claims to be of the type, single or many, whatever it holds.
 inline memory::PlantedValue single(const meta::Type& type, memory::Content data = {}) {

@@ -39,14 +39,4 @@ inline Reading viewed(const ModelElement& element, const meta::Property& propert
     return readingOf([&] { return taken(view(element, property)); });
 }
 
-/// Two blocks and two ports.
-struct BlocksOfAModel {
-    Blocks m;
-    memory::Model model;
-    ModelElement b1 = model.create(m.block, u"b1");
-    ModelElement b2 = model.create(m.block, u"b2");
-    ModelElement p1 = model.create(m.port, u"p1");
-    ModelElement p2 = model.create(m.port, u"p2");
-};
-
 }  // namespace nuv::zero::test

@@ -26,7 +26,7 @@ class NaiveTrace {
         std::vector<int> filters;
         std::function<bool(const IndexedLink&)> descend;
     };
-    enum class Fate { Reported, Silent, Repeated, PseudoLinkLeftOut, Filtered, NotDescended };
+    using Fate = LinkFate;
     struct ToldFate {
         IndexedLink link;
         Fate fate;

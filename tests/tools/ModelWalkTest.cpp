@@ -245,9 +245,10 @@ TEST_F(ModelWalk, LinesStayLinesWhateverNamesHold) {
 }
 
 TEST_F(ModelWalk, FailureToWriteIsAFailure) {
-    if (!std::filesystem::exists("/dev/full"))
-        GTEST_SKIP()
-            << "needs /dev/full, a device to which every write fails, which this system lacks";
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "needs /dev/full, a device to which every write fails; only some systems "
+                        "have it";
+    }
     const int status = std::system("cd '" SAMPLE_MODELS "' && '" MODEL_WALK
                                    "' system.ecore drone.xmi >/dev/full 2>/dev/null");
     EXPECT_EQ(WEXITSTATUS(status), 1);
