@@ -1,0 +1,7 @@
+#include "xmi/FileTree.h"
+
+namespace nuv::zero::xmi {
+
+FileTree::~FileTree() = default;
+
+}  // namespace nuv::zero::xmi
