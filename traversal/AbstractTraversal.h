@@ -9,12 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "traversal/CompositeMatcher.h"
-#include "traversal/Export.h"
-#include "traversal/PropertyMatcher.h"
-#include "traversal/PropertyProvider.h"
-#include "traversal/RuleCall.h"
-#include "traversal/internal/TraversalResult.h"
+#include "CompositeMatcher.h"
+#include "Export.h"
+#include "PropertyMatcher.h"
+#include "PropertyProvider.h"
+#include "RuleCall.h"
+#include "internal/TraversalResult.h"
 
 namespace nuv::zero::traversal {
 

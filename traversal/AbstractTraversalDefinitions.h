@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "traversal/AbstractTraversal.h"
+#include "AbstractTraversal.h"
 
 /// The bodies of `AbstractTraversal`, for the sources of the kinds, which instantiate them.
 namespace nuv::zero::traversal {

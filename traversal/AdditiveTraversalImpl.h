@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/AbstractTraversal.h"
+#include "AbstractTraversal.h"
 
 namespace nuv::zero::traversal {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/support/Lent.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "fwd.h"
+#include "support/Lent.h"
 
 namespace nuv::zero::traversal {
 

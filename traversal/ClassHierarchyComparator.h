@@ -1,7 +1,7 @@
 #pragma once
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
+#include "ClassPredicate.h"
+#include "Export.h"
 
 namespace nuv::zero::traversal {
 

@@ -4,7 +4,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "model/Framework.h"
+#include "../model/Framework.h"
 
 namespace nuv::zero::traversal {
 

@@ -3,8 +3,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
+#include "ClassPredicate.h"
+#include "Export.h"
 
 /// Ready-made conditions of rules. They combine with each other and with predicates of the
 /// caller's own:

@@ -3,10 +3,10 @@
 #include <unordered_map>
 #include <utility>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/RuleTree.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "RuleTree.h"
+#include "fwd.h"
 
 namespace nuv::zero::traversal {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/PropertyMatcher.h"
+#include "Export.h"
+#include "PropertyMatcher.h"
 
 namespace nuv::zero::traversal {
 

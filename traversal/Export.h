@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/Compiler.h"
+#include "../model/Compiler.h"
 
 /// Marks what the traversal library offers to its users; everything else stays hidden.
 #if defined(modeling_nuv0_traversal_EXPORTS)

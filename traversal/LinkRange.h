@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/internal/TraversalResult.h"
+#include "Export.h"
+#include "internal/TraversalResult.h"
 
 namespace nuv::zero::traversal {
 

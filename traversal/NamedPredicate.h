@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "traversal/ClassPredicate.h"
+#include "ClassPredicate.h"
 
 namespace nuv::zero::traversal {
 

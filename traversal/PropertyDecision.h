@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/RuleTree.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "RuleTree.h"
+#include "fwd.h"
 
 namespace nuv::zero::traversal {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "fwd.h"
 
 namespace nuv::zero::traversal {
 

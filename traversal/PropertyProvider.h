@@ -5,11 +5,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/CompositeMatcher.h"
-#include "traversal/PropertyDecision.h"
-#include "traversal/support/FlatMap.h"
-#include "traversal/support/Lent.h"
+#include "AssociationSetting.h"
+#include "CompositeMatcher.h"
+#include "PropertyDecision.h"
+#include "support/FlatMap.h"
+#include "support/Lent.h"
 
 namespace nuv::zero::traversal {
 

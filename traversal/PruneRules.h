@@ -2,9 +2,9 @@
 
 #include <unordered_map>
 
-#include "traversal/CompositeMatcher.h"
-#include "traversal/Export.h"
-#include "traversal/PropertyMatcher.h"
+#include "CompositeMatcher.h"
+#include "Export.h"
+#include "PropertyMatcher.h"
 
 /// How the composition and the subtractive kind keep their rules.
 namespace nuv::zero::traversal {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "traversal/AbstractTraversalDefinitions.h"
-#include "traversal/PruneRules.h"
-#include "traversal/PruningTraversal.h"
+#include "AbstractTraversalDefinitions.h"
+#include "PruneRules.h"
+#include "PruningTraversal.h"
 
 /// The bodies of `PruningTraversal`, for the sources of its kinds, which instantiate them.
 namespace nuv::zero::traversal {

@@ -6,9 +6,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "traversal/Export.h"
-#include "traversal/internal/TraversalProcessor.h"
-#include "traversal/internal/TraversalResult.h"
+#include "Export.h"
+#include "internal/TraversalProcessor.h"
+#include "internal/TraversalResult.h"
 
 namespace nuv::zero::traversal {
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "traversal/PropertyMatcher.h"
-#include "traversal/fwd.h"
+#include "PropertyMatcher.h"
+#include "fwd.h"
 
 namespace nuv::zero::traversal {
 

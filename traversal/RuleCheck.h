@@ -8,9 +8,9 @@
 #include <type_traits>
 #include <vector>
 
-#include "traversal/AbstractTraversal.h"
-#include "traversal/Export.h"
-#include "traversal/RuleCall.h"
+#include "AbstractTraversal.h"
+#include "Export.h"
+#include "RuleCall.h"
 
 namespace nuv::zero::traversal {
 

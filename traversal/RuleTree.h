@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "fwd.h"
 
 namespace nuv::zero::traversal::internal {
 

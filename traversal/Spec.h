@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "traversal/AdditiveTraversalImpl.h"
-#include "traversal/CompositionTraversalImpl.h"
-#include "traversal/SubtractiveTraversalImpl.h"
+#include "AdditiveTraversalImpl.h"
+#include "CompositionTraversalImpl.h"
+#include "SubtractiveTraversalImpl.h"
 
 namespace nuv::zero::traversal {
 

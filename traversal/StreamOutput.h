@@ -3,7 +3,7 @@
 #include <concepts>
 #include <ostream>
 
-#include "traversal/internal/Dumps.h"
+#include "internal/Dumps.h"
 
 /// Elements and links on streams, for who includes this:
 ///

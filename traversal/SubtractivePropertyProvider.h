@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "traversal/PropertyProvider.h"
+#include "PropertyProvider.h"
 
 namespace nuv::zero::traversal {
 

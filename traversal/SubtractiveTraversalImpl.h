@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "traversal/PruningTraversal.h"
+#include "PruningTraversal.h"
 
 namespace nuv::zero::traversal {
 

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/LinkRange.h"
-#include "traversal/WalkListener.h"
+#include "Export.h"
+#include "LinkRange.h"
+#include "WalkListener.h"
 
 namespace nuv::zero::traversal {
 

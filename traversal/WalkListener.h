@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "traversal/Export.h"
-#include "traversal/WalkView.h"
+#include "Export.h"
+#include "WalkView.h"
 
 namespace nuv::zero::traversal {
 

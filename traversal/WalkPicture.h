@@ -6,8 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/WalkListener.h"
+#include "Export.h"
+#include "WalkListener.h"
 
 namespace nuv::zero::traversal {
 

@@ -4,10 +4,10 @@
 #include <memory>
 #include <vector>
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/internal/Link.h"
+#include "../model/Framework.h"
+#include "Export.h"
+#include "fwd.h"
+#include "internal/Link.h"
 
 namespace nuv::zero::traversal {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "traversal/Explanation.h"
-#include "traversal/Export.h"
-#include "traversal/LinkRange.h"
-#include "traversal/WalkBoundaries.h"
+#include "Explanation.h"
+#include "Export.h"
+#include "LinkRange.h"
+#include "WalkBoundaries.h"
 
 namespace nuv::zero::traversal {
 

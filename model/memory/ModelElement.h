@@ -5,8 +5,8 @@
 #include <functional>
 #include <utility>
 
-#include "model/Export.h"
-#include "model/memory/Object.h"
+#include "../Export.h"
+#include "Object.h"
 
 namespace nuv::zero {
 

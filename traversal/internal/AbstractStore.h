@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/fwd.h"
-#include "traversal/internal/Link.h"
+#include "../fwd.h"
+#include "Link.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -7,10 +7,10 @@
 #include <unordered_set>
 #include <vector>
 
-#include "model/Compiler.h"
-#include "traversal/AssociationSetting.h"
-#include "traversal/fwd.h"
-#include "traversal/support/Lent.h"
+#include "../../model/Compiler.h"
+#include "../AssociationSetting.h"
+#include "../fwd.h"
+#include "../support/Lent.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/internal/Cursor.h"
+#include "Cursor.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "traversal/Export.h"
-#include "traversal/internal/Link.h"
+#include "../Export.h"
+#include "Link.h"
 
 namespace nuv::zero::traversal::internal {
 

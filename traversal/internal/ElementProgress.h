@@ -3,10 +3,10 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/Export.h"
-#include "traversal/internal/EventPoint.h"
-#include "traversal/internal/Link.h"
+#include "../AssociationSetting.h"
+#include "../Export.h"
+#include "EventPoint.h"
+#include "Link.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <variant>
 
-#include "traversal/internal/TraversalProcessor.h"
+#include "TraversalProcessor.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "traversal/internal/Link.h"
-#include "traversal/support/Lent.h"
+#include "../support/Lent.h"
+#include "Link.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -4,10 +4,10 @@
 #include <functional>
 #include <optional>
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/support/Lent.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
+#include "../fwd.h"
+#include "../support/Lent.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/internal/LentLink.h"
-#include "traversal/support/Lent.h"
+#include "../AssociationSetting.h"
+#include "../support/Lent.h"
+#include "LentLink.h"
 
 namespace nuv::zero::traversal::internal {
 

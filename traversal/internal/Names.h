@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-#include "model/Framework.h"
+#include "../../model/Framework.h"
 
 /// What texts for people call things.
 namespace nuv::zero::traversal::internal {

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <vector>
 
-#include "traversal/internal/Cursor.h"
-#include "traversal/support/ElementSet.h"
-#include "traversal/support/Lent.h"
+#include "../support/ElementSet.h"
+#include "../support/Lent.h"
+#include "Cursor.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
 
 namespace nuv::zero::traversal::internal {
 

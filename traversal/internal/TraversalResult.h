@@ -7,10 +7,10 @@
 #include <optional>
 #include <vector>
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/internal/Link.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
+#include "../fwd.h"
+#include "Link.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "traversal/internal/Link.h"
+#include "Link.h"
 
 namespace nuv::zero::traversal::internal {
 

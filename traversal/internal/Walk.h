@@ -4,17 +4,17 @@
 #include <memory>
 #include <vector>
 
-#include "model/Compiler.h"
-#include "traversal/PropertyProvider.h"
-#include "traversal/WalkListener.h"
-#include "traversal/internal/AbstractStore.h"
-#include "traversal/internal/Cursor.h"
-#include "traversal/internal/LentLink.h"
-#include "traversal/internal/Reach.h"
-#include "traversal/internal/TraversalResult.h"
-#include "traversal/internal/UniquenessMaintainer.h"
-#include "traversal/internal/Ways.h"
-#include "traversal/support/ElementSet.h"
+#include "../../model/Compiler.h"
+#include "../PropertyProvider.h"
+#include "../WalkListener.h"
+#include "../support/ElementSet.h"
+#include "AbstractStore.h"
+#include "Cursor.h"
+#include "LentLink.h"
+#include "Reach.h"
+#include "TraversalResult.h"
+#include "UniquenessMaintainer.h"
+#include "Ways.h"
 
 namespace nuv::zero::traversal::internal {
 

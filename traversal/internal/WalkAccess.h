@@ -1,8 +1,8 @@
 #pragma once
 
-#include "traversal/LinkRange.h"
-#include "traversal/WalkView.h"
-#include "traversal/internal/Walk.h"
+#include "../LinkRange.h"
+#include "../WalkView.h"
+#include "Walk.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/internal/Link.h"
-#include "traversal/support/FlatMap.h"
-#include "traversal/support/Lent.h"
+#include "../AssociationSetting.h"
+#include "../support/FlatMap.h"
+#include "../support/Lent.h"
+#include "Link.h"
 
 namespace nuv::zero::traversal::internal {
 

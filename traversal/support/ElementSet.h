@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "model/Compiler.h"
-#include "traversal/support/FlatMap.h"
-#include "traversal/support/Lent.h"
-#include "traversal/support/NumberSet.h"
+#include "../../model/Compiler.h"
+#include "FlatMap.h"
+#include "Lent.h"
+#include "NumberSet.h"
 
 namespace nuv::zero::traversal::internal {
 

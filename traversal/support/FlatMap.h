@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/Compiler.h"
+#include "../../model/Compiler.h"
 
 namespace nuv::zero::traversal::internal {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "model/Framework.h"
+#include "../../model/Framework.h"
 
 namespace nuv::zero::traversal::internal {
 

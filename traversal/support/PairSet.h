@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "traversal/support/Lent.h"
+#include "Lent.h"
 
 namespace nuv::zero::traversal::internal {
 
