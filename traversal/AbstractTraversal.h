@@ -16,7 +16,7 @@
 #include "RuleCall.h"
 #include "internal/TraversalResult.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A range of things that name elements, to run a traversal on.
 template <class Range>

@@ -6,8 +6,9 @@
 #include <vector>
 
 #include "AbstractTraversal.h"
+#include "Export.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// The additive kind: follows nothing but what `traverse` names.
 ///

@@ -5,8 +5,9 @@
 #include <utility>
 
 #include "../model/Framework.h"
+#include "Export.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using meta::Class;
 using meta::Property;

@@ -8,7 +8,7 @@
 #include "RuleTree.h"
 #include "fwd.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// All rules given for one property.
 ///

@@ -5,7 +5,7 @@
 #include "Export.h"
 #include "PropertyMatcher.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// The rules for the references by which elements of a class refer to what contains them: for each
 /// association that is an opposite of a containment, and no containment itself, the rule for all

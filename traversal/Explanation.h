@@ -11,7 +11,7 @@
 #include "PropertyDecision.h"
 #include "internal/TraversalResult.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A rule, as explanations name it.
 struct ExplainedRule {

@@ -3,10 +3,11 @@
 #include <cstdint>
 
 #include "ClassPredicate.h"
+#include "Export.h"
 #include "RuleTree.h"
 #include "fwd.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Why a property is followed from the elements of a class, or is not.
 enum class Reason : std::int32_t {

@@ -4,7 +4,7 @@
 #include "Export.h"
 #include "fwd.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// One selection rule: a property, the classes it applies to, and the class it is filed under.
 ///

@@ -7,11 +7,12 @@
 
 #include "AssociationSetting.h"
 #include "CompositeMatcher.h"
+#include "Export.h"
 #include "PropertyDecision.h"
 #include "support/FlatMap.h"
 #include "support/Lent.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Says which properties a walk follows from an element, in which order and with which policy.
 ///

@@ -10,7 +10,7 @@
 #include "internal/TraversalProcessor.h"
 #include "internal/TraversalResult.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Sets a result up before it is walked: attaches an observer, adds filters, chooses which repeats
 /// to leave out.

@@ -12,7 +12,7 @@
 #include "Export.h"
 #include "RuleCall.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// What is remarkable about a rule.
 enum class RuleProblem : std::int32_t {

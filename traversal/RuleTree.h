@@ -9,7 +9,7 @@
 #include "Export.h"
 #include "fwd.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The rules of one property, one entry per class they are filed under, in the order of
 /// `ClassHierarchyComparator`.

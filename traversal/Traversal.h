@@ -6,6 +6,7 @@
 #include "ClassPredicates.h"
 #include "ContainerReferences.h"
 #include "Explanation.h"
+#include "Export.h"
 #include "LinkRange.h"
 #include "NamedPredicate.h"
 #include "ResultSetup.h"
@@ -17,7 +18,7 @@
 #include "WhyNot.h"
 #include "internal/Dumps.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using internal::dumpElement;
 using internal::dumpLink;

@@ -7,7 +7,7 @@
 #include "LinkRange.h"
 #include "WalkListener.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A listener that remembers where walks stopped: links that were not descended into, and prunes
 /// that cut something away.

@@ -6,7 +6,7 @@
 #include "Export.h"
 #include "WalkView.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// What became of a link that a walk met.
 enum class Fate : std::int32_t {

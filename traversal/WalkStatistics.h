@@ -8,7 +8,7 @@
 #include "Export.h"
 #include "WalkListener.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A listener that counts the links that walks meet and the elements that they enter.
 ///

@@ -11,7 +11,7 @@
 #include "LinkRange.h"
 #include "WalkBoundaries.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Why a link was not followed that would have led to an element.
 enum class Obstacle : std::int32_t {

@@ -32,8 +32,7 @@ struct WalkSupport<ModelElement> {
     template <class Handle>
     struct Hash {
         std::size_t operator()(const Handle& handle) const noexcept {
-            return static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(handle.get()) /
-                                            alignof(memory::Object));
+            return reinterpret_cast<std::uintptr_t>(handle.get()) / alignof(memory::Object);
         }
     };
 

@@ -2,7 +2,7 @@
 #
 # Proves by what the files include that arrows point one way: none leads to a floor above, and no
 # header comes back to itself by way of others. TABLE says which file is on which floor.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 function(problem)
     string(CONCAT text ${ARGN})

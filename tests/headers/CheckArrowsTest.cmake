@@ -1,7 +1,7 @@
 # cmake -DCHECK=<CheckArrows.cmake> -DWORK=... -P CheckArrowsTest.cmake
 #
 # A small house, first in order, then with one arrow of each kind that must not be.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 file(REMOVE_RECURSE "${WORK}")
 set(table "from the top: up down

@@ -8,7 +8,7 @@
 #include "EventPoint.h"
 #include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The cursor over the links that leave one element: property by property in the order of the
 /// settings, value by value in the order of the model. Walks move such cursors for their users;

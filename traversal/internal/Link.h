@@ -9,7 +9,7 @@
 #include "../fwd.h"
 #include "../support/Lent.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// One step of a walk: from a source element through a property to a target element.
 ///

@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "../AssociationSetting.h"
+#include "../Export.h"
 #include "../support/Lent.h"
 #include "LentLink.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The links that a breadth-first walk has still to handle, in the order in which they were found.
 ///

@@ -12,7 +12,7 @@
 #include "../fwd.h"
 #include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// What running a traversal gives: a recipe from which any number of walks can be started. Nothing
 /// is visited until a walk starts.

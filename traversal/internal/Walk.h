@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "../../model/Compiler.h"
+#include "../Export.h"
 #include "../PropertyProvider.h"
 #include "../WalkListener.h"
 #include "../support/ElementSet.h"
@@ -16,7 +17,7 @@
 #include "UniquenessMaintainer.h"
 #include "Ways.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// One walk over a result, and what an `IterationContext` stands for: takes one input after the
 /// other, and offers the frontier what both orders do with a link, to enter its target and to try
