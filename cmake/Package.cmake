@@ -34,6 +34,19 @@ modeling_nuv0_install_headers(traversal ${MODELING_NUV0_TRAVERSAL_HEADERS}
                               ${MODELING_NUV0_TRAVERSAL_ENGINE_HEADERS})
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
+# What shows elements, links and walks in gdb, and the script by which gdb finds it: below its folder for
+# such scripts, at the library's own path.
+set(MODELING_NUV0_PRINTERS_DIR "${CMAKE_INSTALL_FULL_DATADIR}/modeling_nuv0_traversal/gdb")
+install(FILES "${PROJECT_SOURCE_DIR}/tools/gdb/modeling_nuv0_printers.py"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/modeling_nuv0_traversal/gdb")
+configure_file("${PROJECT_SOURCE_DIR}/tools/gdb/autoload.py.in" "${build_dir}/autoload.py" @ONLY)
+foreach(target IN LISTS installed_targets)
+    install(
+        FILES "${build_dir}/autoload.py"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${CMAKE_INSTALL_FULL_LIBDIR}"
+        RENAME "lib${target}${MODELING_NUV0_SUFFIX}.so.${PROJECT_VERSION}-gdb.py")
+endforeach()
+
 install(TARGETS ${installed_targets} EXPORT ${package}-targets)
 install(
     EXPORT ${package}-targets
