@@ -2,6 +2,9 @@
 # The package of a library over a host's framework is named after it: modeling_nuv0_traversal-<name>.
 include(CMakePackageConfigHelpers)
 
+# What is installed without a component of its own is for building on the library.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
+
 set(package "modeling_nuv0_traversal${MODELING_NUV0_SUFFIX}")
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/${package}")
 set(build_dir "${PROJECT_BINARY_DIR}/package")
@@ -38,16 +41,23 @@ install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDI
 # such scripts, at the library's own path.
 set(MODELING_NUV0_PRINTERS_DIR "${CMAKE_INSTALL_FULL_DATADIR}/modeling_nuv0_traversal/gdb")
 install(FILES "${PROJECT_SOURCE_DIR}/tools/gdb/modeling_nuv0_printers.py"
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/modeling_nuv0_traversal/gdb")
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/modeling_nuv0_traversal/gdb"
+        COMPONENT runtime)
 configure_file("${PROJECT_SOURCE_DIR}/tools/gdb/autoload.py.in" "${build_dir}/autoload.py" @ONLY)
 foreach(target IN LISTS installed_targets)
     install(
         FILES "${build_dir}/autoload.py"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${CMAKE_INSTALL_FULL_LIBDIR}"
-        RENAME "lib${target}${MODELING_NUV0_SUFFIX}.so.${PROJECT_VERSION}-gdb.py")
+        RENAME "lib${target}${MODELING_NUV0_SUFFIX}.so.${PROJECT_VERSION}-gdb.py"
+        COMPONENT runtime)
 endforeach()
 
-install(TARGETS ${installed_targets} EXPORT ${package}-targets)
+install(
+    TARGETS ${installed_targets}
+    EXPORT ${package}-targets
+    RUNTIME COMPONENT runtime
+    LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE COMPONENT development)
 install(
     EXPORT ${package}-targets
     NAMESPACE modeling_nuv0::
@@ -102,3 +112,7 @@ endif()
 modeling_nuv0_install_pkg_config(
     ${package} "${PROJECT_DESCRIPTION}" "${requires}" ${MODELING_NUV0_USAGE_DEFINITIONS}
     ${MODELING_NUV0_FRAMEWORK_DEFINITIONS})
+
+if(MODELING_NUV0_DEBIAN_PACKAGES)
+    include(Debian)
+endif()
