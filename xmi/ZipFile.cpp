@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 #include <zip.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <exception>
@@ -108,7 +109,11 @@ class ZipFile::Library {
         if (const std::exception_ptr thrown = std::exchange(thrown_, nullptr)) {
             std::rethrow_exception(thrown);
         }
-        if (zip_error_code_zip(&why) == ZIP_ER_MEMORY) throw std::bad_alloc();
+        const int code = zip_error_code_zip(&why);
+        const bool isOutOfMemory =
+            code == ZIP_ER_MEMORY ||
+            (code == ZIP_ER_ZLIB && zip_error_code_system(&why) == Z_MEM_ERROR);
+        if (isOutOfMemory) throw std::bad_alloc();
         const std::string reason = std::string("cannot be read") +
                                    (name.empty() ? " as an archive: " : ": ") +
                                    zip_error_strerror(&why);
