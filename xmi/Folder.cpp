@@ -62,10 +62,6 @@ void putFirst(Steps& steps, std::string_view path) {
     }
 }
 
-std::string systemReason(int code) {
-    return std::generic_category().message(code);
-}
-
 /// Whether a failure means that there is nothing of the name.
 bool meansMissing(int code) {
     return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG;
