@@ -39,9 +39,14 @@ void EcoreBuilder::addAlias(const std::string& nsUri, const std::string& meant) 
 void EcoreBuilder::build() {
     const auto& classifiers = sources_.classifiers();
     const auto& packages = sources_.packages();
-    const auto isNew = [&](const auto& each) { return each.place.source >= state_.files; };
+    const auto isNew = [&](const EcoreSources::Package& each) {
+        return each.place.source >= state_.files && !each.isExcluded;
+    };
     const auto first = std::find_if(packages.begin(), packages.end(), isNew);
-    if (first == packages.end()) return;
+    if (first == packages.end()) {
+        state_.files = sources_.size();
+        return;
+    }
     loaded_.metamodels_.push_back(
         std::make_shared<memory::Metamodel>(text::toUtf16(first->qualifiedName)));
     metamodel_ = loaded_.metamodels_.back().get();
@@ -51,7 +56,9 @@ void EcoreBuilder::build() {
     for (std::size_t i = state_.classifiers; i < classifiers.size(); ++i) {
         state_.classifierAt.emplace(classifiers[i].place, i);
     }
-    for (auto each = first; each != packages.end(); ++each) loaded_.packages_[each->nsUri];
+    for (auto each = first; each != packages.end(); ++each) {
+        if (!each->isExcluded) loaded_.packages_[each->nsUri];
+    }
     addDataTypes();
     addClasses();
     addWrittenNames();

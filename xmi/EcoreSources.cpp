@@ -32,10 +32,10 @@ bool refersToDeclarations(std::string_view feature) {
            feature == "eOpposite";
 }
 
-/// Calls `visit` with every reference of a document to a declaration in another file.
+/// Calls `visit` with every reference of a package to a declaration in another file.
 template <class Visit>
-void forEachOutgoing(const XmlDocument& document, const Visit& visit) {
-    for (Node node = 0; node < document.size(); ++node) {
+void forEachOutgoing(const XmlDocument& document, Node package, const Visit& visit) {
+    for (Node node = package; node < document[package].end; ++node) {
         for (const XmlAttribute& each : document.attributes(node)) {
             const XmlName& name = document.name(each.name);
             const bool isHref =
@@ -71,12 +71,12 @@ EcoreSources::File::File(XmlDocument parsed, bool given)
     }
 }
 
-std::size_t EcoreSources::add(XmlDocument document, bool isGiven) {
+std::size_t EcoreSources::add(XmlDocument document, bool isGiven, std::string_view wanted) {
     const std::size_t source = files_.size();
     const std::size_t qualifiedNames = qualifiedNames_;
     files_.emplace_back(std::move(document), isGiven);
     try {
-        collect(source);
+        collect(source, wanted);
     } catch (...) {
         // Whoever goes on without this file must not find half of it.
         keepFirst(source);
@@ -101,7 +101,7 @@ void EcoreSources::link(std::size_t from, const std::string& path, std::size_t t
     links_[{from, path}] = to;
 }
 
-void EcoreSources::collect(std::size_t source) {
+void EcoreSources::collect(std::size_t source, std::string_view wanted) {
     const File& file = files_[source];
     const XmlDocument& document = file.document;
     constexpr std::size_t noPackage = static_cast<std::size_t>(-1);
@@ -127,16 +127,7 @@ void EcoreSources::collect(std::size_t source) {
         const XmlName& name = document.nameOf(root);
         if (isEcore(name) && name.local == "EPackage") addPackage(root, {});
     }
-    // Packages may also stand within another model, as those of profiles do. There the latest
-    // comes first, and what it was before behind it.
-    for (Node node = 0; node < document.size(); ++node) {
-        const NameId type = document[node].type;
-        if (type == noName || document.nameOf(node).local == "eSubpackages") continue;
-        const XmlName& name = document.name(type);
-        if (!isEcore(name) || name.local != "EPackage" || packageOf[node] != noPackage) continue;
-        const auto known = byNsUri_.find(attribute({source, node}, "nsURI"));
-        if (known == byNsUri_.end() || known->second.source != source) addPackage(node, {});
-    }
+    for (const Node node : packagesWithin(document, wanted)) addPackage(node, {});
     if (packages_.size() == before) {
         fail({source, 0}, "is not an Ecore metamodel: the root " +
                               inQuotes(document.nameOf(0).local) + " is no package of Ecore");
@@ -156,6 +147,51 @@ void EcoreSources::collect(std::size_t source) {
             classifiers_.push_back({place, package, name});
         }
     }
+}
+
+std::vector<Node> EcoreSources::packagesWithin(const XmlDocument& document,
+                                               std::string_view wanted) {
+    std::vector<Node> first;
+    std::vector<Node> asked;
+    Node end = 0;
+    Node lastParent = noNode;
+    for (Node node = 0; node < document.size(); ++node) {
+        const NameId type = document[node].type;
+        if (node < end || type == noName) continue;
+        if (!isEcore(document.name(type)) || document.name(type).local != "EPackage") continue;
+        if (document[node].parent == noNode || document.nameOf(node).local == "eSubpackages") {
+            continue;
+        }
+        const std::string_view* const nsUri = document.attribute(node, "nsURI");
+        if (nsUri != nullptr && !wanted.empty() && *nsUri == wanted) asked.push_back(node);
+        if (document[node].parent != lastParent) first.push_back(node);
+        lastParent = document[node].parent;
+        end = document[node].end;
+    }
+    return asked.empty() ? first : std::vector<Node>{asked.front()};
+}
+
+std::vector<std::string> EcoreSources::namespacesOf(const XmlDocument& document,
+                                                    std::string_view wanted) {
+    std::vector<Node> packages = packagesWithin(document, wanted);
+    for (const Node root : document.modelRoots()) {
+        const XmlName& name = document.nameOf(root);
+        if (isEcore(name) && name.local == "EPackage") packages.push_back(root);
+    }
+    std::vector<std::string> namespaces;
+    for (const Node each : packages) {
+        const std::string_view* const nsUri = document.attribute(each, "nsURI");
+        if (nsUri != nullptr && !nsUri->empty()) namespaces.emplace_back(*nsUri);
+    }
+    return namespaces;
+}
+
+void EcoreSources::exclude(std::size_t source) {
+    files_[source].isExcluded = true;
+    for (Package& each : packages_) each.isExcluded |= each.place.source == source;
+    std::erase_if(byNsUri_, [&](const auto& each) { return each.second.source == source; });
+    std::erase_if(classifiers_,
+                  [&](const Classifier& each) { return each.place.source == source; });
 }
 
 void EcoreSources::countQualifiedName(SourceNode place, std::string_view package,
@@ -221,7 +257,7 @@ EcoreTarget EcoreSources::resolve(SourceNode from, std::string_view reference) c
             packageRoot.push_back(package->node);
         } else {
             source = fileMeant(from.source, target.file);
-            if (source == noFile) return target;
+            if (source == noFile || files_[source].isExcluded) return target;
         }
     }
 
@@ -249,21 +285,34 @@ std::size_t EcoreSources::fileWith(std::string_view nsUri) const {
     return package == nullptr ? noFile : package->source;
 }
 
+std::vector<Node> EcoreSources::outermostPackages(std::size_t source) const {
+    std::vector<Node> packages;
+    Node end = 0;
+    for (const Package& each : packages_) {
+        if (each.place.source != source || (each.place.node < end && !packages.empty())) continue;
+        packages.push_back(each.place.node);
+        end = document(source)[each.place.node].end;
+    }
+    return packages;
+}
+
 std::vector<std::string> EcoreSources::filesReferredTo(std::size_t source) const {
     std::vector<std::string> files;
     std::set<std::string, std::less<>> known;
-    forEachOutgoing(document(source), [&](std::string_view file, std::string_view /*fragment*/) {
+    const auto take = [&](std::string_view file, std::string_view /*fragment*/) {
         if (!known.contains(file)) files.push_back(*known.emplace(file).first);
-    });
+    };
+    for (const Node each : outermostPackages(source)) forEachOutgoing(document(source), each, take);
     return files;
 }
 
 bool EcoreSources::needsEcore(std::size_t source) const {
     bool isNeeded = false;
-    forEachOutgoing(document(source), [&](std::string_view file, std::string_view fragment) {
+    const auto take = [&](std::string_view file, std::string_view fragment) {
         const std::string_view name = fragment.substr(fragment.rfind('/') + 1);
         if (name != "EObject" && meansEcore(file) && isEcoreClass(name)) isNeeded = true;
-    });
+    };
+    for (const Node each : outermostPackages(source)) forEachOutgoing(document(source), each, take);
     return isNeeded;
 }
 

@@ -44,6 +44,7 @@ class EcoreSources {
         SourceNode place;
         std::string qualifiedName;
         std::string nsUri;
+        bool isExcluded = false;
     };
     struct Classifier {
         SourceNode place;
@@ -58,7 +59,12 @@ class EcoreSources {
     /// Takes a parsed file and says its number. A file that was given may be meant by any path that
     /// ends as its own does. Throws `ReadError` when it holds no Ecore package, and when another
     /// file has a package of the same namespace.
-    std::size_t add(XmlDocument document, bool isGiven);
+    ///
+    /// Of packages that stand within another model only the first counts, which is the latest
+    /// definition of a profile, unless another one has the wanted namespace.
+    std::size_t add(XmlDocument document, bool isGiven, std::string_view wanted = {});
+    /// Treats a file as if it were not there, since what it says cannot be.
+    void exclude(std::size_t source);
     /// Forgets the last files, back to the first so many.
     void keepFirst(std::size_t files);
     /// Says which file a path in another one means.
@@ -80,6 +86,9 @@ class EcoreSources {
     /// The file that a path or a namespace in a file means; `noFile` where there is none. Throws
     /// `ReadError` when it may mean two.
     std::size_t fileMeant(std::size_t from, std::string_view path) const;
+    /// The namespaces of the outermost packages that the file would add.
+    static std::vector<std::string> namespacesOf(const XmlDocument& document,
+                                                 std::string_view wanted);
     /// Whether a file refers to a class of Ecore itself.
     bool needsEcore(std::size_t source) const;
 
@@ -109,11 +118,15 @@ class EcoreSources {
         std::vector<Node> roots;
         std::map<std::string_view, Node> ids;
         bool isGiven;
+        bool isExcluded = false;
     };
 
-    void collect(std::size_t source);
+    void collect(std::size_t source, std::string_view wanted);
+    /// The outermost packages that stand within another model.
+    static std::vector<Node> packagesWithin(const XmlDocument& document, std::string_view wanted);
     void countQualifiedName(SourceNode place, std::string_view package, std::string_view name);
     EcoreTarget resolve(SourceNode from, std::string_view reference) const;
+    std::vector<Node> outermostPackages(std::size_t source) const;
     const SourceNode* packageWith(std::string_view nsUri) const;
     /// The given file whose path ends most as the path does.
     std::size_t givenFileNamed(std::size_t from, std::string_view path) const;
