@@ -26,7 +26,7 @@ std::string_view EcoreTarget::name() const {
 
 EcoreSources::File::File(XmlDocument parsed)
     : document(std::move(parsed)),
-      fragments(document.names(), document),
+      fragments(document),
       roots(document.modelRoots()) {
     for (Node node = 0; node < document.size(); ++node) {
         for (const XmlAttribute& each : document.attributes(node)) {

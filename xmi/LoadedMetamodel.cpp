@@ -30,6 +30,16 @@ bool LoadedMetamodel::hasNamespace(std::string_view nsUri) const {
     return classes_.find(nsUri) != classes_.end();
 }
 
+bool LoadedMetamodel::hasDerivedId(const meta::Class& type) const {
+    bool isDerived = false;
+    for (const meta::Property& each : type->getAllClassProperties()) {
+        if (!isId(each)) continue;
+        if (!each->isDerived()) return false;
+        isDerived = true;
+    }
+    return isDerived;
+}
+
 std::vector<meta::Class> LoadedMetamodel::classesNamed(std::string_view name) const {
     const std::u16string wanted = text::toUtf16(name);
     std::vector<meta::Class> named;

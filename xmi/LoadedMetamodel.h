@@ -36,6 +36,9 @@ class LoadedMetamodel {
     bool isAbstract(const meta::Class& type) const { return abstract_.contains(type); }
     /// Whether the values of the property identify objects within their file.
     bool isId(const meta::Property& property) const { return ids_.contains(property); }
+    /// Whether elements of the class have an id that no file holds, since it is derived from what
+    /// they are called.
+    bool hasDerivedId(const meta::Class& type) const;
 
     /// References into files that were not given and that were left out on request.
     std::size_t leftOut() const noexcept { return leftOut_; }

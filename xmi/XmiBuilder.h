@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "xmi/FeatureTable.h"
+#include "xmi/FileFindings.h"
 #include "xmi/FragmentIndex.h"
 #include "xmi/LoadedMetamodel.h"
 #include "xmi/LoadedModel.h"
@@ -26,7 +27,9 @@ namespace nuv::zero::xmi {
 /// which may lead anywhere in it. Besides the model, only what references ask for is kept.
 ///
 /// A file that is not well-formed is refused as such, wherever its content may be wrong as well.
-/// So the first misfit is kept, and what follows is parsed and looked at no more.
+/// What else is wrong becomes a finding, where there is a list for them: the XML element is left out
+/// with all that it holds, or the one value or reference, and reading goes on. Otherwise the first
+/// misfit is kept, and what follows is parsed and looked at no more.
 class XmiBuilder final : private XmlHandler {
   public:
     /// REQUIRES: everything that is given by reference outlives the builder.
@@ -34,8 +37,14 @@ class XmiBuilder final : private XmlHandler {
                const ReadOptions& options);
 
     /// References into other files are collected, where there is a list for them; otherwise they
-    /// are treated as the options say.
-    LoadedModel build(std::vector<OutgoingReference>* outgoing = nullptr);
+    /// are treated as the options say. Throws `ReadError` for what is no finding, and where nothing
+    /// is left of the model; there may be new findings then, too.
+    LoadedModel build(std::vector<OutgoingReference>* outgoing = nullptr,
+                      Findings* findings = nullptr);
+
+    /// The namespaces that the metamodel does not have, in the order in which they were met. Also
+    /// when `build` has thrown: whoever finds metamodels for them reads the file again.
+    std::vector<std::string> unknownNamespaces() const;
 
   private:
     using Index = LoadedModel::Index;
@@ -63,6 +72,10 @@ class XmiBuilder final : private XmlHandler {
         const Feature* feature;
         /// Where its children begin among those that wait.
         std::size_t firstChild;
+        /// Whether paths lead through it.
+        bool isStep;
+        /// Whether it was said that its text is out of place.
+        bool hasBadText = false;
     };
     /// A contained element, to be put into the list of its container with all others.
     struct Waiting {
@@ -84,28 +97,50 @@ class XmiBuilder final : private XmlHandler {
     void enter(const XmlStart& start) override;
     void text(std::string_view part) override;
     void leave() override;
+    bool takesUnknownTypes() const noexcept override { return findings_.has_value(); }
 
     void fail(Node node, Check check, const std::string& reason);
     [[noreturn]] void failAt(Node node, std::string_view reason);
+    /// Does it, and takes down what is wrong with it, where that is wanted.
+    template <class Action>
+    void attempt(Index element, const Action& action);
+    bool isFinding(const Misfit& misfit) const { return findings_ && !misfit.isOfTheWholeFile(); }
+    void addFinding(const Misfit& misfit, Index element);
+    /// The XML element that was entered last is no part of the model.
+    void leaveOut(const Misfit& misfit);
     void finish(std::vector<OutgoingReference>* outgoing);
+    void addRepeatedIds(const ReferenceResolver& resolver);
+    void nameClasses();
 
+    void push(Node node, NameId name, Role role, Index element, const Feature* feature);
+    void step(Node node, const Feature& feature);
     void open(Node node, const XmlStart& start);
     void openRoot(Node node, const XmlStart& start);
     void openChild(Node node, const XmlStart& start, const Open& parent);
     void openContent(Node node, const XmlStart& start, const Open& parent, const Feature& feature);
     void create(Node node, const XmlStart& start, const KnownClass& type, Index parent,
                 const Feature* feature);
-    void contain(Node node, Index parent, const Feature& feature, Index element);
+    void contain(Node node, Index parent, const Feature& feature, Index element, bool fits);
+    /// Refuses a content before it is made.
+    void checkRoom(Node node, Index parent, const Feature& feature, const KnownClass& type,
+                   bool fits) const;
+    void close(const Open& closed);
     void closeElement(const Open& closed);
     void addContents(Index element, std::size_t firstChild);
     void addAttributes(Node node, const XmlStart& start, Index element, const KnownClass& type);
+    void addAttribute(Node node, const XmlAttribute& attribute, Index element,
+                      const KnownClass& type);
     void addXmiId(Node node, Index element, std::string_view id);
     void addOneValue(Node node, Index element, const Feature& feature, std::string_view text);
 
     const KnownClass& classNamed(Node node, NameId id);
+    [[noreturn]] void failType(Node node, const XmlStart& start) const;
     /// The class of a contained element: what the file says, else the type of the property.
-    const KnownClass& classOfContent(Node node, NameId type, const Feature& feature);
-    const Feature& featureNamed(Node node, const KnownClass& type, NameId name);
+    const KnownClass& classOfContent(Node node, const XmlStart& start, const Feature& feature);
+    [[noreturn]] void failNamespace(Node node, NameId name, std::string_view what,
+                                    Finding::Weight weight);
+    [[noreturn]] void failFeature(Node node, const KnownClass& type, NameId name,
+                                  Finding::Weight weight) const;
     bool isNil(const XmlStart& start) const;
 
     const LoadedMetamodel& metamodel_;
@@ -123,6 +158,8 @@ class XmiBuilder final : private XmlHandler {
     /// By `Node`.
     BlockList<NodeContent> contents_;
     std::vector<Node> rootNodes_;
+    /// By the number of the feature, what paths call it.
+    std::vector<FragmentIndex::Tag> tags_;
     std::size_t slots_ = 0;
     /// By feature, the element that an attribute gave a value last.
     std::vector<Index> lastOwner_;
@@ -135,8 +172,12 @@ class XmiBuilder final : private XmlHandler {
     std::string text_;
     std::u16string text16_;
     std::optional<Failure> failure_;
-    /// How many of the elements that were entered after the failure are open.
+    std::optional<FileFindings> findings_;
+    TextTable unknownNamespaces_;
+    /// How many of the elements that were entered after the failure, or are left out, are open.
     std::size_t unseen_ = 0;
+    /// How many XML elements are left out with the one that is.
+    std::size_t lost_ = 0;
 };
 
 }  // namespace nuv::zero::xmi
