@@ -23,6 +23,9 @@ class ByteSource {
     virtual std::size_t read(std::size_t from, char* into, std::size_t wanted) = 0;
 };
 
+/// All bytes of a source. Throws as reading does.
+std::string allBytes(ByteSource& source);
+
 /// Bytes that are at hand, and stay there.
 class TextSource final : public ByteSource {
   public:

@@ -30,10 +30,10 @@ void FileFindings::setLost(std::size_t lost) {
     if (isLastKept_) all_.kept()[kept_.back().finding].lost = lost;
 }
 
-void FileFindings::addForeign(std::string_view uri, std::uint32_t offset, std::size_t elements) {
+void FileFindings::addForeign(std::string_view uri, std::uint32_t offset) {
     auto known = foreign_.find(uri);
     if (known == foreign_.end()) known = foreign_.emplace(uri, Foreign{offset}).first;
-    known->second.elements += elements;
+    ++known->second.count;
 }
 
 void FileFindings::settle(const LoadedModel& model, ByteSource& source) {
@@ -51,9 +51,10 @@ void FileFindings::addNotes() {
         Finding finding;
         finding.reason = Finding::Reason::ForeignContent;
         finding.weight = Finding::Weight::Note;
-        finding.lost = foreign.elements;
-        finding.message = std::to_string(foreign.elements) + " XML elements of the namespace " +
-                          inQuotes(uri) + " stand where any may";
+        finding.lost = foreign.count;
+        finding.message = std::to_string(foreign.count) +
+                          " XML elements and attributes of the namespace " + inQuotes(uri) +
+                          " stand where any may";
         add(std::move(finding), {foreign.offset});
     }
 }

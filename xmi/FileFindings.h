@@ -38,9 +38,9 @@ class FileFindings {
     void add(Finding finding, const Spot& spot);
     /// So many XML elements were left out with the one that was added last.
     void setLost(std::size_t lost);
-    /// An XML element of a namespace that no metamodel has stands where any may, with so many
-    /// XML elements in all.
-    void addForeign(std::string_view uri, std::uint32_t offset, std::size_t elements);
+    /// An XML element, or an attribute of it, is of a namespace that means nothing and stands where
+    /// any may.
+    void addForeign(std::string_view uri, std::uint32_t offset);
 
     /// Completes the findings and puts them in the order of the file. The source is read again up
     /// to the last of them.
@@ -56,7 +56,7 @@ class FileFindings {
     };
     struct Foreign {
         std::uint32_t offset;
-        std::size_t elements = 0;
+        std::size_t count = 0;
     };
 
     void addNotes();

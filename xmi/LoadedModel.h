@@ -70,6 +70,7 @@ class LoadedModel {
     std::size_t leftOut() const noexcept { return leftOut_; }
 
   private:
+    friend class ElementBuilder;
     friend class ModelSetLinker;
     friend class ReferenceResolver;
     friend class XmiBuilder;

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "model/memory/ModelAccess.h"
+#include "xmi/ElementBuilder.h"
 #include "xmi/Fragment.h"
 #include "xmi/FragmentWay.h"
 #include "xmi/ReadError.h"
@@ -193,7 +194,16 @@ ReferenceResolver::Index ReferenceResolver::targetOfId(std::string_view id) {
              "the reference " + inQuotes(id) + " of " + nameOf(feature_->property) +
                  " is the id of several elements");
     }
+    // With a prefix it is called by its id as well, where nothing has the whole as its id.
+    if (namespaceOf(id) != nullptr) return loaded_.ids_.find(id.substr(id.find(':') + 1));
     return noElement;
+}
+
+const std::string* ReferenceResolver::namespaceOf(std::string_view reference) const {
+    const std::size_t colon = reference.find(':');
+    if (!ownNames_.hasQNames || colon == std::string_view::npos) return nullptr;
+    const auto found = ownNames_.prefixes.find(reference.substr(0, colon));
+    return found == ownNames_.prefixes.end() ? nullptr : &found->second;
 }
 
 template <class Text>
@@ -215,9 +225,11 @@ void ReferenceResolver::takeElement(Index target, std::string_view text) {
 }
 
 void ReferenceResolver::failUnresolved(std::string_view reference) const {
+    const std::string* const uri = namespaceOf(reference);
     fail(Finding::Reason::MissingElement, reference,
          "the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) +
-             " leads to nothing in this file");
+             " leads to nothing in this file" +
+             (uri == nullptr ? std::string() : ", in the namespace " + inQuotes(*uri)));
 }
 
 void ReferenceResolver::leaveOut(std::string_view reference, Node through) {
@@ -311,12 +323,6 @@ void ReferenceResolver::fail(Finding::Reason reason, std::string_view reference,
     throw Misfit(
         place_.node,
         {reason, weightOf(property), nameOf(property), std::string(reference), other}, text);
-}
-
-void refuseSecondValue(Node node, const ModelElement& element, const meta::Property& property) {
-    if (!access::isSet(access::read(element, property))) return;
-    throw Misfit(node, {Finding::Reason::TooManyValues, weightOf(property), nameOf(property)},
-                 nameOf(property) + " holds one value, and the file gives two");
 }
 
 }  // namespace nuv::zero::xmi

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -45,6 +46,10 @@ struct OwnNames {
     std::string file;
     /// The namespaces of a metamodel's roots, by which it goes, too.
     TextTable namespaces;
+    /// Whether ids may be written with a prefix, as files of an XML schema do.
+    bool hasQNames = false;
+    /// What the prefixes mean, the first of each name.
+    std::map<std::string, std::string, std::less<>> prefixes;
 };
 
 /// Resolves the references of one file, once all its elements are there, and sets them. What is
@@ -86,6 +91,8 @@ class ReferenceResolver {
     Node nodeOfPath(std::string_view fragment);
     Node nodeOf(Index element);
     Index targetOfId(std::string_view id);
+    /// The namespace of a reference that is written with a prefix; null for another.
+    const std::string* namespaceOf(std::string_view reference) const;
     /// The text of the reference is only asked for when it does not lead to an element.
     template <class Text>
     void takeNode(Node target, const Text& text);
@@ -133,8 +140,5 @@ class ReferenceResolver {
     /// The XML elements on the way of the path that was resolved last; the root is the first.
     std::vector<Node> way_;
 };
-
-/// Refuses to set a single value that is set. The values are read from the model.
-void refuseSecondValue(Node node, const ModelElement& element, const meta::Property& property);
 
 }  // namespace nuv::zero::xmi

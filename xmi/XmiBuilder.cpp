@@ -1,36 +1,15 @@
 #include "xmi/XmiBuilder.h"
 
 #include <algorithm>
-#include <charconv>
 #include <functional>
 #include <unordered_set>
 #include <utility>
 
-#include "model/memory/ModelAccess.h"
+#include "model/memory/Text.h"
 #include "xmi/Fragment.h"
 #include "xmi/ReadError.h"
-#include "xmi/Utf16.h"
 
 namespace nuv::zero::xmi {
-namespace {
-
-std::optional<std::int64_t> integer(std::string_view text) {
-    text = trimmed(text);
-    // How models of models write "without a limit".
-    if (text == "*") return -1;
-    if (text.starts_with('+')) text.remove_prefix(1);
-    std::int64_t value = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, code] = std::from_chars(text.data(), end, value);
-    if (text.empty() || code != std::errc() || stop != end) return std::nullopt;
-    return value;
-}
-
-std::string nameOf(const KnownClass& type) {
-    return text::toUtf8(type.type->getName());
-}
-
-}  // namespace
 
 XmiBuilder::XmiBuilder(const LoadedMetamodel& metamodel, const std::string& file,
                        ByteSource& source, const ReadOptions& options)
@@ -39,8 +18,10 @@ XmiBuilder::XmiBuilder(const LoadedMetamodel& metamodel, const std::string& file
       source_(source),
       options_(options),
       features_(metamodel, names_),
+      meanings_(metamodel, names_, features_),
       references_(fragments_),
-      ownNames_{file, {}} {}
+      ownNames_{file, {}, !metamodel.xmlForm().empty(), {}},
+      elements_(loaded_, features_, options.limits) {}
 
 LoadedModel XmiBuilder::build(std::vector<OutgoingReference>* outgoing, Findings* findings) {
     if (findings != nullptr) findings_.emplace(file_, *findings);
@@ -62,10 +43,8 @@ LoadedModel XmiBuilder::build(std::vector<OutgoingReference>* outgoing, Findings
 }
 
 void XmiBuilder::finish(std::vector<OutgoingReference>* outgoing) {
-    // The lists of large containers need not be there while references are resolved. Swapped: an
-    // assignment would keep the room.
-    decltype(waiting_)().swap(waiting_);
-    decltype(list_)().swap(list_);
+    // The lists of large containers need not be there while references are resolved.
+    elements_.shrink();
     for (std::uint32_t i = 0; i < features_.size(); ++i) {
         loaded_.features_.push_back(features_[i].property.get());
     }
@@ -113,14 +92,6 @@ void XmiBuilder::addRepeatedIds(const ReferenceResolver& resolver) {
         findings_->add(std::move(finding),
                        {offsets[each.second], each.second, offsets[each.first]});
     }
-}
-
-std::vector<std::string> XmiBuilder::unknownNamespaces() const {
-    std::vector<std::string> all;
-    for (TextTable::Number i = 0; i < unknownNamespaces_.size(); ++i) {
-        all.emplace_back(unknownNamespaces_[i]);
-    }
-    return all;
 }
 
 void XmiBuilder::fail(Node node, Check check, const std::string& reason) {
@@ -188,18 +159,27 @@ void XmiBuilder::text(std::string_view part) {
     Open& around = open_.back();
     if (around.role == Role::Value || around.role == Role::References) {
         text_.append(part);
-    } else if (around.role == Role::Element && !around.hasBadText && !isBlank(part)) {
-        around.hasBadText = true;
-        const Misfit misfit(around.node,
-                            {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong},
-                            "the element " + inQuotes(names_[around.name].local) +
-                                " holds text where elements are expected");
-        if (findings_) {
-            addFinding(misfit, around.element);
-        } else {
-            fail(misfit.node(), Check::Text, misfit.what());
-        }
+        return;
     }
+    const bool isBetween = around.role == Role::Element || around.role == Role::Wrapper;
+    if (!isBetween || around.takesText || isBlank(part)) return;
+    if (around.role == Role::Element && meanings_.mayHoldText(*around.type)) {
+        around.takesText = true;
+        return;
+    }
+    const Misfit misfit(around.node, {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong},
+                        "the element " + inQuotes(names_[around.name].local) +
+                            " holds text where elements are expected");
+    if (findings_) {
+        around.takesText = true;
+        addFinding(misfit, around.element);
+    } else {
+        fail(misfit.node(), Check::Text, misfit.what());
+    }
+}
+
+void XmiBuilder::declare(std::string_view prefix, std::string_view uri) {
+    if (ownNames_.hasQNames) ownNames_.prefixes.emplace(prefix, uri);
 }
 
 void XmiBuilder::leave() {
@@ -227,47 +207,65 @@ void XmiBuilder::close(const Open& closed) {
         if (feature.isSingle) {
             refuseSecondValue(closed.node, loaded_.elements_[closed.element], feature.property);
         }
-        addOneValue(closed.node, closed.element, feature, text_);
+        elements_.addValue(closed.node, closed.element, feature, text_);
     } else if (closed.role == Role::References) {
         references_.addList({closed.node, closed.element, closed.feature->number}, text_);
     }
+}
+
+void XmiBuilder::closeElement(const Open& closed) {
+    loaded_.places_[closed.element].end = static_cast<Index>(loaded_.elements_.size());
+    fragments_.forEachChild(closed.node, [&](Node child, std::uint32_t ordinal) {
+        const Index element = contents_[child].element;
+        if (element < elementElsewhere) loaded_.places_[element].ordinal = ordinal;
+    });
+    elements_.addContents(closed.element, closed.firstChild);
 }
 
 void XmiBuilder::open(Node node, const XmlStart& start) {
     const XmlName& name = names_[start.name];
     if (open_.empty()) {
         if (name.isXmi && name.local == "XMI") {
-            push(node, start.name, Role::Wrapper, noElement, nullptr);
+            push(node, start.name, Role::Roots, noElement);
         } else {
             openRoot(node, start);
         }
         return;
     }
     const Open parent = open_.back();
-    const bool isSkipped = name.isXmi || parent.role == Role::Skipped;
-    if (parent.role == Role::Value) {
-        throw Misfit(parent.node,
-                     {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong,
-                      nameOf(parent.feature->property)},
-                     "the value of " + nameOf(parent.feature->property) + " is no text");
-    }
-    if (parent.role == Role::References) {
-        throw Misfit(
-            parent.node,
-            {Misfit::Reason::NoFit, Misfit::Weight::ContentsLost, nameOf(parent.feature->property)},
-            nameOf(parent.feature->property) + " refers to elements and does not contain them");
-    }
-    if (isSkipped) {
-        push(node, start.name, Role::Skipped, noElement, nullptr);
-    } else if (parent.role == Role::Wrapper) {
+    const bool isValue = parent.role == Role::Value || parent.role == Role::References;
+    if (isValue) failInside(parent);
+    if (parent.role == Role::Foreign) {
+        openForeign(node, start);
+    } else if (name.isXmi || parent.role == Role::Skipped) {
+        push(node, start.name, Role::Skipped, noElement);
+    } else if (parent.role == Role::Roots) {
         openRoot(node, start);
+    } else if (parent.role == Role::Wrapper) {
+        openInWrapper(node, start, parent);
     } else {
         openChild(node, start, parent);
     }
 }
 
-void XmiBuilder::push(Node node, NameId name, Role role, Index element, const Feature* feature) {
-    open_.push_back({node, name, role, element, nullptr, feature, 0, false});
+XmiBuilder::Open& XmiBuilder::push(Node node, NameId name, Role role, Index element) {
+    Open opened{node, name, role};
+    opened.element = element;
+    open_.push_back(opened);
+    return open_.back();
+}
+
+void XmiBuilder::failInside(const Open& parent) const {
+    const meta::Property& property = parent.feature->property;
+    if (parent.role == Role::Value) {
+        throw Misfit(
+            parent.node,
+            {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong, nameOf(property)},
+            "the value of " + nameOf(property) + " is no text");
+    }
+    throw Misfit(parent.node,
+                 {Misfit::Reason::NoFit, Misfit::Weight::ContentsLost, nameOf(property)},
+                 nameOf(property) + " refers to elements and does not contain them");
 }
 
 void XmiBuilder::step(Node node, const Feature& feature) {
@@ -285,8 +283,7 @@ void XmiBuilder::openRoot(Node node, const XmlStart& start) {
     rootNodes_.push_back(node);
     const std::string_view* nsUri = start.attribute(names_, "nsURI");
     if (isMetamodel_ && nsUri != nullptr) ownNames_.namespaces.add(*nsUri);
-    if (start.type == unknownType) failType(node, start);
-    const KnownClass& type = classNamed(node, start.type == noName ? start.name : start.type);
+    const KnownClass& type = meanings_.classOfRoot(node, start);
     // No path says what a root is called.
     fragments_.enter(node, 0);
     create(node, start, type, noElement, nullptr);
@@ -296,27 +293,51 @@ void XmiBuilder::openRoot(Node node, const XmlStart& start) {
 }
 
 void XmiBuilder::openChild(Node node, const XmlStart& start, const Open& parent) {
-    if (!features_.isNamespaceKnown(start.name)) {
-        failNamespace(node, start.name, "element", Misfit::Weight::ContentsLost);
-    }
-    const Feature* const found = features_.find(*parent.type, start.name);
-    if (found == nullptr) {
-        failFeature(node, *parent.type, start.name, Misfit::Weight::ContentsLost);
-    }
-    const Feature& feature = *found;
-    if (isNil(start)) {
-        push(node, start.name, Role::Skipped, parent.element, &feature);
-    } else if (feature.kind == Feature::Kind::Reference) {
-        openContent(node, start, parent, feature);
+    const FileNames::Child child = meanings_.child(node, start, *parent.type);
+    if (child.feature != nullptr) {
+        openPart(node, start, parent.element, child);
+    } else if (child.isForeign) {
+        openForeign(node, start);
     } else {
-        text_.clear();
-        push(node, start.name, Role::Value, parent.element, &feature);
+        Open& wrapper = push(node, start.name, Role::Wrapper, parent.element);
+        wrapper.wrapper = child.wrapper;
+        wrapper.depth = 1;
     }
 }
 
-void XmiBuilder::openContent(Node node, const XmlStart& start, const Open& parent,
-                             const Feature& feature) {
-    const ReferenceLog::Place place{node, parent.element, feature.number};
+void XmiBuilder::openInWrapper(Node node, const XmlStart& start, const Open& parent) {
+    if (parent.depth < parent.wrapper->depth) {
+        Open& wrapper = push(node, start.name, Role::Wrapper, parent.element);
+        wrapper.wrapper = parent.wrapper;
+        wrapper.depth = parent.depth + 1;
+        return;
+    }
+    openPart(node, start, parent.element, meanings_.inWrapper(node, start, *parent.wrapper));
+}
+
+void XmiBuilder::openForeign(Node node, const XmlStart& start) {
+    if (findings_) {
+        findings_->addForeign(names_[start.name].uri, contents_[node].offset);
+    }
+    push(node, start.name, Role::Foreign, noElement);
+}
+
+void XmiBuilder::openPart(Node node, const XmlStart& start, Index owner,
+                          const FileNames::Child& part) {
+    const bool isReference = part.feature->kind == Feature::Kind::Reference;
+    if (meanings_.isNil(start)) {
+        push(node, start.name, Role::Skipped, owner);
+    } else if (isReference) {
+        openContent(node, start, owner, part);
+    } else {
+        text_.clear();
+        push(node, start.name, Role::Value, owner).feature = part.feature;
+    }
+}
+
+void XmiBuilder::openContent(Node node, const XmlStart& start, Index owner,
+                             const FileNames::Child& part) {
+    const Feature& feature = *part.feature;
     const std::string_view* reference =
         feature.target->hasHref ? nullptr : start.attribute(names_, "href");
     if (reference != nullptr) contents_[node].element = elementElsewhere;
@@ -325,114 +346,34 @@ void XmiBuilder::openContent(Node node, const XmlStart& start, const Open& paren
         if (reference == nullptr && name.isXmi && name.local == "idref") reference = &each.value;
     }
     if (reference != nullptr) {
-        references_.addOne(place, *reference);
+        references_.addOne({node, owner, feature.number}, *reference);
         step(node, feature);
-        push(node, start.name, Role::Skipped, noElement, nullptr);
-        open_.back().isStep = true;
+        push(node, start.name, Role::Skipped, noElement).isStep = true;
     } else if (feature.isComposite) {
         step(node, feature);
-        const KnownClass& type = classOfContent(node, start, feature);
-        const bool fits = type.type->canStandFor(feature.property->type());
-        const Index container = parent.element;
-        if (findings_) checkRoom(node, container, feature, type, fits);
-        create(node, start, type, container, &feature);
-        contain(node, container, feature, contents_[node].element, fits);
+        const KnownClass& type = meanings_.classOfContent(node, start, feature, part.type);
+        if (findings_) elements_.checkRoom(node, owner, feature, type);
+        const bool fits = ElementBuilder::fits(type, feature);
+        create(node, start, type, owner, &feature);
+        // Of those that wait, its siblings stand in front of its own children.
+        if (elements_.contain(node, owner, feature, contents_[node].element, fits)) {
+            ++open_.back().firstChild;
+        }
     } else {
         text_.clear();
-        push(node, start.name, Role::References, parent.element, &feature);
+        push(node, start.name, Role::References, owner).feature = &feature;
     }
 }
 
-void XmiBuilder::checkRoom(Node node, Index parent, const Feature& feature, const KnownClass& type,
-                           bool fits) const {
-    const ModelElement& container = loaded_.elements_[parent];
-    const meta::Property& property = feature.property;
-    if (!fits) {
-        throw Misfit(node, {Misfit::Reason::NoFit, weightOf(property), nameOf(property)},
-                     "an element of the class " + nameOf(type) + " may not stand in " +
-                         nameOf(property));
-    }
-    if (feature.isUnbounded) return;
-    if (feature.isSingle) {
-        refuseSecondValue(node, container, property);
-        return;
-    }
-    const int bound = property->getUpperBound();
-    if (access::toElements(access::read(container, property)).size() <
-        static_cast<std::size_t>(bound)) {
-        return;
-    }
-    throw Misfit(node, {Misfit::Reason::TooManyValues, weightOf(property), nameOf(property)},
-                 nameOf(property) + " holds at most " + std::to_string(bound) + " values");
-}
-
-void XmiBuilder::create(Node node, const XmlStart& start, const KnownClass& type, Index parent,
+void XmiBuilder::create(Node node, const XmlStart& start, const KnownClass& type, Index container,
                         const Feature* feature) {
-    if (type.isAbstract) {
-        throw Misfit(node, {Misfit::Reason::AbstractClass, Misfit::Weight::ContentsLost},
-                     "the class " + nameOf(type) +
-                         " is abstract, so the type of the element is missing (xsi:type)");
-    }
-    slots_ += type.slotCount;
-    if (slots_ > options_.limits.slots) {
-        throw Misfit(node, "the model needs more than " + std::to_string(options_.limits.slots) +
-                               " places for values");
-    }
-    const auto index = static_cast<Index>(loaded_.elements_.size());
-    loaded_.elements_.push_back(loaded_.model_.create(type.type));
-    loaded_.numbers_.add(loaded_.elements_.back(), index);
-    loaded_.places_.push_back(
-        {parent, LoadedModel::none, 0, feature == nullptr ? 0 : feature->number});
+    const Index index = elements_.create(node, type, container, feature);
     contents_[node].element = index;
-    open_.push_back({node, start.name, Role::Element, index, &type, feature, waiting_.size(), true});
+    Open& opened = push(node, start.name, Role::Element, index);
+    opened.isStep = true;
+    opened.type = &type;
+    opened.firstChild = elements_.waiting();
     addAttributes(node, start, index, type);
-}
-
-void XmiBuilder::contain(Node node, Index parent, const Feature& feature, Index element,
-                         bool fits) {
-    const ModelElement& container = loaded_.elements_[parent];
-    const ModelElement& content = loaded_.elements_[element];
-    const meta::Property& property = feature.property;
-    if (feature.isUnbounded && fits) {
-        // Of those that wait, its siblings stand in front of its own children.
-        const std::size_t place = open_.back().firstChild;
-        waiting_.push_back({feature.number, element});
-        open_.back().firstChild = place + 1;
-        return;
-    }
-    if (feature.isSingle) refuseSecondValue(node, container, property);
-    try {
-        feature.isSingle ? loaded_.model_.set(container, property, content)
-                         : loaded_.model_.add(container, property, content);
-    } catch (const memory::ModelError& error) {
-        throw Misfit(node, {Misfit::Reason::NoFit, weightOf(property), nameOf(property)},
-                     error.what());
-    }
-}
-
-void XmiBuilder::closeElement(const Open& closed) {
-    loaded_.places_[closed.element].end = static_cast<Index>(loaded_.elements_.size());
-    fragments_.forEachChild(closed.node, [&](Node child, std::uint32_t ordinal) {
-        const Index element = contents_[child].element;
-        if (element < elementElsewhere) loaded_.places_[element].ordinal = ordinal;
-    });
-    addContents(closed.element, closed.firstChild);
-}
-
-void XmiBuilder::addContents(Index element, std::size_t firstChild) {
-    const auto begin = waiting_.begin() + static_cast<std::ptrdiff_t>(firstChild);
-    // By feature; those of one feature stay in the order of the file.
-    if (!std::is_sorted(begin, waiting_.end())) std::sort(begin, waiting_.end());
-    for (auto each = begin; each != waiting_.end();) {
-        const auto end = std::find_if(each, waiting_.end(), [&](const Waiting& other) {
-            return other.feature != each->feature;
-        });
-        list_.clear();
-        const meta::Property& property = features_[each->feature].property;
-        for (; each != end; ++each) list_.push_back(loaded_.elements_[each->element]);
-        loaded_.model_.set(loaded_.elements_[element], property, list_);
-    }
-    waiting_.erase(begin, waiting_.end());
 }
 
 void XmiBuilder::addAttributes(Node node, const XmlStart& start, Index element,
@@ -447,26 +388,18 @@ void XmiBuilder::addAttributes(Node node, const XmlStart& start, Index element,
 
 void XmiBuilder::addAttribute(Node node, const XmlAttribute& attribute, Index element,
                               const KnownClass& type) {
-    // It may have been a link as well as a value.
-    if (!features_.isNamespaceKnown(attribute.name)) {
-        failNamespace(node, attribute.name, "attribute", Misfit::Weight::LinkLost);
-    }
-    const Feature* const found = features_.find(type, attribute.name);
-    if (found == nullptr) failFeature(node, type, attribute.name, Misfit::Weight::LinkLost);
-    const Feature& feature = *found;
-    if (feature.kind == Feature::Kind::Reference) {
-        references_.addList({node, element, feature.number}, attribute.value);
-    } else if (feature.isSingle) {
-        // Of an element that was just made, only another attribute can have set the value.
-        if (feature.number >= lastOwner_.size()) lastOwner_.resize(features_.size(), noElement);
-        const Index before = std::exchange(lastOwner_[feature.number], element);
-        if (before == element) {
-            refuseSecondValue(node, loaded_.elements_[element], feature.property);
+    const Feature* const feature = meanings_.attribute(node, attribute.name, type);
+    if (feature == nullptr) {
+        if (findings_) {
+            findings_->addForeign(names_[attribute.name].uri, contents_[node].offset);
         }
-        addOneValue(node, element, feature, attribute.value);
+    } else if (feature->kind == Feature::Kind::Reference) {
+        references_.addList({node, element, feature->number}, attribute.value);
+    } else if (feature->isSingle) {
+        elements_.addFirstValue(node, element, *feature, attribute.value);
     } else {
         for (const std::string_view word : splitAtBlanks(attribute.value)) {
-            attempt(element, [&] { addOneValue(node, element, feature, word); });
+            attempt(element, [&] { elements_.addValue(node, element, *feature, word); });
         }
     }
 }
@@ -482,94 +415,6 @@ void XmiBuilder::addXmiId(Node node, Index element, std::string_view id) {
     throw Misfit(node, {Misfit::Reason::DuplicateId, Misfit::Weight::Warning},
                  "the id " + inQuotes(id) + " is given twice, first in line " +
                      std::to_string(position.line));
-}
-
-const KnownClass& XmiBuilder::classNamed(Node node, NameId id) {
-    const KnownClass* const found = features_.findClass(id);
-    if (found != nullptr) return *found;
-    const XmlName& name = names_[id];
-    if (!metamodel_.hasNamespace(name.uri)) {
-        failNamespace(node, id, "class", Misfit::Weight::ContentsLost);
-    }
-    throw Misfit(node, {Misfit::Reason::UnknownClass, Misfit::Weight::ContentsLost},
-                 "the package " + inQuotes(name.uri) + " has no class " + inQuotes(name.local));
-}
-
-const KnownClass& XmiBuilder::classOfContent(Node node, const XmlStart& start,
-                                             const Feature& feature) {
-    if (start.type == unknownType) failType(node, start);
-    if (start.type != noName) return classNamed(node, start.type);
-    if (feature.property->getType() == ModelElement::metaClass()) {
-        throw Misfit(node,
-                     {Misfit::Reason::UnknownClass, Misfit::Weight::ContentsLost,
-                      nameOf(feature.property)},
-                     "an element of " + nameOf(feature.property) +
-                         " may be of any class, so its type is missing (xsi:type)");
-    }
-    return *feature.target;
-}
-
-void XmiBuilder::failNamespace(Node node, NameId id, std::string_view what,
-                               Finding::Weight weight) {
-    const XmlName& name = names_[id];
-    unknownNamespaces_.add(name.uri);
-    const bool isClass = what == "class";
-    throw Misfit(
-        node, {isClass ? Misfit::Reason::UnknownClass : Misfit::Reason::UnknownFeature, weight},
-        "no given metamodel has the namespace " + inQuotes(name.uri) + " of the " +
-            std::string(what) + " " + inQuotes(name.local));
-}
-
-void XmiBuilder::failFeature(Node node, const KnownClass& type, NameId name,
-                             Finding::Weight weight) const {
-    throw Misfit(node, {Misfit::Reason::UnknownFeature, weight},
-                 "the class " + nameOf(type) + " has no feature " + inQuotes(names_[name].local));
-}
-
-void XmiBuilder::failType(Node node, const XmlStart& start) const {
-    const auto isType = [&](const XmlAttribute& each) {
-        const XmlName& name = names_[each.name];
-        return (name.isXmi || name.isXsi) && name.local == "type";
-    };
-    const auto type = std::find_if(start.attributes.begin(), start.attributes.end(), isType);
-    throw Misfit(node, {Misfit::Reason::UnknownClass, Misfit::Weight::ContentsLost},
-                 "the prefix of the type " + inQuotes(trimmed(type->value)) + " is not declared");
-}
-
-bool XmiBuilder::isNil(const XmlStart& start) const {
-    return std::any_of(start.attributes.begin(), start.attributes.end(),
-                       [&](const XmlAttribute& each) {
-                           const XmlName& name = names_[each.name];
-                           return name.isXsi && name.local == "nil" && each.value == "true";
-                       });
-}
-
-void XmiBuilder::addOneValue(Node node, Index element, const Feature& feature,
-                             std::string_view text) {
-    const ModelElement& owner = loaded_.elements_[element];
-    const meta::Property& property = feature.property;
-    try {
-        if (feature.kind == Feature::Kind::Integer) {
-            const std::optional<std::int64_t> number = integer(text);
-            if (!number) {
-                throw Misfit(
-                    node,
-                    {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong, nameOf(property)},
-                    "the value " + inQuotes(text) + " of " + nameOf(property) + " is no integer");
-            }
-            feature.isSingle ? loaded_.model_.set(owner, property, *number)
-                             : loaded_.model_.add(owner, property, *number);
-        } else {
-            assignUtf16(text16_, text);
-            feature.isSingle ? loaded_.model_.set(owner, property, text16_)
-                             : loaded_.model_.add(owner, property, text16_);
-        }
-    } catch (const memory::ModelError& error) {
-        throw Misfit(
-            node, {Misfit::Reason::TooManyValues, Misfit::Weight::ValueWrong, nameOf(property)},
-            error.what());
-    }
-    if (feature.isId) loaded_.ids_.addValue(text, element);
 }
 
 }  // namespace nuv::zero::xmi

@@ -7,8 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "xmi/ElementBuilder.h"
 #include "xmi/FeatureTable.h"
 #include "xmi/FileFindings.h"
+#include "xmi/FileNames.h"
 #include "xmi/FragmentIndex.h"
 #include "xmi/LoadedMetamodel.h"
 #include "xmi/LoadedModel.h"
@@ -44,7 +46,7 @@ class XmiBuilder final : private XmlHandler {
 
     /// The namespaces that the metamodel does not have, in the order in which they were met. Also
     /// when `build` has thrown: whoever finds metamodels for them reads the file again.
-    std::vector<std::string> unknownNamespaces() const;
+    std::vector<std::string> unknownNamespaces() const { return meanings_.unknownNamespaces(); }
 
   private:
     using Index = LoadedModel::Index;
@@ -52,39 +54,38 @@ class XmiBuilder final : private XmlHandler {
     /// What an XML element stands for.
     enum class Role : std::uint8_t {
         /// `xmi:XMI`, around several roots.
-        Wrapper,
+        Roots,
         /// An element of the model.
         Element,
+        /// Nothing, around values of the element around it.
+        Wrapper,
         /// A value of the element around it.
         Value,
         /// References of the element around it.
         References,
         /// Nothing that is to be read.
         Skipped,
+        /// The same, in a namespace of its own; all of it is counted.
+        Foreign,
     };
     struct Open {
         Node node;
         NameId name;
         Role role;
-        /// The element that it stands for, or the one around it.
-        Index element;
-        const KnownClass* type;
-        const Feature* feature;
-        /// Where its children begin among those that wait.
-        std::size_t firstChild;
         /// Whether paths lead through it.
-        bool isStep;
-        /// Whether it was said that its text is out of place.
-        bool hasBadText = false;
-    };
-    /// A contained element, to be put into the list of its container with all others.
-    struct Waiting {
-        std::uint32_t feature;
-        Index element;
-        friend bool operator<(const Waiting& one, const Waiting& other) noexcept {
-            return one.feature != other.feature ? one.feature < other.feature
-                                                : one.element < other.element;
-        }
+        bool isStep = false;
+        /// Whether it was said that its text is out of place, or need not be.
+        bool takesText = false;
+        /// The element that it stands for, or the one around it.
+        Index element = noElement;
+        const KnownClass* type = nullptr;
+        /// What its text is a value of.
+        const Feature* feature = nullptr;
+        /// Where its children begin among those that wait.
+        std::size_t firstChild = 0;
+        const XmlForm::Wrapper* wrapper = nullptr;
+        /// How far below the wrapper it lies.
+        std::uint32_t depth = 0;
     };
     /// In which order what is wrong with one element is told.
     enum class Check : std::uint8_t { BeforeText, Text, AfterText };
@@ -97,6 +98,7 @@ class XmiBuilder final : private XmlHandler {
     void enter(const XmlStart& start) override;
     void text(std::string_view part) override;
     void leave() override;
+    void declare(std::string_view prefix, std::string_view uri) override;
     bool takesUnknownTypes() const noexcept override { return findings_.has_value(); }
 
     void fail(Node node, Check check, const std::string& reason);
@@ -112,36 +114,26 @@ class XmiBuilder final : private XmlHandler {
     void addRepeatedIds(const ReferenceResolver& resolver);
     void nameClasses();
 
-    void push(Node node, NameId name, Role role, Index element, const Feature* feature);
+    Open& push(Node node, NameId name, Role role, Index element);
+    /// Paths lead to the XML element by the name of the feature.
     void step(Node node, const Feature& feature);
     void open(Node node, const XmlStart& start);
     void openRoot(Node node, const XmlStart& start);
     void openChild(Node node, const XmlStart& start, const Open& parent);
-    void openContent(Node node, const XmlStart& start, const Open& parent, const Feature& feature);
-    void create(Node node, const XmlStart& start, const KnownClass& type, Index parent,
+    void openInWrapper(Node node, const XmlStart& start, const Open& parent);
+    void openForeign(Node node, const XmlStart& start);
+    /// What stands for a value, a reference or a content of an element.
+    void openPart(Node node, const XmlStart& start, Index owner, const FileNames::Child& part);
+    void openContent(Node node, const XmlStart& start, Index owner, const FileNames::Child& part);
+    [[noreturn]] void failInside(const Open& parent) const;
+    void create(Node node, const XmlStart& start, const KnownClass& type, Index container,
                 const Feature* feature);
-    void contain(Node node, Index parent, const Feature& feature, Index element, bool fits);
-    /// Refuses a content before it is made.
-    void checkRoom(Node node, Index parent, const Feature& feature, const KnownClass& type,
-                   bool fits) const;
     void close(const Open& closed);
     void closeElement(const Open& closed);
-    void addContents(Index element, std::size_t firstChild);
     void addAttributes(Node node, const XmlStart& start, Index element, const KnownClass& type);
     void addAttribute(Node node, const XmlAttribute& attribute, Index element,
                       const KnownClass& type);
     void addXmiId(Node node, Index element, std::string_view id);
-    void addOneValue(Node node, Index element, const Feature& feature, std::string_view text);
-
-    const KnownClass& classNamed(Node node, NameId id);
-    [[noreturn]] void failType(Node node, const XmlStart& start) const;
-    /// The class of a contained element: what the file says, else the type of the property.
-    const KnownClass& classOfContent(Node node, const XmlStart& start, const Feature& feature);
-    [[noreturn]] void failNamespace(Node node, NameId name, std::string_view what,
-                                    Finding::Weight weight);
-    [[noreturn]] void failFeature(Node node, const KnownClass& type, NameId name,
-                                  Finding::Weight weight) const;
-    bool isNil(const XmlStart& start) const;
 
     const LoadedMetamodel& metamodel_;
     const std::string& file_;
@@ -149,31 +141,25 @@ class XmiBuilder final : private XmlHandler {
     const ReadOptions& options_;
     XmlNames names_;
     FeatureTable features_;
+    FileNames meanings_;
     FragmentIndex fragments_;
     ReferenceLog references_;
     OwnNames ownNames_;
     bool isMetamodel_ = false;
 
     LoadedModel loaded_;
+    ElementBuilder elements_;
     /// By `Node`.
     BlockList<NodeContent> contents_;
     std::vector<Node> rootNodes_;
     /// By the number of the feature, what paths call it.
     std::vector<FragmentIndex::Tag> tags_;
-    std::size_t slots_ = 0;
-    /// By feature, the element that an attribute gave a value last.
-    std::vector<Index> lastOwner_;
 
     std::vector<Open> open_;
-    std::vector<Waiting> waiting_;
-    /// The list that is being put together.
-    std::vector<ModelElement> list_;
     /// What stands between the tags of the value or the references that are open.
     std::string text_;
-    std::u16string text16_;
     std::optional<Failure> failure_;
     std::optional<FileFindings> findings_;
-    TextTable unknownNamespaces_;
     /// How many of the elements that were entered after the failure, or are left out, are open.
     std::size_t unseen_ = 0;
     /// How many XML elements are left out with the one that is.

@@ -153,6 +153,7 @@ class XmlRun {
     static void XMLCALL startPrefix(void* self, const XML_Char* prefix, const XML_Char* uri) {
         guarded(self, [&](XmlRun& run) {
             run.types_.declare(prefix == nullptr ? "" : prefix, uri == nullptr ? "" : uri);
+            run.handler_.declare(prefix == nullptr ? "" : prefix, uri == nullptr ? "" : uri);
             run.checkNames();
         });
     }

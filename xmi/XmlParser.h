@@ -57,6 +57,8 @@ class XmlHandler {
     /// Part of what stands between tags, as it comes.
     virtual void text(std::string_view part) = 0;
     virtual void leave() = 0;
+    /// A prefix that means a namespace from the next element on, inside that.
+    virtual void declare(std::string_view /*prefix*/, std::string_view /*uri*/) {}
     /// Whether it is told of types that mean nothing. Otherwise the file is refused for them.
     virtual bool takesUnknownTypes() const noexcept { return false; }
 
