@@ -60,7 +60,7 @@ std::string_view EcoreTarget::name() const {
 
 EcoreSources::File::File(XmlDocument parsed, bool given)
     : document(std::move(parsed)),
-      fragments(document.names(), document),
+      fragments(document),
       roots(document.modelRoots()),
       isGiven(given) {
     for (Node node = 0; node < document.size(); ++node) {

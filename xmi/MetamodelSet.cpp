@@ -182,7 +182,7 @@ bool MetamodelSet::Loader::loadLocated(std::string_view nsUri, std::string_view 
                                   ? roots_.find(from.root, from.path, options_.limits.fileBytes)
                                   : roots_.find(from, location, options_.limits.fileBytes);
     if (found.outcome != FileRoots::Outcome::Found) return false;
-    return loadAt(found.places.front(), nsUri, std::move(found.bytes), true);
+    return loadAt(found.places.front(), nsUri, std::move(found.bytes), false);
 }
 
 bool MetamodelSet::Loader::loadIndexed(std::string_view nsUri, const FilePlace& from) {
@@ -266,7 +266,7 @@ std::size_t MetamodelSet::Loader::addBuiltIn() {
     if (there != noFile) return there;
     known_.reserve(known_.size() + 1);
     builtIn_ = sources_.add(builtInEcore(), false);
-    known_.push_back({FilePlace{roots_.size(), std::string(builtInEcoreFile)}});
+    known_.push_back({FilePlace{roots_.rootNamed(builtInRoot), std::string(builtInEcoreFile)}});
     return builtIn_;
 }
 

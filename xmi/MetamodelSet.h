@@ -70,8 +70,8 @@ class MetamodelSet {
     const LoadedMetamodel& loaded() const noexcept;
 
     /// Where the package of a namespace is declared, by its own name or an alias. Nothing for one
-    /// that is not loaded, and for a file outside of the roots. The place of Ecore without a file
-    /// is that of `builtInEcoreFile` in a root behind the last one.
+    /// that is not loaded, and for a file outside of the roots. Ecore without a file has a place in
+    /// the root named `builtInRoot`, or else behind the last one.
     std::optional<Definition> placeOf(std::string_view nsUri) const;
 
     /// What was found since the last call.

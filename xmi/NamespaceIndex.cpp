@@ -75,7 +75,7 @@ std::size_t sharedFolders(std::string_view one, std::string_view other) {
 }  // namespace
 
 std::vector<FilePlace> NamespaceIndex::filesWith(std::string_view nsUri, const FilePlace& from) {
-    scan();
+    if (!found_) found_ = scan();
     std::vector<FilePlace> all;
     const auto take = [&](const auto& index) {
         const auto found = index.find(nsUri);
@@ -92,26 +92,26 @@ std::vector<FilePlace> NamespaceIndex::filesWith(std::string_view nsUri, const F
                              return nearness(one) > nearness(other);
                          });
     };
-    take(packages_);
-    take(forms_);
+    take(found_->packages);
+    take(found_->forms);
     return all;
 }
 
-void NamespaceIndex::scan() {
-    if (std::exchange(isScanned_, true)) return;
+NamespaceIndex::Found NamespaceIndex::scan() const {
+    Found all;
     std::size_t files = limits_.files;
     std::size_t bytes = limits_.bytes;
     for (std::size_t root = 0; root < roots_.size(); ++root) {
         try {
             for (const std::string& path : roots_.files(root)) {
                 if (!path.ends_with(".ecore") && !path.ends_with(".uml")) continue;
-                if (files == 0) return;
+                if (files == 0) return all;
                 --files;
                 const FileRoots::Lookup file = roots_.find(root, path, bytes);
                 if (file.bytes == nullptr) continue;
                 const std::string text = allBytes(*file.bytes);
                 bytes -= std::min(bytes, text.size());
-                scanFile({root, path}, text);
+                scanFile(all, {root, path}, text);
             }
         } catch (const ReadError&) {
             // A root with too many files is not gone through, and a file that cannot be read
@@ -119,19 +119,20 @@ void NamespaceIndex::scan() {
             continue;
         }
     }
+    return all;
 }
 
-void NamespaceIndex::scanFile(const FilePlace& place, std::string_view text) {
+void NamespaceIndex::scanFile(Found& all, const FilePlace& place, std::string_view text) {
     // Models in the same form have no packages of this kind in them, unless they are profiles.
     const bool mayDefine = place.path.ends_with(".ecore") ||
                            text.find(":EPackage\"") != std::string_view::npos ||
                            text.find(":EPackage'") != std::string_view::npos;
     if (!mayDefine) return;
     forEachValue(text, "nsURI", {},
-                 [&](std::string nsUri) { addOnce(packages_[std::move(nsUri)], place); });
+                 [&](std::string nsUri) { addOnce(all.packages[std::move(nsUri)], place); });
     for (const std::string_view marker : {R"(key="namespace")", "key='namespace'"}) {
         forEachValue(text, marker, "value", [&](std::string nsUri) {
-            if (!nsUri.starts_with("##")) addOnce(forms_[std::move(nsUri)], place);
+            if (!nsUri.starts_with("##")) addOnce(all.forms[std::move(nsUri)], place);
         });
     }
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,14 +33,18 @@ class NamespaceIndex {
     std::vector<FilePlace> filesWith(std::string_view nsUri, const FilePlace& from);
 
   private:
-    void scan();
-    void scanFile(const FilePlace& place, std::string_view text);
+    using Places = std::map<std::string, std::vector<FilePlace>, std::less<>>;
+    struct Found {
+        Places packages;
+        Places forms;
+    };
+
+    Found scan() const;
+    static void scanFile(Found& all, const FilePlace& place, std::string_view text);
 
     const FileRoots& roots_;
     Limits limits_;
-    bool isScanned_ = false;
-    std::map<std::string, std::vector<FilePlace>, std::less<>> packages_;
-    std::map<std::string, std::vector<FilePlace>, std::less<>> forms_;
+    std::optional<Found> found_;
 };
 
 }  // namespace nuv::zero::xmi
