@@ -285,6 +285,40 @@ std::size_t EcoreSources::fileWith(std::string_view nsUri) const {
     return package == nullptr ? noFile : package->source;
 }
 
+bool EcoreSources::declares(std::size_t source, std::string_view nsUri) const {
+    return std::any_of(packages_.begin(), packages_.end(), [&](const Package& each) {
+        return each.place.source == source && each.nsUri == nsUri;
+    });
+}
+
+const EcoreSources::Package* EcoreSources::packageNamed(std::string_view nsUri) const {
+    const SourceNode* const place = packageWith(nsUri);
+    if (place == nullptr) return nullptr;
+    const auto found = std::find_if(packages_.begin(), packages_.end(),
+                                    [&](const Package& each) { return each.place == *place; });
+    return found == packages_.end() ? nullptr : &*found;
+}
+
+std::string EcoreSources::pathOf(const Package& package) const {
+    const File& file = files_[package.place.source];
+    const XmlDocument& document = file.document;
+    std::string path;
+    Node node = package.place.node;
+    while (std::find(file.roots.begin(), file.roots.end(), node) == file.roots.end()) {
+        std::size_t ordinal = 0;
+        const Node parent = document[node].parent;
+        for (Node each = document.firstChild(parent); each != node;
+             each = document.nextSibling(each)) {
+            if (document.nameOf(each).local == document.nameOf(node).local) ++ordinal;
+        }
+        path =
+            "/@" + std::string(document.nameOf(node).local) + "." + std::to_string(ordinal) + path;
+        node = parent;
+    }
+    const auto root = std::find(file.roots.begin(), file.roots.end(), node) - file.roots.begin();
+    return (file.roots.size() > 1 ? "/" + std::to_string(root) : "/") + path;
+}
+
 std::vector<Node> EcoreSources::outermostPackages(std::size_t source) const {
     std::vector<Node> packages;
     Node end = 0;

@@ -81,6 +81,12 @@ class EcoreSources {
     }
     /// The file with the package of a namespace; `noFile` where there is none.
     std::size_t fileWith(std::string_view nsUri) const;
+    /// Whether a package of a file has the namespace.
+    bool declares(std::size_t source, std::string_view nsUri) const;
+    /// The package of a namespace, or of one that means it; null where there is none.
+    const Package* packageNamed(std::string_view nsUri) const;
+    /// The path to a package in its file, as references to it are written.
+    std::string pathOf(const Package& package) const;
     /// The files, and the namespaces, that a file refers to, each as it is written and once.
     std::vector<std::string> filesReferredTo(std::size_t source) const;
     /// The file that a path or a namespace in a file means; `noFile` where there is none. Throws

@@ -69,8 +69,8 @@ class ModelSet::Loader {
         std::size_t finding;
     };
 
-    Lookup take(FileRoots::Finding finding);
-    std::size_t read(const FilePlace& place, FilePointer opened);
+    Lookup take(FileRoots::Lookup found);
+    std::size_t read(const FilePlace& place, ByteSource& source);
     const Lookup& lookUp(const ModelSetFile& from, std::string_view reference);
     void follow(ModelSetFile& file);
     void followThrough(ModelSetFile& file);
@@ -103,7 +103,7 @@ const LoadedModel& ModelSet::Loader::load(std::string_view path) {
     const std::size_t first = files_.size();
     const std::size_t firstFinding = findings_.size();
     try {
-        const Lookup found = take(roots_.find(0, path));
+        const Lookup found = take(roots_.find(0, path, options_.limits.fileBytes));
         if (found.file == noFile) {
             throw ReadError(path, {}, found.reason);
         }
@@ -118,10 +118,10 @@ const LoadedModel& ModelSet::Loader::load(std::string_view path) {
     }
 }
 
-ModelSet::Loader::Lookup ModelSet::Loader::take(FileRoots::Finding finding) {
+ModelSet::Loader::Lookup ModelSet::Loader::take(FileRoots::Lookup found) {
     Lookup lookup;
-    lookup.tried = std::move(finding.tried);
-    switch (finding.outcome) {
+    lookup.tried = std::move(found.tried);
+    switch (found.outcome) {
         case FileRoots::Outcome::Missing:
             lookup.reason = "is in none of the file roots";
             return lookup;
@@ -131,21 +131,21 @@ ModelSet::Loader::Lookup ModelSet::Loader::take(FileRoots::Finding finding) {
             return lookup;
         case FileRoots::Outcome::Ambiguous:
             lookup.kind = Kind::Ambiguous;
-            lookup.reason = "may be " + roots_.textOf(finding.places.front()) + " or " +
-                            roots_.textOf(finding.places.back());
+            lookup.reason = "may be " + roots_.textOf(found.places.front()) + " or " +
+                            roots_.textOf(found.places.back());
             return lookup;
         case FileRoots::Outcome::Refused:
             lookup.kind = Kind::Unreadable;
-            lookup.reason = "cannot be opened: " + finding.reason;
+            lookup.reason = std::move(found.reason);
             return lookup;
         case FileRoots::Outcome::Found:
             break;
     }
-    const FilePlace& place = finding.places.front();
+    const FilePlace& place = found.places.front();
     const auto known = byPlace_.find(place);
     if (known != byPlace_.end()) return known->second;
     try {
-        lookup.file = read(place, std::move(finding.file.file));
+        lookup.file = read(place, *found.bytes);
     } catch (const ReadError& error) {
         lookup.kind = Kind::Unreadable;
         lookup.reason = std::string("cannot be read: ") + error.what();
@@ -154,13 +154,12 @@ ModelSet::Loader::Lookup ModelSet::Loader::take(FileRoots::Finding finding) {
     return lookup;
 }
 
-std::size_t ModelSet::Loader::read(const FilePlace& place, FilePointer opened) {
+std::size_t ModelSet::Loader::read(const FilePlace& place, ByteSource& source) {
     const std::string shown = roots_.textOf(place);
     if (files_.size() >= limits_.files) {
         throw ReadError(shown, {},
                         "the model has more than " + std::to_string(limits_.files) + " files");
     }
-    FileSource source(shown, std::move(opened), options_.limits.fileBytes);
     std::vector<OutgoingReference> outgoing;
     LoadedModel model = XmiBuilder(metamodel_, shown, source, options_).build(&outgoing);
     if (model.elements().size() > limits_.elements - elements_) {
@@ -187,7 +186,7 @@ const ModelSet::Loader::Lookup& ModelSet::Loader::lookUp(const ModelSetFile& fro
     }
     const auto known = lookups_.find(key);
     if (known != lookups_.end()) return known->second;
-    Lookup found = take(roots_.find(from.place, file));
+    Lookup found = take(roots_.find(from.place, file, options_.limits.fileBytes));
     return lookups_.emplace(std::move(key), std::move(found)).first->second;
 }
 
@@ -271,18 +270,21 @@ void ModelSet::Loader::placeFindings() {
         const auto end = std::find_if(begin, spots_.end(),
                                       [&](const Spot& other) { return other.file != begin->file; });
         const FilePlace& place = files_[begin->file].place;
-        FileRoots::Finding file = roots_.find(place.root, place.path);
+        const FileRoots::Lookup file =
+            roots_.find(place.root, place.path, options_.limits.fileBytes);
         // Otherwise it has gone since it was read.
         if (file.outcome == FileRoots::Outcome::Found) {
             std::vector<std::size_t> offsets;
             std::transform(begin, end, std::back_inserter(offsets),
                            [](const Spot& each) { return each.offset; });
-            FileSource source(files_[begin->file].shown, std::move(file.file.file),
-                              options_.limits.fileBytes);
-            const std::vector<Position> positions = positionsAt(source, offsets);
-            auto position = positions.begin();
-            for (auto each = begin; each != end; ++each) {
-                findings_[each->finding].position = *position++;
+            try {
+                const std::vector<Position> positions = positionsAt(*file.bytes, offsets);
+                auto position = positions.begin();
+                for (auto each = begin; each != end; ++each) {
+                    findings_[each->finding].position = *position++;
+                }
+            } catch (const ReadError&) {
+                // It cannot be read any more, and the findings name the file alone.
             }
         }
         begin = end;

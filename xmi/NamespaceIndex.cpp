@@ -122,6 +122,11 @@ void NamespaceIndex::scan() {
 }
 
 void NamespaceIndex::scanFile(const FilePlace& place, std::string_view text) {
+    // Models in the same form have no packages of this kind in them, unless they are profiles.
+    const bool mayDefine = place.path.ends_with(".ecore") ||
+                           text.find(":EPackage\"") != std::string_view::npos ||
+                           text.find(":EPackage'") != std::string_view::npos;
+    if (!mayDefine) return;
     forEachValue(text, "nsURI", {},
                  [&](std::string nsUri) { addOnce(packages_[std::move(nsUri)], place); });
     for (const std::string_view marker : {R"(key="namespace")", "key='namespace'"}) {

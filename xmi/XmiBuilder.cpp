@@ -232,7 +232,7 @@ void XmiBuilder::open(Node node, const XmlStart& start) {
         }
         return;
     }
-    const Open parent = open_.back();
+    const Open& parent = open_.back();
     const bool isValue = parent.role == Role::Value || parent.role == Role::References;
     if (isValue) failInside(parent);
     if (parent.role == Role::Foreign) {
@@ -249,10 +249,12 @@ void XmiBuilder::open(Node node, const XmlStart& start) {
 }
 
 XmiBuilder::Open& XmiBuilder::push(Node node, NameId name, Role role, Index element) {
-    Open opened{node, name, role};
+    Open& opened = open_.emplace_back();
+    opened.node = node;
+    opened.name = name;
+    opened.role = role;
     opened.element = element;
-    open_.push_back(opened);
-    return open_.back();
+    return opened;
 }
 
 void XmiBuilder::failInside(const Open& parent) const {
@@ -294,25 +296,29 @@ void XmiBuilder::openRoot(Node node, const XmlStart& start) {
 
 void XmiBuilder::openChild(Node node, const XmlStart& start, const Open& parent) {
     const FileNames::Child child = meanings_.child(node, start, *parent.type);
+    const Index owner = parent.element;
     if (child.feature != nullptr) {
-        openPart(node, start, parent.element, child);
+        openPart(node, start, owner, child);
     } else if (child.isForeign) {
         openForeign(node, start);
     } else {
-        Open& wrapper = push(node, start.name, Role::Wrapper, parent.element);
+        Open& wrapper = push(node, start.name, Role::Wrapper, owner);
         wrapper.wrapper = child.wrapper;
         wrapper.depth = 1;
     }
 }
 
 void XmiBuilder::openInWrapper(Node node, const XmlStart& start, const Open& parent) {
-    if (parent.depth < parent.wrapper->depth) {
-        Open& wrapper = push(node, start.name, Role::Wrapper, parent.element);
-        wrapper.wrapper = parent.wrapper;
-        wrapper.depth = parent.depth + 1;
-        return;
+    const XmlForm::Wrapper* const around = parent.wrapper;
+    const std::uint32_t depth = parent.depth;
+    const Index owner = parent.element;
+    if (depth < around->depth) {
+        Open& wrapper = push(node, start.name, Role::Wrapper, owner);
+        wrapper.wrapper = around;
+        wrapper.depth = depth + 1;
+    } else {
+        openPart(node, start, owner, meanings_.inWrapper(node, start, *around));
     }
-    openPart(node, start, parent.element, meanings_.inWrapper(node, start, *parent.wrapper));
 }
 
 void XmiBuilder::openForeign(Node node, const XmlStart& start) {

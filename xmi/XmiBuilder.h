@@ -69,9 +69,9 @@ class XmiBuilder final : private XmlHandler {
         Foreign,
     };
     struct Open {
-        Node node;
-        NameId name;
-        Role role;
+        Node node = noNode;
+        NameId name = noName;
+        Role role = Role::Skipped;
         /// Whether paths lead through it.
         bool isStep = false;
         /// Whether it was said that its text is out of place, or need not be.

@@ -165,7 +165,8 @@ TEST_F(ModelSetTest, FindingsSayWhatWasLostAndWhereItWasLookedFor) {
     ASSERT_EQ(set.findings().size(), 2U);
     const ModelSetFinding& reference = set.findings().front();
     EXPECT_EQ(reference.kind, ModelSetFinding::Kind::Missing);
-    EXPECT_EQ(reference.tried, (Lines{"one:a/b c.xmi", "two:a/b c.xmi"}));
+    EXPECT_EQ(reference.tried, (Lines{"one:a/b c.xmi", "two:a/b c.xmi", "model:**/a/b c.xmi",
+                                      "one:**/a/b c.xmi", "two:**/a/b c.xmi"}));
     EXPECT_FALSE(reference.isContainment);
     EXPECT_EQ(reference.property, "Node.to");
     EXPECT_TRUE(set.findings().back().isContainment);
