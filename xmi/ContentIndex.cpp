@@ -76,25 +76,35 @@ const ContentIndex::Features& ContentIndex::features(const Elements& all) const 
     return *features_;
 }
 
+const ContentIndex::Sources& ContentIndex::sources(const Elements& all) const {
+    std::call_once(sourcesOnce_, [&] { sources_.emplace(all); });
+    return *sources_;
+}
+
 const ContentIndex::Names& ContentIndex::names(const Elements& all) const {
     std::call_once(namesOnce_, [&] { names_.emplace(all); });
     return *names_;
 }
 
-ContentIndex::Names::Names(const Elements& all)
-    : ofElements(all.elements.size(), TextTable::none) {
-    PropertyOfClasses names(u"name");
-    PropertyOfClasses sources(u"source");
+ContentIndex::Sources::Sources(const Elements& all) {
+    PropertyOfClasses known(u"source");
     for (Index i = 0; i < all.elements.size(); ++i) {
         const Index parent = all.places[i].parent;
-        const std::string* const source = sources.textOf(all.elements[i]);
-        if (source != nullptr && parent != none) {
-            bySource.push_back({parent, texts.add(*source).first, i, i});
-        }
+        if (parent == none) continue;
+        const std::string* const source = known.textOf(all.elements[i]);
+        if (source != nullptr) contents.push_back({parent, texts.add(*source).first, i, i});
+    }
+    std::sort(contents.begin(), contents.end());
+}
+
+ContentIndex::Names::Names(const Elements& all) : ofElements(all.elements.size(), TextTable::none) {
+    PropertyOfClasses names(u"name");
+    for (Index i = 0; i < all.elements.size(); ++i) {
         const std::string* const name = names.textOf(all.elements[i]);
         if (name == nullptr) continue;
         ofElements[i] = texts.add(*name).first;
-        if (parent != none) byName.push_back({parent, ofElements[i], i, i});
+        const Index parent = all.places[i].parent;
+        if (parent != none) contents.push_back({parent, ofElements[i], i, i});
         const memory::ClassObject* const type = all.elements[i]->getClass().get();
         const bool isNamed = std::binary_search(all.namedClasses.begin(), all.namedClasses.end(),
                                                 type, std::less<>());
@@ -102,8 +112,7 @@ ContentIndex::Names::Names(const Elements& all)
         byClass.push_back({texts.add(text::toUtf8(type->getName())).first, ofElements[i],
                            parent == none ? TextTable::none : ofElements[parent], i});
     }
-    std::sort(byName.begin(), byName.end());
-    std::sort(bySource.begin(), bySource.end());
+    std::sort(contents.begin(), contents.end());
     std::sort(byClass.begin(), byClass.end());
 }
 
@@ -112,8 +121,8 @@ ContentIndex::Entries::const_iterator ContentIndex::firstOf(const Entries& sorte
     return std::lower_bound(sorted.begin(), sorted.end(), Entry{parent, text, 0, 0});
 }
 
-ContentIndex::Index ContentIndex::child(const Elements& all, Index parent,
-                                        std::string_view feature, std::size_t ordinal) const {
+ContentIndex::Index ContentIndex::child(const Elements& all, Index parent, std::string_view feature,
+                                        std::size_t ordinal) const {
     const Features& index = features(all);
     const TextTable::Number text = index.names.find(feature);
     if (text == TextTable::none || ordinal >= none) return none;
@@ -135,13 +144,13 @@ ContentIndex::Index ContentIndex::nth(const Entries& sorted, Index parent, TextT
 ContentIndex::Index ContentIndex::named(const Elements& all, Index parent, std::string_view name,
                                         std::size_t number) const {
     const Names& index = names(all);
-    return nth(index.byName, parent, index.texts.find(name), number);
+    return nth(index.contents, parent, index.texts.find(name), number);
 }
 
 ContentIndex::Index ContentIndex::withSource(const Elements& all, Index parent,
                                              std::string_view source, std::size_t number) const {
-    const Names& index = names(all);
-    return nth(index.bySource, parent, index.texts.find(source), number);
+    const Sources& index = sources(all);
+    return nth(index.contents, parent, index.texts.find(source), number);
 }
 
 ContentIndex::Index ContentIndex::withKeys(const Elements& all, Index parent,
@@ -154,7 +163,8 @@ ContentIndex::Index ContentIndex::withKeys(const Elements& all, Index parent,
     const TextTable::Number values = values_.find(joined);
     if (values == TextTable::none) return none;
     const auto found = firstOf(*entries, parent, values);
-    const bool isThere = found != entries->end() && found->parent == parent && found->text == values;
+    const bool isThere =
+        found != entries->end() && found->parent == parent && found->text == values;
     return isThere ? found->element : none;
 }
 

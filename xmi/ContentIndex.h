@@ -35,8 +35,8 @@ struct ElementPlace {
 /// name, by the source of an annotation and by the values of attributes, and in the whole file by
 /// name and class. Each costs binary searches, whatever the number of siblings.
 ///
-/// What it needs is made when it is first asked for, of elements that are there with their values; it
-/// takes no notice of what changes later. May be asked by several threads at once.
+/// What it needs is made when it is first asked for, of elements that are there with their values;
+/// it takes no notice of what changes later. May be asked by several threads at once.
 class ContentIndex {
   public:
     using Index = std::uint32_t;
@@ -105,7 +105,13 @@ class ContentIndex {
         TextTable names;
         Entries contents;
     };
-    /// What is found by names and sources.
+    /// What is found by sources.
+    struct Sources {
+        explicit Sources(const Elements& all);
+        TextTable texts;
+        Entries contents;
+    };
+    /// What is found by names.
     struct Names {
         explicit Names(const Elements& all);
         /// Whether the containers of an element are called so; its own name is the last.
@@ -115,12 +121,12 @@ class ContentIndex {
         TextTable texts;
         /// By element.
         std::vector<TextTable::Number> ofElements;
-        Entries byName;
-        Entries bySource;
+        Entries contents;
         std::vector<Named> byClass;
     };
 
     const Features& features(const Elements& all) const;
+    const Sources& sources(const Elements& all) const;
     const Names& names(const Elements& all) const;
     /// Where the contents of the parent with that text begin.
     static Entries::const_iterator firstOf(const Entries& sorted, Index parent,
@@ -132,6 +138,8 @@ class ContentIndex {
 
     mutable std::once_flag featuresOnce_;
     mutable std::optional<Features> features_;
+    mutable std::once_flag sourcesOnce_;
+    mutable std::optional<Sources> sources_;
     mutable std::once_flag namesOnce_;
     mutable std::optional<Names> names_;
 

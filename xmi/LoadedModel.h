@@ -27,8 +27,8 @@ namespace nuv::zero::xmi {
 /// others, `//@feature.N/@other` or `/N/@feature.M` below. An iD value that several elements share
 /// identifies none of them, and they go by their paths. Identities are unique in a file.
 ///
-/// An unchanging model may be asked by several threads at once. A model that was moved from can only
-/// be destroyed and assigned to.
+/// An unchanging model may be asked by several threads at once. A model that was moved from can
+/// only be destroyed and assigned to.
 class LoadedModel {
   public:
     const memory::Model& model() const noexcept { return model_; }

@@ -95,9 +95,9 @@ void ReferenceResolver::attempt(const Action& action) {
     } catch (const Misfit& misfit) {
         if (findings_ == nullptr) throw;
         const Node other = misfit.kind().other;
-        findings_->add(misfit, {targets_.contents[place_.node].offset, place_.element,
-                                other == noNode ? FileFindings::nothing
-                                                : targets_.contents[other].offset});
+        findings_->add(misfit,
+                       {targets_.contents[place_.node].offset, place_.element,
+                        other == noNode ? FileFindings::nothing : targets_.contents[other].offset});
     }
 }
 
@@ -184,8 +184,7 @@ ReferenceResolver::Index ReferenceResolver::targetOfId(std::string_view id) {
     bool isAmbiguous = shared != TextTable::none;
     if (isAmbiguous) sharedAskedFor_.insert(shared);
     if (!isAmbiguous && !loaded_.namedClasses_.empty()) {
-        const auto named =
-            loaded_.contentIndex().byNameAndClass(loaded_.contentElements(), id);
+        const auto named = loaded_.contentIndex().byNameAndClass(loaded_.contentElements(), id);
         if (named.element != ContentIndex::none) return named.element;
         isAmbiguous = named.isAmbiguous;
     }
@@ -320,9 +319,9 @@ bool ReferenceResolver::meansThisFile(std::string_view file) {
 void ReferenceResolver::fail(Finding::Reason reason, std::string_view reference,
                              const std::string& text, Node other) const {
     const meta::Property& property = feature_->property;
-    throw Misfit(
-        place_.node,
-        {reason, weightOf(property), nameOf(property), std::string(reference), other}, text);
+    throw Misfit(place_.node,
+                 {reason, weightOf(property), nameOf(property), std::string(reference), other},
+                 text);
 }
 
 }  // namespace nuv::zero::xmi

@@ -157,7 +157,9 @@ void XmiBuilder::leaveOut(const Misfit& misfit) {
 void XmiBuilder::text(std::string_view part) {
     if (unseen_ != 0) return;
     Open& around = open_.back();
-    if (around.role == Role::Value || around.role == Role::References) {
+    const bool isKept = around.role == Role::Value || around.role == Role::References ||
+                        (around.role == Role::Element && around.feature != nullptr);
+    if (isKept) {
         text_.append(part);
         return;
     }
@@ -202,15 +204,20 @@ void XmiBuilder::leave() {
 void XmiBuilder::close(const Open& closed) {
     if (closed.role == Role::Element) {
         closeElement(closed);
+        if (closed.feature != nullptr && !isBlank(text_)) addText(closed);
     } else if (closed.role == Role::Value) {
-        const Feature& feature = *closed.feature;
-        if (feature.isSingle) {
-            refuseSecondValue(closed.node, loaded_.elements_[closed.element], feature.property);
-        }
-        elements_.addValue(closed.node, closed.element, feature, text_);
+        addText(closed);
     } else if (closed.role == Role::References) {
         references_.addList({closed.node, closed.element, closed.feature->number}, text_);
     }
+}
+
+void XmiBuilder::addText(const Open& closed) {
+    const Feature& feature = *closed.feature;
+    if (feature.isSingle) {
+        refuseSecondValue(closed.node, loaded_.elements_[closed.element], feature.property);
+    }
+    elements_.addValue(closed.node, closed.element, feature, text_);
 }
 
 void XmiBuilder::closeElement(const Open& closed) {
@@ -260,10 +267,9 @@ XmiBuilder::Open& XmiBuilder::push(Node node, NameId name, Role role, Index elem
 void XmiBuilder::failInside(const Open& parent) const {
     const meta::Property& property = parent.feature->property;
     if (parent.role == Role::Value) {
-        throw Misfit(
-            parent.node,
-            {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong, nameOf(property)},
-            "the value of " + nameOf(property) + " is no text");
+        throw Misfit(parent.node,
+                     {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong, nameOf(property)},
+                     "the value of " + nameOf(property) + " is no text");
     }
     throw Misfit(parent.node,
                  {Misfit::Reason::NoFit, Misfit::Weight::ContentsLost, nameOf(property)},
@@ -295,6 +301,8 @@ void XmiBuilder::openRoot(Node node, const XmlStart& start) {
 }
 
 void XmiBuilder::openChild(Node node, const XmlStart& start, const Open& parent) {
+    // The texts of such elements are values as long as no others stand inside.
+    open_.back().feature = nullptr;
     const FileNames::Child child = meanings_.child(node, start, *parent.type);
     const Index owner = parent.element;
     if (child.feature != nullptr) {
@@ -379,6 +387,8 @@ void XmiBuilder::create(Node node, const XmlStart& start, const KnownClass& type
     opened.isStep = true;
     opened.type = &type;
     opened.firstChild = elements_.waiting();
+    opened.feature = meanings_.text(type);
+    if (opened.feature != nullptr) text_.clear();
     addAttributes(node, start, index, type);
 }
 
