@@ -14,18 +14,15 @@ namespace model_walk {
 /// An element of an answer.
 struct ElementAnswer {
     nuv::zero::ModelElement element;
-    /// How deep in a tree of answers it stands.
-    std::size_t depth = 0;
 };
 
 /// A link of an answer, and which of its ends the answer is about.
 struct LinkAnswer {
     nuv::zero::traversal::Link link;
     bool isAboutSource = false;
+    /// How many links there are in front of it.
     std::size_t depth = 0;
-    /// Whether the element was an answer before.
-    bool isRepeated = false;
-    /// Whether the depth is a distance that was asked for.
+    /// Whether the depth is what was asked for.
     bool showsDistance = false;
     /// What is to be said of it besides.
     std::string note = {};

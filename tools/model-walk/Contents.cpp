@@ -13,7 +13,7 @@ Outcome contents(const Asked& asked) {
         asked.hasElements() ? asked.elements() : asked.project.roots();
     auto walk = links(Spec::compositionTraversal()->depthFirst(starts));
     for (const Link& link : walk) {
-        asked.answers.tell(LinkAnswer{link, false, walk.depth(), !link.shouldCascade()});
+        asked.answers.tell(LinkAnswer{link, false, walk.depth()});
     }
     const auto isGoneThrough = [&](const ModelElement& source, const Property& property) {
         return walk.hasEntered(source) && property && property->isComposite();

@@ -39,11 +39,11 @@ Outcome depends(const Asked& asked) {
     LinkRange walk = links(result);
     for (const Link& link : walk) {
         if (showsInner && walk.meeting() != Meeting::Boundary) {
-            asked.answers.tell(LinkAnswer{link, false, walk.depth(), !link.shouldCascade()});
+            asked.answers.tell(LinkAnswer{link, false, walk.depth()});
         }
     }
     for (const Link& link : boundaries.neverEntered(walk)) {
-        asked.answers.tell(LinkAnswer{link, false, 1, false, false, showsInner ? "leaves" : ""});
+        asked.answers.tell(LinkAnswer{link, false, 1, false, showsInner ? "leaves" : ""});
     }
     const auto isGoneThrough = [&](const ModelElement& source, const Property& /*property*/) {
         return walk.hasEntered(source);

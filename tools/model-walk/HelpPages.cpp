@@ -24,7 +24,9 @@ std::string namesOf(const OptionEntry& entry) {
 
 std::string optionText(Option option) {
     const OptionEntry& entry = table::entryOf(option);
-    std::string text = "  " + padded(namesOf(entry), optionColumn - 2);
+    const std::string names = namesOf(entry);
+    std::string text = "  " + padded(names, optionColumn - 2);
+    if (names.size() + 3 > optionColumn) text += "\n" + std::string(optionColumn, ' ');
     text += wrapped(std::string(entry.help) + (entry.mayBeRepeated ? "; may be repeated" : ""),
                     optionColumn) +
             "\n";

@@ -63,7 +63,8 @@ std::string stringBehind(std::string_view object, std::string_view key) {
         if (stop == std::string_view::npos) return {};
         take(object.substr(at, stop - at));
         at = stop;
-        if (object[at] != '\\' || at + 1 >= object.size()) continue;
+        if (object[at] == '"') continue;
+        if (at + 1 == object.size()) return {};
         constexpr std::string_view letters = "bfnrt";
         constexpr std::string_view meant = "\b\f\n\r\t";
         const std::size_t letter = letters.find(object[at + 1]);

@@ -139,8 +139,7 @@ std::string JsonAnswers::about(const ModelElement& element) const {
 }
 
 void JsonAnswers::onElement(const ElementAnswer& answer) {
-    sink_.line("{" + about(answer.element) + "," + member("depth", std::to_string(answer.depth)) +
-               "}");
+    sink_.line("{" + about(answer.element) + "}");
 }
 
 void JsonAnswers::onLink(const LinkAnswer& answer) {

@@ -67,6 +67,15 @@ xmi::FileRoots rootsOf(const CommandLine& line, const std::string& ownFolder) {
     return roots;
 }
 
+/// A place as it stands in addresses: escaped, and without the sign that ends it there.
+std::string textOf(const std::string& root, const std::string& path) {
+    std::string text = escaped(path);
+    for (std::size_t hash = text.find('#'); hash != std::string::npos; hash = text.find('#')) {
+        text.replace(hash, 1, "\\u{23}");
+    }
+    return root + ":" + text;
+}
+
 xmi::Finding findingOf(const xmi::ModelSetFinding& found) {
     using Kind = xmi::ModelSetFinding::Kind;
     using Reason = xmi::Finding::Reason;
@@ -99,6 +108,8 @@ class Project::Loaded {
 
     const xmi::LoadedModel& ownModel() const { return single ? *single : set->model(0); }
     std::string identityOf(const ModelElement& element) const;
+    /// The element of a file by its place and fragment, both escaped; null where there is none.
+    ModelElement elementIn(const std::string& place, const std::string& fragment) const;
 
     xmi::ReadOptions options;
     xmi::LoadedMetamodel metamodel;
@@ -132,10 +143,6 @@ xmi::ReadOptions readOptionsOf(const CommandLine& line) {
 
 Project::Loaded::Loaded(const CommandLine& line, bool isStrict)
     : options(readOptionsOf(line)), metamodel(metamodelOf(line, options)) {
-    if (line.operands().empty()) {
-        throw UsageError("the model is missing; see model-walk help " +
-                         std::string(line.entry().name));
-    }
     const bool isAlone =
         isStrict || line.has(Option::SkipCrossFile) || line.value(Option::Load) == "given";
     const std::string& file = line.operands().front();
@@ -197,7 +204,21 @@ std::string Project::Loaded::identityOf(const ModelElement& element) const {
     return identity ? identity->fragment : std::string();
 }
 
+ModelElement Project::Loaded::elementIn(const std::string& place,
+                                        const std::string& fragment) const {
+    for (std::size_t i = 0; i < set->fileCount(); ++i) {
+        if (textOf(set->roots().name(set->place(i).root), set->place(i).path) == place) {
+            return set->model(i).find(unescaped(fragment));
+        }
+    }
+    return {};
+}
+
 Project::Project(const CommandLine& line) {
+    if (line.operands().empty()) {
+        throw UsageError("the model is missing; see model-walk help " +
+                         std::string(line.entry().name));
+    }
     const Progress progress(line);
     loaded_ = std::make_unique<Loaded>(line, false);
 }
@@ -241,20 +262,15 @@ std::string Project::placeOf(const ModelElement& element) const {
     if (loaded_->single) return loaded_->files.front().place;
     const auto identity = loaded_->set->identity(element);
     if (!identity) return {};
-    std::string path = escaped(identity->path);
-    for (std::size_t hash = path.find('#'); hash != std::string::npos; hash = path.find('#')) {
-        path.replace(hash, 1, "\\u{23}");
-    }
-    return identity->root + ":" + path;
+    return textOf(identity->root, identity->path);
 }
 
 ModelElement Project::find(const std::string& address) const {
     const std::size_t colon = address.find(':');
     const std::size_t hash = address.find('#', colon == std::string::npos ? 0 : colon);
     if (loaded_->set && colon != std::string::npos && hash != std::string::npos) {
-        const std::string whole =
-            unescaped(address.substr(0, hash)) + "#" + unescaped(address.substr(hash + 1));
-        const ModelElement found = loaded_->set->find(whole);
+        const ModelElement found =
+            loaded_->elementIn(address.substr(0, hash), address.substr(hash + 1));
         if (found) return found;
     }
     const std::string fragment = address.starts_with('#') ? address.substr(1) : address;

@@ -57,7 +57,7 @@ Outcome near(const Asked& asked) {
     const std::size_t most = asked.line.number(Option::Steps).value_or(1);
     std::unordered_set<ModelElement> gone;
     const auto tell = [&](const Link& link, bool isBackwards, std::size_t distance) {
-        asked.answers.tell(LinkAnswer{link, isBackwards, distance, false, true});
+        asked.answers.tell(LinkAnswer{link, isBackwards, distance, true});
     };
     if (asked.line.has(Option::Undirected)) {
         Surroundings(asked.project, starts).forEachStep(most, gone, [&](const Step& step) {

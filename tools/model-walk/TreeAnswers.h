@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "Answers.h"
@@ -11,8 +12,9 @@
 
 namespace model_walk {
 
-/// Draws the answers as a tree with lines. Which of its siblings is the last is known only when all
-/// were told, so it keeps them until then.
+/// Draws the answers as a tree with lines: a link below the element that it comes from, wherever
+/// that one was shown. An element that was shown before is marked and not drawn again. Which
+/// sibling is the last is known only when all were told, so it keeps them until then.
 class TreeAnswers final : public Answers {
   public:
     /// REQUIRES: labels and sink outlive the answers.
@@ -23,21 +25,33 @@ class TreeAnswers final : public Answers {
 
   private:
     struct Entry {
-        std::size_t depth;
         std::string text;
-        bool isRepeated;
-        bool isLast = true;
+        std::vector<std::size_t> below;
+    };
+    /// The entry that is drawn next, and what stands in front of it.
+    struct Turn {
+        std::size_t entry;
+        std::size_t depth;
+        std::string lines;
+        bool isLast;
     };
 
     void onElement(const ElementAnswer& answer) override;
     void onLink(const LinkAnswer& answer) override;
     void onFact(const FactAnswer& answer) override;
-    void findLastOnes();
+    /// The entry of an element; it gets one at the top where it has none.
+    std::size_t entryOf(const nuv::zero::ModelElement& element);
+    std::string textOf(const nuv::zero::ModelElement& element, const std::string& front,
+                       const std::string& behind) const;
+    void draw(const Turn& turn);
 
     const Labels& labels_;
     Terminal terminal_;
     Sink& sink_;
     std::vector<Entry> entries_;
+    std::vector<std::size_t> top_;
+    std::unordered_map<nuv::zero::ModelElement, std::size_t> shown_;
+    bool hasRepeats_ = false;
 };
 
 }  // namespace model_walk

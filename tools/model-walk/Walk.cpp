@@ -10,13 +10,11 @@ using nuv::zero::ModelElement;
 using nuv::zero::meta::Property;
 using nuv::zero::traversal::Link;
 using nuv::zero::traversal::links;
-using nuv::zero::traversal::Meeting;
 using nuv::zero::traversal::ResultSetup;
 
 Outcome walk(const Asked& asked) {
-    if (asked.line.value(Option::Format) == "tree" && asked.line.value(Option::Order) != "pre") {
-        throw UsageError(
-            "--format tree needs --order pre: a tree has what is below a link behind it");
+    if (asked.line.value(Option::Format) == "tree" && asked.line.value(Option::Order) == "post") {
+        throw UsageError("--format tree needs another --order: post has what is below in front");
     }
     const Rules rules(asked.line, asked.names);
     const bool hasIdleRule = tellIdleRules(asked, rules);
@@ -30,8 +28,7 @@ Outcome walk(const Asked& asked) {
     auto walk = links(result);
     for (const Link& link : walk) {
         hasLink = hasLink || link.getProperty();
-        const bool isRepeated = !link.shouldCascade() && walk.meeting() != Meeting::Boundary;
-        asked.answers.tell(LinkAnswer{link, false, walk.depth(), isRepeated});
+        asked.answers.tell(LinkAnswer{link, false, walk.depth()});
     }
     const auto isGoneThrough = [&](const ModelElement& source, const Property& property) {
         return walk.hasEntered(source) && rules.isFollowed(source->getClass(), property);

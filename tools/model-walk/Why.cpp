@@ -86,8 +86,7 @@ Outcome whyNot(const Asked& asked) {
         return {};
     }
     for (const MissedLink& missed : answer.links) {
-        asked.answers.tell(
-            LinkAnswer{missed.link, true, missed.distance, false, false, reasonOf(missed)});
+        asked.answers.tell(LinkAnswer{missed.link, true, missed.distance, false, reasonOf(missed)});
     }
     if (answer.links.empty()) {
         std::cerr << "model-walk: none of the " << answer.enteredCount
