@@ -25,7 +25,7 @@ Outcome incoming(const Asked& asked) {
     forEachLinkTo(asked.project, meant, [&](const Link& link) {
         if (isWanted(link)) asked.answers.tell(LinkAnswer{link, true});
     });
-    return {Losses(asked.line, asked.project).hasLostContents()};
+    return {Losses(asked.line, asked.project).mayLeadTo(meant)};
 }
 
 Outcome impact(const Asked& asked) {
@@ -35,7 +35,7 @@ Outcome impact(const Asked& asked) {
             !link.getProperty()->isComposite() && !deleted.contains(link.getSource());
         if (isBroken) asked.answers.tell(LinkAnswer{link, true});
     });
-    return {Losses(asked.line, asked.project).hasLostContents()};
+    return {Losses(asked.line, asked.project).mayLeadTo(deleted)};
 }
 
 }  // namespace model_walk

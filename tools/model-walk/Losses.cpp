@@ -10,6 +10,14 @@ using nuv::zero::ModelElement;
 using nuv::zero::meta::Property;
 using nuv::zero::xmi::Finding;
 
+namespace {
+
+std::string lastStep(const std::string& path) {
+    return path.substr(path.find_last_of("/:") + 1);
+}
+
+}  // namespace
+
 Losses::Losses(const CommandLine& line, const Project& project) : project_(project) {
     const std::vector<std::string>& prefixes = line.values(Option::ExpectUnresolved);
     for (const Finding& each : project.findings()) {
@@ -32,6 +40,18 @@ bool Losses::hasLostContents() const {
     return std::any_of(unexpected_.begin(), unexpected_.end(), [](const Finding* each) {
         return each->weight == Finding::Weight::ContentsLost;
     });
+}
+
+bool Losses::mayLeadTo(const std::unordered_set<ModelElement>& elements) const {
+    std::unordered_set<std::string> names;
+    for (const ModelElement& each : elements) names.insert(lastStep(project_.placeOf(each)));
+    return hasLostContents() ||
+           std::any_of(unexpected_.begin(), unexpected_.end(), [&](const Finding* each) {
+               const std::string file = each->reference.substr(0, each->reference.find('#'));
+               return each->reason == Finding::Reason::AmbiguousElement ||
+                      (each->reason == Finding::Reason::MissingFile &&
+                       names.contains(lastStep(file)));
+           });
 }
 
 bool Losses::isLostFrom(

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <unordered_set>
 #include <vector>
 
 #include "CommandLine.h"
@@ -20,6 +21,9 @@ class Losses {
     std::size_t expectedCount() const noexcept { return expected_; }
     /// Whether elements are missing, wherever.
     bool hasLostContents() const;
+    /// Whether a reference to one of the elements may be missing: with lost contents, or because it
+    /// leads into a file that was not found and is called as the element's file is.
+    bool mayLeadTo(const std::unordered_set<nuv::zero::ModelElement>& elements) const;
     /// Whether something is missing behind a property of an element that the answer would have gone
     /// through. An element that is not known may be any.
     bool isLostFrom(

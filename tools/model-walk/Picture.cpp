@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <map>
 #include <set>
 #include <string_view>
@@ -12,16 +13,16 @@
 namespace model_walk {
 namespace {
 
-/// Light enough for black text.
-constexpr std::array<std::string_view, 16> colours = {
-    "#cfe2ff", "#d8f3dc", "#ffe8b6", "#f8d7da", "#e2d9f3", "#d2f4ea", "#fde2cd", "#dee2e6",
-    "#cff4fc", "#f7d6e6", "#e9f5c9", "#e0cffc", "#f1dfc3", "#c9ecec", "#ffd9ec", "#dbe7d0"};
-
-/// A sum of its own: that of the standard library differs from one to the next.
-std::string_view colourOf(std::string_view type) {
+/// Hue, saturation and brightness, light enough for black text. A sum of its own: that of the
+/// standard library differs from one to the next.
+std::string colourOf(std::string_view type) {
     std::uint32_t sum = 2166136261U;
     for (const char each : type) sum = (sum ^ static_cast<unsigned char>(each)) * 16777619U;
-    return colours[sum % colours.size()];
+    std::array<char, 32> colour = {};
+    const unsigned hue = sum % 1000;
+    const unsigned saturation = 14 + sum / 1000 % 3 * 8;
+    std::snprintf(colour.data(), colour.size(), "0.%03u 0.%02u 0.98", hue, saturation);
+    return colour.data();
 }
 
 std::string quoted(std::string_view text) {
@@ -112,7 +113,7 @@ class NodeWriter {
         std::string label = quoted(node.type + "\n" + name);
         label.replace(label.find('\n'), 1, "\\n");
         return "n" + std::to_string(number) + " [label=" + label + ", fillcolor=\"" +
-               std::string(colourOf(node.type)) + "\"" + (node.isInput ? ", penwidth=2.5" : "") +
+               colourOf(node.type) + "\"" + (node.isInput ? ", penwidth=2.5" : "") +
                (node.count > 1 ? ", peripheries=2" : "") + "];\n";
     }
 
@@ -168,6 +169,7 @@ std::string text(const Picture& picture, const PictureOptions& options) {
     std::string result =
         "digraph model {\n"
         "  node [shape=box, style=\"filled,rounded\", fontname=\"sans-serif\", fontsize=10];\n"
+        "  graph [fontname=\"sans-serif\", fontsize=10];\n"
         "  edge [fontname=\"sans-serif\", fontsize=8];\n";
     result += NodeWriter(picture, count, options.hasClusters).write();
     for (const Picture::Edge& edge : picture.edges) {

@@ -67,10 +67,10 @@ Outcome near(const Asked& asked) {
         const auto result = Spec::subtractiveTraversal()->breadthFirst(starts);
         // In a picture all links are wanted, not only those that lead to something new.
         const bool isPicture = asked.line.value(Option::Format) == "dot";
-        ResultSetup(result).upTo(most).onEnterElement(
-            [&](const ModelElement& element) { gone.insert(element); });
+        ResultSetup(result).upTo(most);
         auto walk = links(result);
         for (const Link& link : walk) {
+            if (walk.depth() < most) gone.insert(link.getTarget());
             if (link.shouldCascade() || isPicture) tell(link, false, walk.depth());
         }
     }
