@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace nuv::zero::xmi {
 
@@ -17,21 +18,30 @@ class ByteSource {
     ByteSource& operator=(const ByteSource&) = delete;
     virtual ~ByteSource();
 
-    virtual std::size_t size() const noexcept = 0;
+    /// Throws `ReadError` when they cannot be read.
+    virtual std::size_t size() = 0;
     /// Copies bytes and says how many. Fewer than wanted mean the end: that of the source, or of a
     /// file that was cut off meanwhile. Throws `ReadError` when they cannot be read.
     virtual std::size_t read(std::size_t from, char* into, std::size_t wanted) = 0;
 };
 
-/// Bytes that are at hand, and stay there.
+/// All bytes of a source. Throws as reading does.
+std::string allBytes(ByteSource& source);
+
+/// Bytes that are at hand.
 class TextSource final : public ByteSource {
   public:
+    /// REQUIRES: the bytes outlive the source.
     explicit TextSource(std::string_view bytes) : bytes_(bytes) {}
-    std::size_t size() const noexcept override { return bytes_.size(); }
+    /// The same for bytes that are kept alive.
+    explicit TextSource(std::shared_ptr<const std::string> bytes)
+        : bytes_(*bytes), kept_(std::move(bytes)) {}
+    std::size_t size() override { return bytes_.size(); }
     std::size_t read(std::size_t from, char* into, std::size_t wanted) override;
 
   private:
     std::string_view bytes_;
+    std::shared_ptr<const std::string> kept_;
 };
 
 struct FileClosing {
@@ -50,7 +60,7 @@ class FileSource final : public ByteSource {
     FileSource(const std::string& path, FilePointer file, std::size_t limit);
     ~FileSource() override;
 
-    std::size_t size() const noexcept override { return size_; }
+    std::size_t size() override { return size_; }
     std::size_t read(std::size_t from, char* into, std::size_t wanted) override;
 
   private:

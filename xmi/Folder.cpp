@@ -1,17 +1,21 @@
 #include "xmi/Folder.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <utility>
 #include <vector>
 
+#include "xmi/FilePaths.h"
 #include "xmi/ReadError.h"
 
 namespace nuv::zero::xmi {
@@ -72,7 +76,125 @@ bool isLinkRefused(int code) {
     return code == ELOOP || code == EMLINK;
 }
 
+struct FolderClosing {
+    void operator()(DIR* folder) const noexcept { closedir(folder); }
+};
+
+/// Whether a folder is one of those that others do not want to be read, or gone.
+bool isLeftOut(int code) {
+    return code == EACCES || code == EPERM || code == ENOENT || code == ENOTDIR ||
+           isLinkRefused(code);
+}
+
+/// The names of what is in a folder, in the order of their bytes, but not many more than the limit.
+/// Nothing where it cannot be read, and the reason why.
+Steps namesIn(int folder, std::size_t limit, int& code) {
+    Steps names;
+    // Reading moves the place of a descriptor and of all that share it.
+    const int own = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const std::unique_ptr<DIR, FolderClosing> opened(own < 0 ? nullptr : fdopendir(own));
+    if (!opened) {
+        code = errno;
+        if (own >= 0) close(own);
+        return names;
+    }
+    errno = 0;
+    while (const dirent* const entry = readdir(opened.get())) {
+        const std::string_view name = &entry->d_name[0];
+        if (name == "." || name == "..") continue;
+        names.emplace_back(name);
+        if (names.size() > limit) break;
+        errno = 0;
+    }
+    code = names.size() > limit ? 0 : errno;
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 }  // namespace
+
+/// Goes through a folder and those in it, each of which is open only as long as it is gone through.
+class Folder::Listing {
+  public:
+    Listing(const Folder& folder, std::size_t limit) : folder_(folder), limit_(limit) {}
+
+    std::vector<std::string> files() {
+        enter(folder_.descriptor_->number(), Descriptor(-1), {});
+        while (!levels_.empty()) {
+            Level& level = levels_.back();
+            if (level.names.empty()) {
+                levels_.pop_back();
+                continue;
+            }
+            const std::string name = std::move(level.names.back());
+            level.names.pop_back();
+            take(level, name);
+        }
+        std::sort(files_.begin(), files_.end());
+        return std::move(files_);
+    }
+
+  private:
+    static constexpr std::size_t mostLevels = 100;
+
+    struct Level {
+        int number;
+        Descriptor own;
+        /// With a slash at the end.
+        std::string path;
+        /// What is still to be looked at, the next one at the end.
+        Steps names;
+    };
+
+    void enter(int number, Descriptor own, std::string path) {
+        if (levels_.size() > mostLevels) {
+            throw ReadError(folder_.path_, {},
+                            "holds folders nested deeper than " + std::to_string(mostLevels) +
+                                " levels: " + inQuotes(path));
+        }
+        int code = 0;
+        Steps names = namesIn(number, limit_ - seen_, code);
+        checkReading(code, path);
+        if (names.size() > limit_ - seen_) {
+            throw ReadError(folder_.path_, {}, tooMany(limit_));
+        }
+        seen_ += names.size();
+        std::reverse(names.begin(), names.end());
+        levels_.push_back({number, std::move(own), std::move(path), std::move(names)});
+    }
+
+    void take(const Level& level, const std::string& name) {
+        struct stat kind {};
+        if (fstatat(level.number, name.c_str(), &kind, AT_SYMLINK_NOFOLLOW) != 0) return;
+        std::string path = level.path + name;
+        if (S_ISREG(kind.st_mode)) {
+            files_.push_back(std::move(path));
+        } else if (S_ISDIR(kind.st_mode)) {
+            Descriptor folder(openat(level.number, name.c_str(),
+                                     O_RDONLY | O_NOFOLLOW | O_DIRECTORY | O_CLOEXEC));
+            const int code = errno;
+            const int number = folder.number();
+            path += '/';
+            if (folder.isOpen()) {
+                enter(number, std::move(folder), std::move(path));
+            } else {
+                checkReading(code, path);
+            }
+        }
+    }
+
+    void checkReading(int code, const std::string& path) const {
+        if (code == 0 || isLeftOut(code)) return;
+        if (code == ENOMEM) throw std::bad_alloc();
+        throw ReadError(folder_.path_ + "/" + path, {}, "cannot be read: " + systemReason(code));
+    }
+
+    const Folder& folder_;
+    std::size_t limit_;
+    std::size_t seen_ = 0;
+    std::vector<Level> levels_;
+    std::vector<std::string> files_;
+};
 
 Folder::Folder(const std::string& path) {
     const int number = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -80,17 +202,21 @@ Folder::Folder(const std::string& path) {
         throw ReadError(path, {}, "cannot be opened as a folder: " + systemReason(errno));
     }
     Descriptor opened(number);
-    descriptor_ = std::make_shared<const Descriptor>(std::move(opened));
+    descriptor_ = std::make_unique<const Descriptor>(std::move(opened));
     std::error_code error;
     path_ = std::filesystem::canonical(path, error).string();
     if (error) throw ReadError(path, {}, "cannot be opened as a folder: " + error.message());
 }
 
-Folder::Opening Folder::open(std::string_view path) const {
+Folder::~Folder() = default;
+
+FileTree::Opening Folder::open(std::string_view path, std::size_t limit) const {
     Opening result;
     const auto ended = [&](Outcome outcome, int code = 0) {
         result.outcome = outcome;
-        if (outcome == Outcome::Refused) result.reason = systemReason(code);
+        if (outcome == Outcome::Refused) {
+            result.reason = "cannot be opened: " + systemReason(code);
+        }
         return std::move(result);
     };
     if (path.starts_with('/')) return ended(Outcome::Outside);
@@ -125,10 +251,9 @@ Folder::Opening Folder::open(std::string_view path) const {
             if (length < 0 || ++links > mostLinks) return ended(Outcome::Refused, ELOOP);
             std::string_view linked(target.data(), static_cast<std::size_t>(length));
             if (linked.starts_with('/')) {
-                const bool comesBack =
-                    linked.starts_with(path_) && linked.substr(path_.size()).starts_with('/');
-                if (!comesBack) return ended(Outcome::Outside);
-                linked.remove_prefix(path_.size());
+                const auto below = pathBelow(path_, linked);
+                if (!below) return ended(Outcome::Outside);
+                linked = *below;
                 way.clear();
                 names.clear();
             }
@@ -144,16 +269,28 @@ Folder::Opening Folder::open(std::string_view path) const {
         }
         if (!steps.empty()) return ended(Outcome::Missing);
         if (!S_ISREG(kind.st_mode)) return ended(Outcome::NoFile);
-        result.file.reset(fdopen(next.number(), "rb"));
-        if (!result.file) throw std::bad_alloc();
-        next.release();
         for (const std::string& each : names) {
             if (!result.path.empty()) result.path += '/';
             result.path += each;
         }
+        FilePointer file(fdopen(next.number(), "rb"));
+        if (!file) throw std::bad_alloc();
+        next.release();
+        try {
+            result.bytes =
+                std::make_unique<FileSource>(path_ + "/" + result.path, std::move(file), limit);
+        } catch (const ReadError& error) {
+            result.outcome = Outcome::Refused;
+            result.reason = error.reason();
+            return result;
+        }
         return ended(Outcome::Opened);
     }
     return ended(Outcome::NoFile);
+}
+
+std::vector<std::string> Folder::files(std::size_t limit) const {
+    return Listing(*this, limit).files();
 }
 
 }  // namespace nuv::zero::xmi

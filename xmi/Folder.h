@@ -1,65 +1,46 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "xmi/ByteSource.h"
+#include "xmi/FileTree.h"
 
 namespace nuv::zero::xmi {
 
 /// A folder in which files are opened, and outside of which none are.
 ///
 ///     const Folder folder("models");
-///     Folder::Opening opening = folder.open("libraries/../system.xmi");
-///     if (opening.file) std::cout << opening.path;    // system.xmi
+///     FileTree::Opening opening = folder.open("libraries/../system.xmi", limits::fileBytes);
+///     if (opening.bytes) std::cout << opening.path;    // system.xmi
 ///
 /// Files name other files, and a file from somewhere else may name anything: absolute paths, paths
 /// that climb, links that lead out. Checking a path before opening it does not help, because
 /// somebody may change a link in between. So every step of a path is taken by itself, from the
 /// folder that was opened before; a link is read and its steps are taken instead of it.
 ///
-/// A copy opens the same folder, also when it was given another name since. May be used by several
-/// threads at once.
-class Folder {
+/// It stays the same folder when it is given another name. What was opened stays the same file when
+/// another takes its place. May be used by several threads at once.
+class Folder final : public FileTree {
   public:
-    enum class Outcome : std::uint8_t {
-        Opened,
-        /// There is nothing of that name.
-        Missing,
-        /// The way leads out of the folder.
-        Outside,
-        /// A folder, a pipe or a device.
-        NoFile,
-        /// The system refuses, for want of rights for example.
-        Refused,
-    };
-    /// What came of opening a file.
-    struct Opening {
-        Outcome outcome = Outcome::Missing;
-        /// Null unless it was opened.
-        FilePointer file;
-        /// The way to the file without detours and links. Two spellings of one file have one path.
-        std::string path;
-        /// Why the system refuses, in its own words.
-        std::string reason;
-    };
-
     /// Throws `ReadError` when there is no such folder, or it cannot be opened.
     explicit Folder(const std::string& path);
+    ~Folder() override;
 
-    /// The folder's own path without detours and links, as it was when it was opened.
-    const std::string& path() const noexcept { return path_; }
-
-    /// Opens a file by its path from here; steps are separated by `/`. Throws `std::bad_alloc`
-    /// only.
-    Opening open(std::string_view path) const;
+    /// Its own path without detours and links, as it was when it was opened.
+    const std::string& location() const noexcept override { return path_; }
+    std::string_view systemPath() const noexcept override { return path_; }
+    Opening open(std::string_view path, std::size_t limit) const override;
+    /// Throws `ReadError` as well when folders are nested deeper than 100 levels.
+    std::vector<std::string> files(std::size_t limit) const override;
 
   private:
     class Descriptor;
+    class Listing;
 
-    std::shared_ptr<const Descriptor> descriptor_;
+    std::unique_ptr<const Descriptor> descriptor_;
     std::string path_;
 };
 

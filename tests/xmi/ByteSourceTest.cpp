@@ -8,6 +8,7 @@
 #include <string>
 #include <thread>
 
+#include "tests/xmi/FolderTree.h"
 #include "tests/xmi/ReaderFixture.h"
 
 namespace nuv::zero::xmi::test {
@@ -21,12 +22,6 @@ constexpr std::size_t noLimit = std::size_t{1} << 30U;
 std::string longText() {
     std::string text;
     for (int i = 0; text.size() < 300'000; ++i) text += std::to_string(i) + ' ';
-    return text;
-}
-
-std::string contentOf(ByteSource& source) {
-    std::string text(source.size() + 10, '?');
-    text.resize(source.read(0, text.data(), text.size()));
     return text;
 }
 
@@ -59,6 +54,13 @@ TEST_F(ByteSourceTest, FilesAndTextsAreReadFromAnyPlace) {
             }
         }
     }
+}
+
+TEST_F(ByteSourceTest, SharedTextsAreKept) {
+    auto text = std::make_shared<const std::string>(longText());
+    TextSource source(text);
+    text.reset();
+    EXPECT_EQ(contentOf(source), longText());
 }
 
 TEST_F(ByteSourceTest, FilesAsLongAsTheLimitAreReadAndLongerOnesAreRefused) {

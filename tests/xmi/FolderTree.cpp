@@ -39,4 +39,27 @@ std::string FolderTree::path(const std::string& below) const {
     return (below.empty() ? folder_ : folder_ / below).string();
 }
 
+std::string opened(const FileTree& tree, std::string_view path, std::size_t limit) {
+    const FileTree::Opening opening = tree.open(path, limit);
+    switch (opening.outcome) {
+        case FileTree::Outcome::Missing:
+            return "missing";
+        case FileTree::Outcome::Outside:
+            return "outside";
+        case FileTree::Outcome::NoFile:
+            return "no file";
+        case FileTree::Outcome::Refused:
+            return "refused: " + opening.reason;
+        case FileTree::Outcome::Opened:
+            break;
+    }
+    return opening.path + " = " + contentOf(*opening.bytes);
+}
+
+std::string contentOf(ByteSource& source) {
+    std::string content(source.size() + 10, '?');
+    content.resize(source.read(0, content.data(), content.size()));
+    return content;
+}
+
 }  // namespace nuv::zero::xmi::test

@@ -2,6 +2,9 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
+
+#include "xmi/FileTree.h"
 
 namespace nuv::zero::xmi::test {
 
@@ -22,5 +25,10 @@ class FolderTree {
   private:
     std::filesystem::path folder_;
 };
+
+/// What came of opening a path: the outcome, or the path and the content.
+std::string opened(const FileTree& tree, std::string_view path, std::size_t limit = 1'000);
+/// All bytes of a source.
+std::string contentOf(ByteSource& source);
 
 }  // namespace nuv::zero::xmi::test

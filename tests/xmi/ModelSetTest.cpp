@@ -18,6 +18,13 @@ class ModelSetTest : public testing::Test {
         for (const char* const each : {"model", "one", "two"}) {
             std::filesystem::create_directories(tree_.path(each));
         }
+        tree_.write(
+            "model/p.ecore",
+            package(eClass("Node", attribute("name") + reference("nodes", "Node", contents) +
+                                       reference("core", "Node", containment) +
+                                       reference("to", "Node", many) + reference("type", "Node") +
+                                       reference("other", "Other")) +
+                    eClass("Other")));
     }
 
     FileRoots roots() const {
@@ -34,8 +41,10 @@ class ModelSetTest : public testing::Test {
     }
 
     /// Loads `m.xmi` and says what the set holds: each element with its references, then findings.
-    Lines load(ModelSetLimits limits = {}) const {
-        ModelSet set(metamodel_, roots(), {}, limits);
+    Lines load(const ModelSetLimits& limits = {}) const {
+        LoadOptions options;
+        options.limits = limits;
+        ModelSet set(roots(), options);
         set.load("m.xmi");
         return describe(set);
     }
@@ -44,7 +53,7 @@ class ModelSetTest : public testing::Test {
         Lines lines;
         for (std::size_t file = 0; file < set.fileCount(); ++file) {
             for (const ModelElement& element : set.model(file).elements()) {
-                const std::string identity = set.identity(element)->text();
+                const std::string identity = set.address(element).text();
                 EXPECT_EQ(set.find(identity), element) << identity;
                 std::string line = identity;
                 for (const meta::Property& each : element->getClass()->getAllClassProperties()) {
@@ -53,7 +62,7 @@ class ModelSetTest : public testing::Test {
                 lines.push_back(line);
             }
         }
-        for (const ModelSetFinding& each : set.findings()) lines.push_back(each.text());
+        for (const Finding& each : set.findings()) lines.push_back(each.text());
         return lines;
     }
 
@@ -67,16 +76,18 @@ class ModelSetTest : public testing::Test {
             targets.push_back(access::toElement(value));
         }
         std::string text;
-        for (const ModelElement& each : targets) text += " " + set.identity(each)->text();
+        for (const ModelElement& each : targets) text += " " + set.address(each).text();
         return text.empty() ? text : " " + text::toUtf8(property->getName()) + ":" + text;
     }
 
+    static ModelSetLimits limitsOf(std::size_t files, std::size_t elements) {
+        ModelSetLimits limits;
+        limits.files = files;
+        limits.elements = elements;
+        return limits;
+    }
+
     FolderTree tree_;
-    LoadedMetamodel metamodel_ = metamodelOf(
-        eClass("Node", attribute("name") + reference("nodes", "Node", contents) +
-                           reference("core", "Node", containment) + reference("to", "Node", many) +
-                           reference("type", "Node") + reference("other", "Other")) +
-        eClass("Other"));
 };
 
 TEST_F(ModelSetTest, ReferencesLeadIntoOtherFilesAndBack) {
@@ -131,7 +142,7 @@ TEST_F(ModelSetTest, WhatCannotBeFoundIsLeftOutAndTold) {
     write("one/both.xmi", "");
     tree_.write("secret.xmi", root("Node", ""));
     tree_.link("model/out.xmi", "../secret.xmi");
-    tree_.write("model/bad.xmi", root("Node", "", "<nod/>"));
+    tree_.write("model/bad.xmi", "<a");
     write("model/b.xmi", "");
     write("model/m.xmi", R"(to="none.xmi#/ b.xmi#/ b.xmi#y ../secret.xmi#/ out.xmi#/")",
           "\n<nodes href='platform:/plugin/both.xmi#/'/>\n"
@@ -155,21 +166,23 @@ TEST_F(ModelSetTest, WhatCannotBeFoundIsLeftOutAndTold) {
                "model:m.xmi:4:42: the reference 'b.xmi#/' of Node.other leads to "
                "'model:b.xmi#/' of the class Node, which may not stand there",
                "model:m.xmi:5:1: the reference 'bad.xmi#/' of Node.core leads to a file that "
-               "cannot be read: model:bad.xmi:2:1: the class Node has no feature 'nod'"}));
+               "cannot be read: model:bad.xmi:1:1: unclosed token"}));
 }
 
 TEST_F(ModelSetTest, FindingsSayWhatWasLostAndWhereItWasLookedFor) {
     write("model/m.xmi", R"(to="platform:/plugin/a/b%20c.xmi#x")", "<nodes href='n.xmi#/'/>");
-    ModelSet set(metamodel_, roots());
+    ModelSet set(roots());
     set.load("m.xmi");
     ASSERT_EQ(set.findings().size(), 2U);
-    const ModelSetFinding& reference = set.findings().front();
-    EXPECT_EQ(reference.kind, ModelSetFinding::Kind::Missing);
-    EXPECT_EQ(reference.tried, (Lines{"one:a/b c.xmi", "two:a/b c.xmi"}));
-    EXPECT_FALSE(reference.isContainment);
+    const Finding& reference = set.findings().kept().front();
+    EXPECT_EQ(reference.reason, Finding::Reason::MissingFile);
+    EXPECT_EQ(reference.weight, Finding::Weight::LinkLost);
+    EXPECT_EQ(reference.element, "/");
+    EXPECT_EQ(reference.tried, (Lines{"one:a/b c.xmi", "two:a/b c.xmi", "model:**/a/b c.xmi",
+                                      "one:**/a/b c.xmi", "two:**/a/b c.xmi"}));
     EXPECT_EQ(reference.property, "Node.to");
-    EXPECT_TRUE(set.findings().back().isContainment);
-    EXPECT_EQ(set.findings().back().tried, Lines{"model:n.xmi"});
+    EXPECT_EQ(set.findings().kept().back().weight, Finding::Weight::ContentsLost);
+    EXPECT_EQ(set.findings().kept().back().tried, Lines{"model:n.xmi"});
 }
 
 TEST_F(ModelSetTest, ElementsAreContainedAcrossFilesOnce) {
@@ -220,7 +233,7 @@ TEST_F(ModelSetTest, LoadingAddsToWhatIsLoaded) {
     write("model/m.xmi", R"(to="a.xmi#/")");
     write("model/a.xmi", "");
     write("model/n.xmi", "", "<core href='m.xmi#/'/><type href='a.xmi#/'/>");
-    ModelSet set(metamodel_, roots());
+    ModelSet set(roots());
     const LoadedModel& first = set.load("m.xmi");
     EXPECT_EQ(&set.load("./m.xmi"), &first);
     EXPECT_EQ(set.fileCount(), 2U);
@@ -232,18 +245,17 @@ TEST_F(ModelSetTest, LoadingAddsToWhatIsLoaded) {
 TEST_F(ModelSetTest, AFileThatCannotBeLoadedLeavesTheSetAsItWas) {
     write("model/m.xmi", "");
     tree_.write("model/bad.xmi", "<a");
-    ModelSet set(metamodel_, roots());
+    ModelSet set(roots());
     EXPECT_EQ(errorOf([&] { set.load("none.xmi"); }), "none.xmi: is in none of the file roots");
     EXPECT_EQ(errorOf([&] { set.load("../secret.xmi"); }),
               "../secret.xmi: lies outside of its file root");
-    EXPECT_EQ(errorOf([&] { set.load("bad.xmi"); }),
-              "bad.xmi: cannot be read: model:bad.xmi:1:1: unclosed token");
+    EXPECT_EQ(errorOf([&] { set.load("bad.xmi"); }), "model:bad.xmi:1:1: unclosed token");
     EXPECT_EQ(set.fileCount(), 0U);
     write("model/bad.xmi", "");
     set.load("bad.xmi");
     set.load("m.xmi");
     EXPECT_EQ(describe(set), (Lines{"model:bad.xmi#/", "model:m.xmi#/"}));
-    EXPECT_FALSE(set.identity(ModelElement()));
+    EXPECT_TRUE(set.address(ModelElement()).empty());
     for (const char* const other :
          {"", "model:m.xmi", "m.xmi#/", "other:m.xmi#/", "model:x.xmi#/", "model:m.xmi#x"}) {
         EXPECT_FALSE(set.find(other)) << other;
@@ -254,13 +266,13 @@ TEST_F(ModelSetTest, LimitsHoldForTheWholeSet) {
     write("model/m.xmi", R"(to="a.xmi#/ b.xmi#/")", "<nodes/>");
     write("model/a.xmi", "", "<nodes/>");
     write("model/b.xmi", "");
-    EXPECT_EQ(load({2, 100}).back(),
+    EXPECT_EQ(load(limitsOf(2, 100)).back(),
               "model:m.xmi:1:1: the reference 'b.xmi#/' of Node.to leads to a file that cannot be "
               "read: model:b.xmi: the model has more than 2 files");
-    EXPECT_EQ(load({100, 4}).back(),
+    EXPECT_EQ(load(limitsOf(100, 4)).back(),
               "model:m.xmi:1:1: the reference 'b.xmi#/' of Node.to leads to a file that cannot be "
               "read: model:b.xmi: the model has more than 4 elements");
-    EXPECT_EQ(load({3, 5}).size(), 5U);
+    EXPECT_EQ(load(limitsOf(3, 5)).size(), 5U);
 }
 
 TEST_F(ModelSetTest, ACircleOfManyFilesIsLoaded) {
@@ -270,12 +282,12 @@ TEST_F(ModelSetTest, ACircleOfManyFilesIsLoaded) {
         write("model/" + name(i), "type='" + name((i + 1) % count) + "#/'",
               "<core href='" + name((i + 1) % count) + "#/'/>");
     }
-    ModelSet set(metamodel_, roots());
+    ModelSet set(roots());
     set.load(name(0));
     EXPECT_EQ(set.fileCount(), 300U);
     ASSERT_EQ(set.findings().size(), 1U);
-    EXPECT_EQ(set.findings().front().kind, ModelSetFinding::Kind::ContainedInItself);
-    EXPECT_EQ(set.findings().front().file, "model:" + name(count - 1));
+    EXPECT_EQ(set.findings().kept().front().reason, Finding::Reason::ContainedInItself);
+    EXPECT_EQ(set.findings().kept().front().file, "model:" + name(count - 1));
 }
 
 }  // namespace

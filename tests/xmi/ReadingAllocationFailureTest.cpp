@@ -149,20 +149,20 @@ TEST_P(ReadingAllocationFailureTest, ASetOfFilesIsLoadedOrTheFailurePassesThroug
     tree.write("m.xmi", root("Node", R"(name="m" to="a/n.xmi#/ none.xmi#/")",
                              "<nodes href='a/n.xmi#x'/><nodes name='k'/>"));
     tree.write("a/n.xmi", root("Node", R"(name="n" to="../m.xmi#k")", "<nodes xmi:id='x'/>"));
-    const LoadedMetamodel metamodel = EcoreReader().addText("p.ecore", metamodelText).read();
+    tree.write("p.ecore", metamodelText);
     failEverywhere(
         [&] {
             FileRoots roots;
             roots.add("model", tree.path());
-            ModelSet set(metamodel, std::move(roots));
+            ModelSet set(std::move(roots));
             set.load("m.xmi");
             Lines lines;
             for (std::size_t file = 0; file < set.fileCount(); ++file) {
                 for (const ModelElement& each : set.model(file).elements()) {
-                    lines.push_back(set.identity(each)->text());
+                    lines.push_back(set.address(each).text());
                 }
             }
-            for (const ModelSetFinding& each : set.findings()) lines.push_back(each.text());
+            for (const Finding& each : set.findings()) lines.push_back(each.text());
             return lines;
         },
         "loading a set of files");
@@ -172,12 +172,12 @@ TEST_P(ReadingAllocationFailureTest, ASetIsUsableAfterEachFailure) {
     FolderTree tree;
     tree.write("m.xmi", root("Node", R"(to="n.xmi#/")"));
     tree.write("n.xmi", root("Node", "", "<nodes href='m.xmi#/'/>"));
-    const LoadedMetamodel metamodel = EcoreReader().addText("p.ecore", metamodelText).read();
+    tree.write("p.ecore", metamodelText);
     long points = 0;
     for (bool failed = true; failed; ++points) {
         FileRoots roots;
         roots.add("model", tree.path());
-        ModelSet set(metamodel, std::move(roots));
+        ModelSet set(std::move(roots));
         GetParam().failAt(points + 1);
         try {
             set.load("m.xmi");
@@ -190,7 +190,7 @@ TEST_P(ReadingAllocationFailureTest, ASetIsUsableAfterEachFailure) {
         GetParam().failAt(0);
         if (failed) set.load("m.xmi");
         ASSERT_EQ(set.fileCount(), 2U) << "allocation " << points + 1;
-        ASSERT_TRUE(set.findings().empty()) << set.findings().front().text();
+        ASSERT_TRUE(set.findings().empty()) << set.findings().kept().front().text();
     }
     recordPoints(points - 1, std::string("failing allocations of ") + GetParam().name +
                                  " in loading a set again");

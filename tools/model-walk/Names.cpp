@@ -104,7 +104,7 @@ Property Names::propertyNamed(const Class& type, const std::string& name) const 
 }
 
 std::vector<Class> Names::classes() const {
-    return metamodel_.metamodel().classes();
+    return metamodel_.classes();
 }
 
 std::string Names::nameOf(const Class& type) const {
