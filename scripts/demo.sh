@@ -56,22 +56,21 @@ picture() {
 
 echo
 echo "== A fleet of drones: three files are one model, and a fourth is missing"
-system=examples/models/system.ecore
 fleet=examples/models/fleet.xmi
 battery=model:drone.xmi#battery
-ask info -m $system $fleet
-ask findings -m $system $fleet
-ask contents -m $system $fleet '#/' --format tree
-ask path -m $system $fleet hive $battery
-ask incoming -m $system $fleet $battery --inside
-ask impact -m $system $fleet $battery
-picture build/fleet near -m $system $fleet hive --steps 4 --clusters
+ask info $fleet
+ask findings $fleet
+ask contents $fleet '#/' --format tree
+ask path $fleet hive $battery
+ask incoming $fleet $battery --inside
+ask impact $fleet $battery
+picture build/fleet near $fleet hive --steps 4 --clusters
 
 echo
 echo "== The drone by itself, walked in every kind and order"
 every_walk "--traverse Package.packages --traverse Package.blocks --traverse Block.parts --traverse Part.type" \
-    $system examples/models/drone.xmi
-ask walk -m $system examples/models/drone.xmi --format count
+    examples/models/system.ecore examples/models/drone.xmi
+ask walk examples/models/drone.xmi --format count
 
 # Larger models of others, where somebody has said where they are.
 models=${MODELING_NUV0_SAMPLES:-/nowhere}/models

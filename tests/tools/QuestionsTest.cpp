@@ -12,8 +12,8 @@ namespace {
 
 class Questions : public ModelWalkFixture {
   protected:
-    static constexpr const char* drone = " -m system.ecore drone.xmi ";
-    static constexpr const char* fleet = " -m system.ecore fleet.xmi ";
+    static constexpr const char* drone = " drone.xmi ";
+    static constexpr const char* fleet = " fleet.xmi ";
 
     Ended askDrone(const std::string& question, const std::string& rest = {}) const {
         return ask(question + drone + rest);
@@ -31,20 +31,25 @@ TEST_F(Questions, EachAnswersByItsStatus) {
     EXPECT_EQ(askDrone("find", "-c Block").status, 0);
     EXPECT_EQ(askDrone("find", "-n nothing").status, 1);
     EXPECT_EQ(askDrone("find", "-c Blok").status, 2);
-    EXPECT_EQ(askFleet("contents", "hive").status, 3);
-    EXPECT_EQ(ask("find -m system.ecore none.xmi").status, 4);
+    EXPECT_EQ(askFleet("contents", "hive").status, 0) << "what is missing is no contents";
+    EXPECT_EQ(askFleet("walk", "-k additive -t Block.parts -t Part.type hive").status, 3);
+    EXPECT_EQ(
+        askFleet("walk", "-k additive -t Block.parts -t Part.type model:drone.xmi#drone").status,
+        0);
+    EXPECT_EQ(ask("find none.xmi").status, 4);
+    EXPECT_EQ(ask("find -m none.ecore drone.xmi").status, 4);
+    EXPECT_EQ(ask("find --root a=none drone.xmi").status, 4);
 }
 
 TEST_F(Questions, TheSummaryNamesOverHowMuchItWasAnswered) {
-    EXPECT_EQ(run("find -m system.ecore drone.xmi -n Frame").err,
-              "model-walk: 41 elements in 1 file\n");
-    EXPECT_EQ(run("find -m system.ecore fleet.xmi -n Frame").err,
+    EXPECT_EQ(run("find drone.xmi -n Frame").err, "model-walk: 41 elements in 1 file\n");
+    EXPECT_EQ(run("find fleet.xmi -n Frame").err,
               "model-walk: 52 elements in 3 files; 1 unresolved, see model-walk findings\n");
-    EXPECT_EQ(run("find -q -m system.ecore drone.xmi -n Frame").err, "");
+    EXPECT_EQ(run("find -q drone.xmi -n Frame").err, "");
 }
 
 TEST_F(Questions, WhatIsKnownToBeMissingDoesNotCount) {
-    const Ended ended = run("contents -m system.ecore fleet.xmi hive --expect-unresolved supplier");
+    const Ended ended = run("depends fleet.xmi hive --expect-unresolved supplier");
     EXPECT_EQ(ended.status, 0);
     EXPECT_EQ(ended.err, "model-walk: 52 elements in 3 files; 1 unresolved as expected\n");
 }
@@ -67,8 +72,8 @@ TEST_F(Questions, FindTakesClassNameValueAndPattern) {
 
 TEST_F(Questions, WhatOnePrintsTheNextReads) {
     for (const char* format : {"text", "tree", "tsv", "json"}) {
-        EXPECT_EQ(ask("contents -q -m system.ecore drone.xmi rotor -f " + std::string(format) +
-                      " | '" MODEL_WALK "' find -q -m system.ecore drone.xmi - -c Port"),
+        EXPECT_EQ(ask("contents -q drone.xmi rotor -f " + std::string(format) +
+                      " | '" MODEL_WALK "' find -q drone.xmi - -c Port"),
                   (Ended{0,
                          "model:drone.xmi#rotor.power\tPort'power'\n"
                          "model:drone.xmi#rotor.command\tPort'command'\n",
@@ -78,8 +83,8 @@ TEST_F(Questions, WhatOnePrintsTheNextReads) {
 }
 
 TEST_F(Questions, NothingOnStandardInputIsNothingAndNotEverything) {
-    EXPECT_EQ(ask("find -q -m system.ecore drone.xmi - </dev/null"), (Ended{1, "", ""}));
-    EXPECT_EQ(ask("walk -q -m system.ecore drone.xmi - </dev/null"), (Ended{1, "", ""}));
+    EXPECT_EQ(ask("find -q drone.xmi - </dev/null"), (Ended{1, "", ""}));
+    EXPECT_EQ(ask("walk -q drone.xmi - </dev/null"), (Ended{1, "", ""}));
 }
 
 TEST_F(Questions, DependsTellsWhatLeavesAnElement) {
@@ -242,8 +247,7 @@ TEST_F(Questions, AddressesOfOddFilesAreReadBack) {
 TEST_F(Questions, AFullDiskIsAnError) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "needs /dev/full";
     const std::string err = (folder_ / "full").string();
-    const Ended ended =
-        run("find -q -m system.ecore drone.xmi 2>'" + err + "' >/dev/full; echo $?");
+    const Ended ended = run("find -q drone.xmi 2>'" + err + "' >/dev/full; echo $?");
     EXPECT_EQ(ended.out, "5\n");
     EXPECT_EQ(contentsOf(err),
               "model-walk: cannot write to standard output: No space left on device\n");
@@ -251,7 +255,7 @@ TEST_F(Questions, AFullDiskIsAnError) {
 
 TEST_F(Questions, AClosedPipeIsQuiet) {
     const std::string err = (folder_ / "closed").string();
-    const Ended ended = run("find -q -m system.ecore drone.xmi 2>'" + err + "' | true");
+    const Ended ended = run("find -q drone.xmi 2>'" + err + "' | true");
     EXPECT_EQ(ended.status, 0);
     EXPECT_EQ(contentsOf(err), "");
 }
@@ -320,13 +324,36 @@ TEST_F(Questions, WrongWordsAreOneLine) {
 
 TEST_F(Questions, ReferencesAreFollowedOnPaper) {
     EXPECT_EQ(askFleet("resolve", "drone.xmi#rotor").out,
-              "lookedUpBy\trelative\ntried\tmodel:drone.xmi\nfile\tmodel:drone.xmi\n"
+              "lookedUpBy\trelative path\ntried\tmodel:drone.xmi\nfile\tmodel:drone.xmi\n"
               "element\tBlock'Rotor'\tmodel:drone.xmi#rotor\n");
     EXPECT_EQ(askFleet("resolve", "supplier.xmi#antenna"),
               (Ended{1,
-                     "lookedUpBy\trelative\ntried\tmodel:supplier.xmi\nnotFound\tis in none of the "
-                     "file roots\n",
+                     "lookedUpBy\trelative path\ntried\tmodel:supplier.xmi\nnotFound\tleads to a "
+                     "file that is "
+                     "in none of the file roots\n",
                      ""}));
+}
+
+TEST_F(Questions, AModelComesFromAFileAFolderOrStandardInput) {
+    EXPECT_EQ(run("find . -c Package -n Fleet").out, "model:fleet.xmi#/\tPackage'Fleet'\n");
+    EXPECT_EQ(run("find - -m system.ecore -n Frame <drone.xmi").out,
+              "model:-#frame\tBlock'Frame'\n");
+    EXPECT_EQ(run("info --load given fleet.xmi").err,
+              "model-walk: 7 elements in 1 file; 4 references into other files left out; 1 "
+              "unresolved, see model-walk findings\n");
+    EXPECT_EQ(run("info -q --load folder charging.xmi | head -4").out,
+              "elements per file\n        4  model:charging.xmi\n       41  model:drone.xmi\n"
+              "        7  model:fleet.xmi\n");
+    EXPECT_EQ(ask("find -c Block " + folder_.string()).status, 2);
+}
+
+TEST_F(Questions, LoadingIsLimited) {
+    EXPECT_EQ(ask("info --limit elements=10 drone.xmi").status, 4);
+    EXPECT_EQ(ask("info --limit elements=ten drone.xmi"),
+              refused("the limit in 'elements=ten' is no number"));
+    EXPECT_EQ(ask("info --limit weight=10 drone.xmi").status, 2);
+    EXPECT_EQ(ask("info --root model drone.xmi"),
+              refused("'model' behind --root is not of the form NAME=FOLDER"));
 }
 
 TEST_F(Questions, HelpIsAPageOfEachQuestion) {

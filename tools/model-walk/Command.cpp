@@ -7,7 +7,6 @@
 #include "Completion.h"
 #include "CountAnswers.h"
 #include "DotAnswers.h"
-#include "EscapedText.h"
 #include "ExitStatus.h"
 #include "HelpPages.h"
 #include "LineAnswers.h"
@@ -17,9 +16,12 @@
 #include "Sink.h"
 #include "TreeAnswers.h"
 #include "UsageError.h"
+#include "xmi/EscapedText.h"
 #include "xmi/ReadError.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 namespace {
 
 using Words = std::vector<std::string>;

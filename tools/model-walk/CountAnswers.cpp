@@ -1,8 +1,9 @@
 #include "CountAnswers.h"
-
-#include "EscapedText.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 
 using nuv::zero::ModelElement;
 

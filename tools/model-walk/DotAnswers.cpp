@@ -2,10 +2,12 @@
 
 #include <iostream>
 
-#include "EscapedText.h"
 #include "UsageError.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 
 using nuv::zero::ModelElement;
 

@@ -1,9 +1,11 @@
 #include <map>
 
-#include "EscapedText.h"
 #include "Question.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 
 using nuv::zero::ModelElement;
 
@@ -45,17 +47,13 @@ void tellRoots(const Asked& asked) {
 }
 
 void tellFindings(const Asked& asked) {
-    std::map<std::pair<std::string, std::string>, std::size_t> counts;
-    for (const auto& each : asked.project.findings()) {
-        ++counts[{std::string(nameOf(each.reason)), each.file}];
-    }
-    for (const auto& [where, count] : counts) {
-        asked.answers.tell(FactAnswer{"findings",
-                                      "findings per reason and file",
-                                      {{"reason", where.first},
-                                       {"file", where.second},
-                                       {"findings", std::to_string(count), true}},
-                                      row(count, where.first + "  " + where.second)});
+    for (const auto& [where, count] : asked.project.findings().counts()) {
+        const std::string reason(nameOf(where.first));
+        asked.answers.tell(FactAnswer{
+            "findings",
+            "findings per reason and file",
+            {{"reason", reason}, {"file", where.second}, {"findings", std::to_string(count), true}},
+            row(count, reason + "  " + where.second)});
     }
 }
 

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "EscapedText.h"
 #include "model/memory/Text.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 namespace {
 
 void appendUnit(std::string& text, char16_t unit) {

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 
-#include "EscapedText.h"
 #include "JsonText.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 
 using nuv::zero::ModelElement;
 using nuv::zero::traversal::Link;

@@ -7,14 +7,16 @@
 
 #include "CommandLine.h"
 #include "CountAnswers.h"
-#include "EscapedText.h"
 #include "LineAnswers.h"
 #include "Question.h"
 #include "Sink.h"
 #include "UsageError.h"
+#include "xmi/EscapedText.h"
 #include "xmi/ReadError.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 namespace {
 
 void tellLeftOut(const std::string& file, std::size_t count) {

@@ -8,7 +8,7 @@
 
 #include "CommandLine.h"
 #include "model/Framework.h"
-#include "xmi/Finding.h"
+#include "xmi/Findings.h"
 #include "xmi/LoadedMetamodel.h"
 
 namespace model_walk {
@@ -54,7 +54,7 @@ class Project {
     const std::vector<nuv::zero::ModelElement>& roots() const noexcept;
     /// File by file, in the order in which they stand there.
     const std::vector<nuv::zero::ModelElement>& elements() const noexcept;
-    const std::vector<nuv::zero::xmi::Finding>& findings() const noexcept;
+    const nuv::zero::xmi::Findings& findings() const noexcept;
     /// References into other files that were left out on request.
     std::size_t leftOut() const noexcept;
 
@@ -75,6 +75,8 @@ class Project {
 
   private:
     class Loaded;
+    class SingleFile;
+    class Files;
     std::unique_ptr<Loaded> loaded_;
 };
 

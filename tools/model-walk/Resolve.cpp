@@ -1,10 +1,12 @@
 #include <algorithm>
 
-#include "EscapedText.h"
 #include "Question.h"
 #include "UsageError.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 
 Outcome resolve(const Asked& asked) {
     if (asked.line.operands().size() != 2) {
@@ -18,13 +20,9 @@ Outcome resolve(const Asked& asked) {
     };
     tell("lookedUpBy", found.rule);
     for (const std::string& place : found.tried) tell("tried", place);
-    if (found.place.empty()) {
-        tell("notFound", found.reason);
-    } else {
-        tell("file", found.place);
-    }
+    if (!found.place.empty()) tell("file", found.place);
     if (!found.element) {
-        if (!found.place.empty()) tell("notFound", "the file holds no such element");
+        tell("notFound", found.reason);
         return {false, false, true};
     }
     const std::string address = asked.labels.address(found.element);

@@ -3,10 +3,12 @@
 #include <iostream>
 #include <utility>
 
-#include "EscapedText.h"
 #include "LineAnswers.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
+
+using nuv::zero::xmi::escaped;
 
 using nuv::zero::ModelElement;
 
