@@ -2,7 +2,7 @@
 # Sourced by the other scripts: installs Debian packages, and only those that are missing.
 
 # What it takes to build the library, model-walk and the tests, and to run them.
-BUILD_PACKAGES="g++ cmake ninja-build libgtest-dev libexpat1-dev libcli11-dev"
+BUILD_PACKAGES="g++ cmake ninja-build libgtest-dev libexpat1-dev libcli11-dev libzip-dev zlib1g-dev"
 
 # require_packages NAME...
 require_packages() {

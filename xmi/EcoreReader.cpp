@@ -22,10 +22,15 @@ struct EcoreReader::Sources {
 
 void EcoreReader::Sources::add(const std::string& name, std::string bytes,
                                const ReadLimits& limits) {
-    if (known.contains(bytes)) return;
-    TextSource source(bytes);
-    files.add(XmlDocument::parse(name, source, limits), true);
-    known.insert(std::move(bytes));
+    const auto [text, isNew] = known.insert(std::move(bytes));
+    if (!isNew) return;
+    try {
+        TextSource source(*text);
+        files.add(XmlDocument::parse(name, source, limits), true);
+    } catch (...) {
+        known.erase(text);
+        throw;
+    }
 }
 
 EcoreReader::EcoreReader(ReadOptions options)

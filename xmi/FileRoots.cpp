@@ -5,12 +5,15 @@
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
+#include "xmi/Archive.h"
 #include "xmi/FilePaths.h"
 #include "xmi/Folder.h"
 #include "xmi/FolderIndex.h"
 #include "xmi/Fragment.h"
+#include "xmi/GzipSource.h"
 #include "xmi/PrefixRules.h"
 #include "xmi/ReadError.h"
 
@@ -255,7 +258,8 @@ void FileRoots::Search::tryPath(std::size_t root, std::string_view path) {
             FilePlace place = roots_.placeOf(root, opening.path);
             if (lookup_.places.empty()) {
                 lookup_.outcome = Outcome::Found;
-                lookup_.bytes = std::move(opening.bytes);
+                lookup_.bytes = std::make_unique<GzipSource>(roots_.textOf(place),
+                                                             std::move(opening.bytes), limit_);
                 lookup_.lookedUpBy = rule_;
                 lookup_.reason.clear();
             } else if (lookup_.places.front() == place) {
@@ -286,7 +290,19 @@ void FileRoots::Search::tryPath(std::size_t root, std::string_view path) {
 
 FileRoots& FileRoots::add(const std::string& name, const std::string& path,
                           std::vector<std::string> prefixes) {
-    return add(name, std::make_shared<const Folder>(path), std::move(prefixes));
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    if (!std::filesystem::exists(status) || std::filesystem::is_directory(status)) {
+        return add(name, std::make_shared<const Folder>(path), std::move(prefixes));
+    }
+    auto archive = std::make_shared<const Archive>(path);
+    // By another name it is no other archive.
+    for (const Root& each : roots_) {
+        const auto* const other = dynamic_cast<const Archive*>(each.tree.get());
+        const bool isSame = other != nullptr && other->location() == archive->location();
+        if (isSame) return add(name, each.tree, std::move(prefixes));
+    }
+    return add(name, std::move(archive), std::move(prefixes));
 }
 
 FileRoots& FileRoots::add(const std::string& name, std::shared_ptr<const FileTree> tree,

@@ -71,7 +71,8 @@ class FileRoots {
         /// The paths that were tried, each with the name of its root in front: `libraries:a/m.xmi`.
         /// `**` stands for any folders.
         std::vector<std::string> tried;
-        /// The bytes of the file, where it is found.
+        /// The bytes of the file, where it is found; inflated, when gzip has compressed them. What
+        /// is wrong inside a compressed file is told by `ReadError` when they are read.
         std::unique_ptr<ByteSource> bytes;
         /// Why it is refused, to be said of the file: `is no file`.
         std::string reason;

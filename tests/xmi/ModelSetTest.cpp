@@ -7,6 +7,7 @@
 #include "model/memory/ModelAccess.h"
 #include "tests/xmi/FolderTree.h"
 #include "tests/xmi/ReaderFixture.h"
+#include "xmi/IncomingReferences.h"
 
 namespace nuv::zero::xmi::test {
 namespace {
@@ -288,6 +289,179 @@ TEST_F(ModelSetTest, ACircleOfManyFilesIsLoaded) {
     ASSERT_EQ(set.findings().size(), 1U);
     EXPECT_EQ(set.findings().kept().front().reason, Finding::Reason::ContainedInItself);
     EXPECT_EQ(set.findings().kept().front().file, "model:" + name(count - 1));
+}
+
+TEST_F(ModelSetTest, OnlyGivenFilesAreLoadedOnRequest) {
+    write("model/m.xmi", R"(to="a.xmi#/ b.xmi#/")");
+    write("model/a.xmi", "");
+    write("model/b.xmi", "");
+    LoadOptions options;
+    options.extent = Extent::Given;
+    ModelSet set(roots(), options);
+    set.load(std::vector<std::string>{"m.xmi", "model:b.xmi"});
+    EXPECT_EQ(describe(set),
+              (Lines{"model:m.xmi#/ to: model:b.xmi#/", "model:b.xmi#/",
+                     "model:m.xmi:1:1: the reference 'a.xmi#/' of Node.to leads to model:a.xmi, "
+                     "which is not loaded"}));
+    EXPECT_EQ(set.findings().kept().front().weight, Finding::Weight::Note);
+    set.requireComplete();
+}
+
+TEST_F(ModelSetTest, AFolderIsLoadedWithAllItsModels) {
+    write("model/m.xmi", "");
+    write("model/a/b.xmi", "");
+    tree_.write("model/readme.txt", "no model");
+    tree_.write("model/other.xml", "<x xmlns='urn:x'/>");
+    ModelSet set(roots());
+    set.loadFolder("model");
+    EXPECT_EQ(describe(set), (Lines{"model:a/b.xmi#/", "model:m.xmi#/",
+                                    "model:other.xml: is of no metamodel that is found"}));
+    EXPECT_EQ(errorOf([&] { set.loadFolder("none"); }), "none: is no file root");
+}
+
+TEST_F(ModelSetTest, AFolderOfMetamodelsIsLoadedAsModels) {
+    tree_.write("two/q.ecore", package(eClass("A")));
+    ModelSet set(roots());
+    set.loadFolder("two");
+    EXPECT_EQ(describe(set).front(), "two:q.ecore#/ eClassifiers: two:q.ecore#//@eClassifiers.0");
+}
+
+TEST_F(ModelSetTest, NamespacesLeadIntoTheFilesOfMetamodels) {
+    write("model/m.xmi", R"(other="urn:p#//Other" type="urn:q#//sub")");
+    ModelSet set(roots());
+    set.load("m.xmi");
+    ASSERT_EQ(set.fileCount(), 3U);
+    EXPECT_EQ(set.place(1).path, "p.ecore");
+    // What metamodels refer to is there as well.
+    EXPECT_EQ(set.fileRoots().name(set.place(2).root), "built-in");
+    ASSERT_EQ(set.findings().size(), 2U);
+    EXPECT_EQ(set.findings().kept().back().text(),
+              "model:m.xmi:1:1: the reference 'urn:p#//Other' of Node.other leads to "
+              "'model:p.ecore#//@eClassifiers.1' of the class EClass, which may not stand there");
+    EXPECT_EQ(set.findings().kept().front().reason, Finding::Reason::MissingFile);
+}
+
+TEST_F(ModelSetTest, MetamodelsAreModelsWhoseReferencesLeadIntoEcore) {
+    ModelSet set(roots());
+    set.load("p.ecore");
+    EXPECT_TRUE(set.findings().empty());
+    const ModelElement name = set.find("model:p.ecore#//@eClassifiers.0/@eStructuralFeatures.0");
+    const ModelElement type =
+        access::toElement(access::read(name, name->getClass()->getProperty(u"eType")));
+    EXPECT_EQ(set.address(type).text().substr(0, 21), "built-in:Ecore.ecore#");
+}
+
+TEST_F(ModelSetTest, ContainersAndContentsAreThoseOfTheWholeModel) {
+    write("model/m.xmi", "", "<nodes xmi:id='a'/><nodes href='b.xmi#/'/>");
+    write("model/b.xmi", "", "<nodes xmi:id='c'/>");
+    ModelSet set(roots());
+    set.load("m.xmi");
+    const ModelElement m = set.find("model:m.xmi#/");
+    const ModelElement b = set.find("model:b.xmi#/");
+    EXPECT_EQ(set.container(b), m);
+    EXPECT_FALSE(set.container(m));
+    EXPECT_EQ(set.contents(m), (std::vector{set.find("model:m.xmi#a"), b}));
+    EXPECT_EQ(set.rootElements(), std::vector{m});
+    EXPECT_EQ(set.elements().size(), 4U);
+    EXPECT_EQ(set.elementCount(), 4U);
+    EXPECT_EQ(set.fileOf(b), 1U);
+    EXPECT_EQ(set.fileOf(ModelElement()), 2U);
+}
+
+TEST_F(ModelSetTest, LookupsAreExplained) {
+    write("model/m.xmi", R"(to="a.xmi#x")");
+    write("model/a.xmi", "", "<nodes xmi:id='x'/>");
+    ModelSet set(roots());
+    set.load("m.xmi");
+    const ModelSet::Lookup found = set.explain(set.place(0), "a.xmi#x");
+    EXPECT_EQ(found.file, "model:a.xmi");
+    EXPECT_EQ(found.element, set.find("model:a.xmi#x"));
+    EXPECT_TRUE(found.reason.empty());
+    EXPECT_EQ(set.explain(set.place(1), "#x").element, found.element);
+    const ModelSet::Lookup missing = set.explain(set.place(0), "platform:/plugin/a/n.xmi#x");
+    EXPECT_EQ(missing.reason, "leads to a file that is in none of the file roots");
+    EXPECT_FALSE(missing.tried.empty());
+    EXPECT_EQ(set.explain(set.place(0), "a.xmi#y").reason, "leads to nothing in model:a.xmi");
+    EXPECT_EQ(set.fileCount(), 2U);
+}
+
+TEST_F(ModelSetTest, IncompleteModelsAreRefusedOnRequest) {
+    write("model/m.xmi", "", "<to href='none.xmi#/'/>");
+    ModelSet set(roots());
+    set.load("m.xmi");
+    EXPECT_EQ(errorOf([&] { set.requireComplete(); }),
+              "model:m.xmi:2:1: the reference 'none.xmi#/' of Node.to leads to a file that is in "
+              "none of the file roots");
+}
+
+TEST_F(ModelSetTest, GivenMetamodelsComeFirst) {
+    tree_.write("far/given.ecore", package(eClass("Node", reference("only", "Node"))));
+    write("model/m.xmi", "only='/'");
+    LoadOptions options;
+    options.metamodels = {tree_.path("far/given.ecore")};
+    ModelSet set(roots(), options);
+    set.load("m.xmi");
+    EXPECT_EQ(describe(set), Lines{"model:m.xmi#/ only: model:m.xmi#/"});
+    options.metamodels = {tree_.path("far/none.ecore")};
+    EXPECT_EQ(errorOf([&] { ModelSet(roots(), options); }),
+              tree_.path("far/none.ecore") + ": cannot be opened: No such file or directory");
+}
+
+TEST_F(ModelSetTest, WrongContentOfAFileIsAFinding) {
+    tree_.write("model/m.xmi", root("Node", "", "<nod/><nodes xmi:id='x'/>\n<to href='a.xmi#/'/>"));
+    EXPECT_EQ(load(), (Lines{"model:m.xmi#/ nodes: model:m.xmi#x", "model:m.xmi#x",
+                             "model:m.xmi:2:1: the class Node has no feature 'nod'",
+                             "model:m.xmi:3:1: the reference 'a.xmi#/' of Node.to leads to a file "
+                             "that is in none of the file roots"}));
+}
+
+TEST_F(ModelSetTest, NumberOfThreadsChangesNothing) {
+    const std::string filling(40'000, ' ');
+    for (int i = 0; i < 40; ++i) {
+        const std::string next = "f" + std::to_string(i * 7 % 40) + ".xmi#/ ";
+        const std::string after = "f" + std::to_string(i + 1) + ".xmi#/";
+        write("model/f" + std::to_string(i) + ".xmi", "to='" + next + after + "'",
+              filling + "<nodes/>");
+    }
+    const auto loadOn = [&](unsigned threads) {
+        LoadOptions options;
+        options.threads = threads;
+        ModelSet set(roots(), options);
+        set.load("f0.xmi");
+        return describe(set);
+    };
+    EXPECT_EQ(loadOn(1), loadOn(2));
+    EXPECT_EQ(loadOn(1), loadOn(5));
+}
+
+TEST_F(ModelSetTest, IncomingReferencesAreThoseOfAllFiles) {
+    write("model/m.xmi", R"(to="b.xmi#/ b.xmi#/")", "<nodes href='b.xmi#/'/>");
+    write("model/b.xmi", R"(type="/")");
+    ModelSet set(roots());
+    set.load("m.xmi");
+    const IncomingReferences incoming(set);
+    Lines lines;
+    for (const IncomingReferences::Reference& each : incoming.of(set.find("model:b.xmi#/"))) {
+        lines.push_back(set.address(each.source).text() + " " +
+                        text::toUtf8(each.property->getName()));
+    }
+    EXPECT_EQ(lines, (Lines{"model:m.xmi#/ nodes", "model:m.xmi#/ to", "model:m.xmi#/ to",
+                            "model:b.xmi#/ type"}));
+    EXPECT_TRUE(incoming.of(set.find("model:m.xmi#/")).empty());
+    EXPECT_EQ(incoming.size(), 4U);
+}
+
+TEST(ElementAddresses, AreReadBackAsTheyWereWritten) {
+    for (const ElementAddress& each :
+         {ElementAddress{"model", "a/b.xmi", "//@x.0"}, ElementAddress{"m", "a#b:c.xmi", "x#y:z"},
+          ElementAddress{"m", "a\tb", "\n\\"}, ElementAddress{"m", "", ""}}) {
+        EXPECT_EQ(ElementAddress::of(each.text()), each) << each.text();
+    }
+    EXPECT_EQ((ElementAddress{"m", "a#b.xmi", "\t"}.text()), "m:a\\u{23}b.xmi#\\t");
+    EXPECT_EQ(ElementAddress().text(), "");
+    for (const char* const other : {"", "m", "m:a", ":a#b", "#b", "a#m:b"}) {
+        EXPECT_FALSE(ElementAddress::of(other)) << other;
+    }
 }
 
 }  // namespace
