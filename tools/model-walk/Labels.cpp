@@ -1,0 +1,111 @@
+#include "Labels.h"
+
+#include <utility>
+#include <variant>
+
+#include "model/memory/ModelAccess.h"
+
+namespace model_walk {
+
+using nuv::zero::ModelElement;
+using nuv::zero::meta::Class;
+using nuv::zero::meta::Property;
+using nuv::zero::text::toUtf16;
+using nuv::zero::text::toUtf8;
+using nuv::zero::traversal::Link;
+
+namespace {
+
+constexpr const char* pseudo = "[pseudo]";
+
+struct Reading {
+    AttributeLabel& label;
+
+    void operator()(const std::monostate& /*nothing*/) const {}
+    void operator()(const ModelElement& /*element*/) const {}
+    void operator()(const std::vector<ModelElement>& /*elements*/) const {}
+    void operator()(const std::u16string& text) const { label.values.push_back(toUtf8(text)); }
+    void operator()(const std::vector<std::u16string>& texts) const {
+        for (const std::u16string& each : texts) (*this)(each);
+    }
+    void operator()(std::int64_t number) const {
+        label.isNumber = true;
+        label.values.push_back(std::to_string(number));
+    }
+    void operator()(const std::vector<std::int64_t>& numbers) const {
+        for (const std::int64_t each : numbers) (*this)(each);
+    }
+};
+
+}  // namespace
+
+AttributeLabel readAttribute(const ModelElement& element, const Property& attribute) {
+    AttributeLabel label{toUtf8(attribute->getName()), {}, !attribute->isSingleValued(), false};
+    std::visit(Reading{label}, nuv::zero::access::read(element, attribute).content());
+    return label;
+}
+
+Labels::Labels(const Project& project, const Names& names, std::vector<std::string> attributes)
+    : project_(project), names_(names), attributes_(std::move(attributes)) {}
+
+std::string Labels::className(const ModelElement& element) const {
+    std::string& name = classNames_[element->getClass()];
+    if (name.empty()) name = names_.nameOf(element->getClass());
+    return name;
+}
+
+std::string Labels::name(const ModelElement& element) const {
+    const Property property = element->getClass()->getProperty(u"name");
+    if (property && hasPrintableName(element->getClass())) {
+        const AttributeLabel label = readAttribute(element, property);
+        if (!label.values.empty()) return label.values.front();
+    }
+    const std::string address = project_.address(element);
+    return address.substr(address.find('#') + 1);
+}
+
+std::string Labels::element(const ModelElement& element) const {
+    if (!element || hasPrintableName(element->getClass())) {
+        return nuv::zero::traversal::dumpElement(element);
+    }
+    return toUtf8(element->getClass()->getName()) + "'" + name(element) + "'";
+}
+
+std::string Labels::property(const Link& link) {
+    return link.getProperty() ? toUtf8(link.getProperty()->getName()) : pseudo;
+}
+
+std::string Labels::link(const Link& link) const {
+    const std::string property = link.getProperty() ? "[" + Labels::property(link) + "]" : pseudo;
+    return element(link.getSource()) + "-" + property + "-" + element(link.getTarget());
+}
+
+std::vector<AttributeLabel> Labels::attributes(const ModelElement& element) const {
+    std::vector<AttributeLabel> labels;
+    const auto add = [&](const Property& property) {
+        if (!property || property->isAssociation()) return;
+        AttributeLabel label = readAttribute(element, property);
+        if (!label.values.empty()) labels.push_back(std::move(label));
+    };
+    for (const std::string& each : attributes_) {
+        if (each != "*") {
+            add(element->getClass()->getProperty(toUtf16(each)));
+            continue;
+        }
+        for (const Property& property : element->getClass()->getAllClassProperties()) add(property);
+    }
+    return labels;
+}
+
+bool Labels::hasPrintableName(const Class& type) const {
+    const auto known = printableNames_.find(type);
+    if (known != printableNames_.end()) return known->second;
+    const Property name = type->getProperty(u"name");
+    const bool isPrintable =
+        !name ||
+        (name->isSingleValued() && name->getType() == nuv::zero::meta::StandardTypes::stringMeta());
+    printableNames_.emplace(type, isPrintable);
+    return isPrintable;
+}
+
+}  // namespace model_walk
