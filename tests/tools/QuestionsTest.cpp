@@ -39,6 +39,8 @@ TEST_F(Questions, EachAnswersByItsStatus) {
     EXPECT_EQ(ask("find none.xmi").status, 4);
     EXPECT_EQ(ask("find -m none.ecore drone.xmi").status, 4);
     EXPECT_EQ(ask("find --root a=none drone.xmi").status, 4);
+    EXPECT_EQ(ask("find none.xmi").err,
+              "model-walk: none.xmi: cannot be opened: there is no such file\n");
 }
 
 TEST_F(Questions, TheSummaryNamesOverHowMuchItWasAnswered) {
