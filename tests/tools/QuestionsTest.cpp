@@ -349,6 +349,25 @@ TEST_F(Questions, AModelComesFromAFileAFolderOrStandardInput) {
     EXPECT_EQ(ask("find -c Block " + folder_.string()).status, 2);
 }
 
+TEST_F(Questions, DataIsReadByOthers) {
+    if (std::system("command -v python3 >/dev/null && command -v dot >/dev/null") != 0) {
+        GTEST_SKIP() << "needs python3 and dot (Graphviz)";
+    }
+    const std::string model =
+        write("odd.xmi",
+              "<s:Package xmlns:s='urn:example:system:1.0' name='\u202E&quot;\\&#9;🙂'><blocks "
+              "name='&lt;b&gt;'/></s:Package>");
+    for (const char* question : {"info", "contents", "find -a '*'"}) {
+        const Ended read =
+            run(question + (" -q -f json -m system.ecore '" + model) +
+                "' | python3 -c 'import json, sys\nfor line in sys.stdin: json.loads(line)'");
+        EXPECT_EQ(read, (Ended{0, "", ""})) << question;
+    }
+    const Ended drawn = run("contents -q -f dot --clusters -m system.ecore '" + model +
+                            "' | dot -Tplain | grep -c '^edge\\|^node'");
+    EXPECT_EQ(drawn, (Ended{0, "2\n", ""}));
+}
+
 TEST_F(Questions, LoadingIsLimited) {
     EXPECT_EQ(ask("info --limit elements=10 drone.xmi").status, 4);
     EXPECT_EQ(ask("info --limit elements=ten drone.xmi"),
