@@ -1,8 +1,9 @@
 #!/bin/sh
-# Fuzzes the walks and what is said of them against the oracle, and the readers, all at once:
+# Fuzzes the walks and what is said of them against the oracle, and the readers of files and of sets
+# of files, all at once:
 #
 #   scripts/fuzz.sh [SECONDS]                 60 seconds unless told; one line each sums them up
-#   scripts/fuzz.sh --repeat walks|why|files FILE runs one input again and shows what it finds
+#   scripts/fuzz.sh --repeat walks|why|files|sets FILE runs one input again and shows what it finds
 #   scripts/fuzz.sh --keep                    puts what is new into the kept corpora, minimised
 #
 # What was found lies in build/fuzz/findings, what was new in build/fuzz/new, both by name of the
@@ -14,19 +15,22 @@ cd "$(dirname "$0")/.."
 # shellcheck disable=SC2086  # a list of words
 require_packages $BUILD_PACKAGES clang
 mkdir -p build
-build_preset fuzz --target fuzz_walks fuzz_why fuzz_files
+build_preset fuzz --target fuzz_walks fuzz_why fuzz_files fuzz_sets
 programs=build/fuzz/tests/fuzz
 corpora=tests/fuzz/corpus
 new=build/fuzz/new
 findings=build/fuzz/findings
-mkdir -p "$new/walks" "$new/why" "$new/files" "$findings"
+mkdir -p "$new/walks" "$new/why" "$new/files" "$new/sets" "$findings"
 # Half of the time goes to the stacks of allocations that nobody looks at.
 export ASAN_OPTIONS="malloc_context_size=5:quarantine_size_mb=64:${ASAN_OPTIONS-}"
 export UBSAN_OPTIONS="print_stacktrace=1:${UBSAN_OPTIONS-}"
 
 # Small inputs: a walk of more steps, or a longer file, shows nothing new but takes longer.
 length() {
-    [ "$1" = files ] && echo 8000 || echo 1200
+    case $1 in
+    files | sets) echo 8000 ;;
+    *) echo 1200 ;;
+    esac
 }
 
 case "${1-}" in
@@ -37,7 +41,7 @@ case "${1-}" in
     # Inputs that fuzzers name are named by 40 digits. Those that people name stay, and of the
     # others as few as reach every place: counting how often as well would keep thousands.
     hashes='.*/[0-9a-f]{40}'
-    for target in walks why files; do
+    for target in walks why files sets; do
         kept=build/fuzz/kept-$target
         rm -rf "$kept"
         mkdir -p "$kept"
@@ -92,14 +96,19 @@ fuzz walks &
 walks=$!
 fuzz why &
 why=$!
+fuzz sets -dict=tests/fuzz/sets.dict &
+sets=$!
 files_status=0
 fuzz files -dict=tests/fuzz/files.dict || files_status=$?
 walks_status=0
 wait $walks || walks_status=$?
 why_status=0
 wait $why || why_status=$?
+sets_status=0
+wait $sets || sets_status=$?
 status=0
 report walks $walks_status
 report why $why_status
 report files $files_status
+report sets $sets_status
 exit $status

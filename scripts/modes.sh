@@ -52,7 +52,7 @@ under_valgrind() {
     for scenario in tests/scenario/cases/*.scn; do
         checked build/release/tests/scenario/scenario-runner --check "$scenario"
     done
-    for replay in walks files; do
+    for replay in walks files sets; do
         checked "build/release/tests/fuzz/fuzz_${replay}_replay" "tests/fuzz/corpus/$replay"
     done
     checked build/release/tools/model-walk/model-walk contents -m examples/models/system.ecore \

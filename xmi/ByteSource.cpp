@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <system_error>
 #include <utility>
 
 #include "xmi/ReadError.h"
@@ -13,10 +12,6 @@ namespace {
 
 /// Files up to this size are read at once.
 constexpr std::size_t firstPiece = std::size_t{1} << 16U;
-
-std::string systemReason(int code) {
-    return std::generic_category().message(code);
-}
 
 std::size_t copy(std::string_view bytes, std::size_t from, char* into, std::size_t wanted) {
     const std::size_t begin = std::min(from, bytes.size());

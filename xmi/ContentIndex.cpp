@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 #include <unordered_map>
 
 #include "model/memory/ModelAccess.h"
 #include "xmi/NamedFragment.h"
+#include "xmi/Utf16.h"
 
 namespace nuv::zero::xmi {
 namespace {
@@ -21,8 +21,8 @@ class PropertyOfClasses {
   public:
     explicit PropertyOfClasses(std::u16string_view name) : name_(name) {}
 
-    /// The value of the property as files write it; nothing where it has none.
-    std::optional<std::string> textOf(const ModelElement& element) {
+    /// The value of the property as files write it, until the next call; null where it has none.
+    const std::string* textOf(const ModelElement& element) {
         const meta::Class& type = element->getClass();
         if (type.get() != last_) {
             last_ = type.get();
@@ -30,13 +30,16 @@ class PropertyOfClasses {
             if (isNew) found->second = type->getProperty(name_);
             property_ = &found->second;
         }
-        if (!*property_) return std::nullopt;
+        if (!*property_) return nullptr;
         const memory::Content content = access::read(element, *property_).content();
-        if (const auto* text = std::get_if<std::u16string>(&content)) return text::toUtf8(*text);
-        if (const auto* number = std::get_if<std::int64_t>(&content)) {
-            return std::to_string(*number);
+        if (const auto* text = std::get_if<std::u16string>(&content)) {
+            assignUtf8(text_, *text);
+            return &text_;
         }
-        return std::nullopt;
+        const auto* number = std::get_if<std::int64_t>(&content);
+        if (number == nullptr) return nullptr;
+        text_ = std::to_string(*number);
+        return &text_;
     }
 
   private:
@@ -44,6 +47,7 @@ class PropertyOfClasses {
     std::unordered_map<const memory::ClassObject*, meta::Property> known_;
     const memory::ClassObject* last_ = nullptr;
     const meta::Property* property_ = nullptr;
+    std::string text_;
 };
 
 /// Texts of several parts that are equal only where all parts are.
@@ -53,18 +57,28 @@ void append(std::string& joined, std::string_view part) {
 
 }  // namespace
 
-ContentIndex::ContentIndex(const Elements& all) {
-    std::vector<TextTable::Number> names;
-    names.reserve(all.features.size());
+ContentIndex::Features::Features(const Elements& all) {
+    std::vector<TextTable::Number> numbers;
+    numbers.reserve(all.features.size());
     for (const memory::PropertyObject* each : all.features) {
-        names.push_back(featureNames_.add(text::toUtf8(each->getName())).first);
+        numbers.push_back(names.add(text::toUtf8(each->getName())).first);
     }
     for (Index i = 0; i < all.elements.size(); ++i) {
         const ElementPlace& place = all.places[i];
         if (place.parent == none) continue;
-        byFeature_.push_back({place.parent, names[place.feature], place.ordinal, i});
+        contents.push_back({place.parent, numbers[place.feature], place.ordinal, i});
     }
-    std::sort(byFeature_.begin(), byFeature_.end());
+    std::sort(contents.begin(), contents.end());
+}
+
+const ContentIndex::Features& ContentIndex::features(const Elements& all) const {
+    std::call_once(featuresOnce_, [&] { features_.emplace(all); });
+    return *features_;
+}
+
+const ContentIndex::Sources& ContentIndex::sources(const Elements& all) const {
+    std::call_once(sourcesOnce_, [&] { sources_.emplace(all); });
+    return *sources_;
 }
 
 const ContentIndex::Names& ContentIndex::names(const Elements& all) const {
@@ -72,20 +86,25 @@ const ContentIndex::Names& ContentIndex::names(const Elements& all) const {
     return *names_;
 }
 
-ContentIndex::Names::Names(const Elements& all)
-    : ofElements(all.elements.size(), TextTable::none) {
-    PropertyOfClasses names(u"name");
-    PropertyOfClasses sources(u"source");
+ContentIndex::Sources::Sources(const Elements& all) {
+    PropertyOfClasses known(u"source");
     for (Index i = 0; i < all.elements.size(); ++i) {
         const Index parent = all.places[i].parent;
-        const auto source = sources.textOf(all.elements[i]);
-        if (source && parent != none) {
-            bySource.push_back({parent, texts.add(*source).first, i, i});
-        }
-        const auto name = names.textOf(all.elements[i]);
-        if (!name) continue;
+        if (parent == none) continue;
+        const std::string* const source = known.textOf(all.elements[i]);
+        if (source != nullptr) contents.push_back({parent, texts.add(*source).first, i, i});
+    }
+    std::sort(contents.begin(), contents.end());
+}
+
+ContentIndex::Names::Names(const Elements& all) : ofElements(all.elements.size(), TextTable::none) {
+    PropertyOfClasses names(u"name");
+    for (Index i = 0; i < all.elements.size(); ++i) {
+        const std::string* const name = names.textOf(all.elements[i]);
+        if (name == nullptr) continue;
         ofElements[i] = texts.add(*name).first;
-        if (parent != none) byName.push_back({parent, ofElements[i], i, i});
+        const Index parent = all.places[i].parent;
+        if (parent != none) contents.push_back({parent, ofElements[i], i, i});
         const memory::ClassObject* const type = all.elements[i]->getClass().get();
         const bool isNamed = std::binary_search(all.namedClasses.begin(), all.namedClasses.end(),
                                                 type, std::less<>());
@@ -93,8 +112,7 @@ ContentIndex::Names::Names(const Elements& all)
         byClass.push_back({texts.add(text::toUtf8(type->getName())).first, ofElements[i],
                            parent == none ? TextTable::none : ofElements[parent], i});
     }
-    std::sort(byName.begin(), byName.end());
-    std::sort(bySource.begin(), bySource.end());
+    std::sort(contents.begin(), contents.end());
     std::sort(byClass.begin(), byClass.end());
 }
 
@@ -103,14 +121,15 @@ ContentIndex::Entries::const_iterator ContentIndex::firstOf(const Entries& sorte
     return std::lower_bound(sorted.begin(), sorted.end(), Entry{parent, text, 0, 0});
 }
 
-ContentIndex::Index ContentIndex::child(Index parent, std::string_view feature,
+ContentIndex::Index ContentIndex::child(const Elements& all, Index parent, std::string_view feature,
                                         std::size_t ordinal) const {
-    const TextTable::Number text = featureNames_.find(feature);
+    const Features& index = features(all);
+    const TextTable::Number text = index.names.find(feature);
     if (text == TextTable::none || ordinal >= none) return none;
     const auto order = static_cast<std::uint32_t>(ordinal);
     const Entry wanted{parent, text, order, 0};
-    const auto found = std::lower_bound(byFeature_.begin(), byFeature_.end(), wanted);
-    return found != byFeature_.end() && found->key() == wanted.key() ? found->element : none;
+    const auto found = std::lower_bound(index.contents.begin(), index.contents.end(), wanted);
+    return found != index.contents.end() && found->key() == wanted.key() ? found->element : none;
 }
 
 ContentIndex::Index ContentIndex::nth(const Entries& sorted, Index parent, TextTable::Number text,
@@ -125,13 +144,13 @@ ContentIndex::Index ContentIndex::nth(const Entries& sorted, Index parent, TextT
 ContentIndex::Index ContentIndex::named(const Elements& all, Index parent, std::string_view name,
                                         std::size_t number) const {
     const Names& index = names(all);
-    return nth(index.byName, parent, index.texts.find(name), number);
+    return nth(index.contents, parent, index.texts.find(name), number);
 }
 
 ContentIndex::Index ContentIndex::withSource(const Elements& all, Index parent,
                                              std::string_view source, std::size_t number) const {
-    const Names& index = names(all);
-    return nth(index.bySource, parent, index.texts.find(source), number);
+    const Sources& index = sources(all);
+    return nth(index.contents, parent, index.texts.find(source), number);
 }
 
 ContentIndex::Index ContentIndex::withKeys(const Elements& all, Index parent,
@@ -144,7 +163,8 @@ ContentIndex::Index ContentIndex::withKeys(const Elements& all, Index parent,
     const TextTable::Number values = values_.find(joined);
     if (values == TextTable::none) return none;
     const auto found = firstOf(*entries, parent, values);
-    const bool isThere = found != entries->end() && found->parent == parent && found->text == values;
+    const bool isThere =
+        found != entries->end() && found->parent == parent && found->text == values;
     return isThere ? found->element : none;
 }
 
@@ -161,15 +181,16 @@ const ContentIndex::Entries* ContentIndex::keyed(const Elements& all,
     for (const FragmentStep::Key& each : step.keys) {
         keys.emplace_back(text::toUtf16(each.first));
     }
-    const TextTable::Number feature = featureNames_.find(step.text);
+    const Features& index = features(all);
+    const TextTable::Number feature = index.names.find(step.text);
     Entries entries;
-    for (const Entry& each : byFeature_) {
+    for (const Entry& each : index.contents) {
         if (each.text != feature) continue;
         std::string joined;
         const bool hasAll = std::all_of(keys.begin(), keys.end(), [&](PropertyOfClasses& key) {
-            const auto value = key.textOf(all.elements[each.element]);
-            if (value) append(joined, *value);
-            return value.has_value();
+            const std::string* const value = key.textOf(all.elements[each.element]);
+            if (value != nullptr) append(joined, *value);
+            return value != nullptr;
         });
         if (!hasAll) continue;
         entries.push_back({each.parent, values_.add(joined).first, each.order, each.element});

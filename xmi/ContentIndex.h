@@ -35,8 +35,8 @@ struct ElementPlace {
 /// name, by the source of an annotation and by the values of attributes, and in the whole file by
 /// name and class. Each costs binary searches, whatever the number of siblings.
 ///
-/// Made once the elements are there with their values; it takes no notice of what changes later.
-/// May be asked by several threads at once.
+/// What it needs is made when it is first asked for, of elements that are there with their values;
+/// it takes no notice of what changes later. May be asked by several threads at once.
 class ContentIndex {
   public:
     using Index = std::uint32_t;
@@ -52,12 +52,11 @@ class ContentIndex {
         const std::vector<const memory::ClassObject*>& namedClasses;
     };
 
-    explicit ContentIndex(const Elements& all);
-
-    /// One of the contents by its ordinal among those of its feature.
-    Index child(Index parent, std::string_view feature, std::size_t ordinal) const;
-    /// One of several that have the name. REQUIRES, here and below: the elements are those that the
-    /// index was made of.
+    /// One of the contents by its ordinal among those of its feature. REQUIRES, here and below: the
+    /// elements are the same as ever.
+    Index child(const Elements& all, Index parent, std::string_view feature,
+                std::size_t ordinal) const;
+    /// One of several that have the name.
     Index named(const Elements& all, Index parent, std::string_view name, std::size_t number) const;
     Index withSource(const Elements& all, Index parent, std::string_view source,
                      std::size_t number) const;
@@ -100,7 +99,19 @@ class ContentIndex {
         }
     };
 
-    /// What is found by names and sources. Made when one of them is asked for.
+    /// What is found by features.
+    struct Features {
+        explicit Features(const Elements& all);
+        TextTable names;
+        Entries contents;
+    };
+    /// What is found by sources.
+    struct Sources {
+        explicit Sources(const Elements& all);
+        TextTable texts;
+        Entries contents;
+    };
+    /// What is found by names.
     struct Names {
         explicit Names(const Elements& all);
         /// Whether the containers of an element are called so; its own name is the last.
@@ -110,11 +121,12 @@ class ContentIndex {
         TextTable texts;
         /// By element.
         std::vector<TextTable::Number> ofElements;
-        Entries byName;
-        Entries bySource;
+        Entries contents;
         std::vector<Named> byClass;
     };
 
+    const Features& features(const Elements& all) const;
+    const Sources& sources(const Elements& all) const;
     const Names& names(const Elements& all) const;
     /// Where the contents of the parent with that text begin.
     static Entries::const_iterator firstOf(const Entries& sorted, Index parent,
@@ -124,8 +136,10 @@ class ContentIndex {
     /// Null for one set of keys more than there may be.
     const Entries* keyed(const Elements& all, const FragmentStep& step) const;
 
-    TextTable featureNames_;
-    Entries byFeature_;
+    mutable std::once_flag featuresOnce_;
+    mutable std::optional<Features> features_;
+    mutable std::once_flag sourcesOnce_;
+    mutable std::optional<Sources> sources_;
     mutable std::once_flag namesOnce_;
     mutable std::optional<Names> names_;
 

@@ -93,8 +93,8 @@ void FileFindings::place(const LoadedModel& model, ByteSource& source) {
         }
         if (each.spot.other != nothing) {
             const Position other = positionOf(each.spot.other);
-            finding.other = file_ + ':' + std::to_string(other.line) + ':' +
-                            std::to_string(other.column);
+            finding.other =
+                file_ + ':' + std::to_string(other.line) + ':' + std::to_string(other.column);
         }
     }
 }

@@ -14,8 +14,8 @@
 
 namespace nuv::zero::xmi {
 
-/// What is found inside one file while it is read, on its way to the findings of all. In which lines
-/// it stands and what its elements are called is known in the end only.
+/// What is found inside one file while it is read, on its way to the findings of all. In which
+/// lines it stands and what its elements are called is known in the end only.
 class FileFindings {
   public:
     static constexpr std::uint32_t nothing = 0xFFFFFFFFU;

@@ -29,11 +29,11 @@ const KnownClass& FileNames::classOfContent(Node node, const XmlStart& start,
     if (start.type != noName) return classNamed(node, start.type);
     if (said != nullptr) return *said;
     if (feature.property->getType() == ModelElement::metaClass()) {
-        throw Misfit(node,
-                     {Misfit::Reason::UnknownClass, Misfit::Weight::ContentsLost,
-                      nameOf(feature.property)},
-                     "an element of " + nameOf(feature.property) +
-                         " may be of any class, so its type is missing (xsi:type)");
+        throw Misfit(
+            node,
+            {Misfit::Reason::UnknownClass, Misfit::Weight::ContentsLost, nameOf(feature.property)},
+            "an element of " + nameOf(feature.property) +
+                " may be of any class, so its type is missing (xsi:type)");
     }
     return *feature.target;
 }
@@ -50,8 +50,7 @@ FileNames::Child FileNames::child(Node node, const XmlStart& start, const KnownC
     return {feature};
 }
 
-FileNames::Child FileNames::childOfForm(Node node, const XmlStart& start,
-                                        const KnownClass& owner) {
+FileNames::Child FileNames::childOfForm(Node node, const XmlStart& start, const KnownClass& owner) {
     const XmlName& name = names_[start.name];
     const bool isKnown = features_.isNamespaceKnown(start.name);
     if (isKnown) {
@@ -80,7 +79,13 @@ FileNames::Child FileNames::inWrapper(Node node, const XmlStart& start,
                                       const XmlForm::Wrapper& wrapper) {
     const Feature& feature = features_.known(wrapper.property);
     const bool needsClass = wrapper.namesClass && feature.isComposite && start.type == noName;
-    return {&feature, needsClass ? &classNamed(node, start.name) : nullptr};
+    if (!needsClass) return {&feature};
+    const XmlName& name = names_[start.name];
+    if (!name.uri.empty()) return {&feature, &classNamed(node, start.name)};
+    // Without a namespace it is a class beside the declared one.
+    const meta::Class found =
+        metamodel_.findClass(metamodel_.namespaceOf(feature.target->type), name.local);
+    return {&feature, found ? &features_.known(found) : &classNamed(node, start.name)};
 }
 
 const Feature* FileNames::attribute(Node node, NameId name, const KnownClass& owner) {
@@ -96,8 +101,7 @@ const Feature* FileNames::attribute(Node node, NameId name, const KnownClass& ow
     failFeature(node, name, owner, Misfit::Weight::LinkLost);
 }
 
-const Feature* FileNames::text(const KnownClass& owner) {
-    if (!hasForm_) return nullptr;
+const Feature* FileNames::textOfForm(const KnownClass& owner) {
     const meta::Property property = form_.textContent(owner.type);
     const bool isValue = property && !property->isAssociation();
     return isValue ? &features_.known(property) : nullptr;
@@ -134,8 +138,7 @@ const KnownClass& FileNames::classNamed(Node node, NameId id) {
                  "the package " + inQuotes(name.uri) + " has no class " + inQuotes(name.local));
 }
 
-void FileNames::failNamespace(Node node, NameId id, std::string_view what,
-                              Finding::Weight weight) {
+void FileNames::failNamespace(Node node, NameId id, std::string_view what, Finding::Weight weight) {
     const XmlName& name = names_[id];
     unknownNamespaces_.add(name.uri);
     const auto reason =

@@ -47,7 +47,7 @@ class FileNames {
     const Feature* attribute(Node node, NameId name, const KnownClass& owner);
     /// The feature that the text between the tags of an element belongs to; null where there is
     /// none.
-    const Feature* text(const KnownClass& owner);
+    const Feature* text(const KnownClass& owner) { return hasForm_ ? textOfForm(owner) : nullptr; }
     bool mayHoldText(const KnownClass& owner) const;
 
     bool isNil(const XmlStart& start) const;
@@ -56,6 +56,7 @@ class FileNames {
 
   private:
     const KnownClass& classNamed(Node node, NameId id);
+    const Feature* textOfForm(const KnownClass& owner);
     Child childOfForm(Node node, const XmlStart& start, const KnownClass& owner);
     [[noreturn]] void failNamespace(Node node, NameId id, std::string_view what,
                                     Finding::Weight weight);

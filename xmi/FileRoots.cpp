@@ -313,7 +313,8 @@ FileRoots& FileRoots::add(const std::string& name, std::shared_ptr<const FileTre
     if (rootNamed(name) != size()) {
         throw std::invalid_argument("there are two roots named " + inQuotes(name));
     }
-    Root root{name, tree, std::make_shared<FolderIndex>(tree, mostListed), {}};
+    auto index = std::make_shared<FolderIndex>(tree, mostListed);
+    Root root{name, std::move(tree), std::move(index), {}};
     for (std::string& each : prefixes) {
         checkPrefix(each);
         root.prefixes.push_back({std::move(each), {}});

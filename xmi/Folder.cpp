@@ -62,10 +62,6 @@ void putFirst(Steps& steps, std::string_view path) {
     }
 }
 
-std::string systemReason(int code) {
-    return std::generic_category().message(code);
-}
-
 /// Whether a failure means that there is nothing of the name.
 bool meansMissing(int code) {
     return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG;
@@ -210,83 +206,122 @@ Folder::Folder(const std::string& path) {
 
 Folder::~Folder() = default;
 
-FileTree::Opening Folder::open(std::string_view path, std::size_t limit) const {
-    Opening result;
-    const auto ended = [&](Outcome outcome, int code = 0) {
-        result.outcome = outcome;
-        if (outcome == Outcome::Refused) {
-            result.reason = "cannot be opened: " + systemReason(code);
-        }
-        return std::move(result);
-    };
-    if (path.starts_with('/')) return ended(Outcome::Outside);
-    if (path.find('\0') != std::string_view::npos) return ended(Outcome::Missing);
+/// Takes the steps of one path, from folder to folder.
+class Folder::Way {
+  public:
+    explicit Way(const Folder& folder) : folder_(folder) {}
 
-    Steps steps;
-    putFirst(steps, path);
-    // The folders on the way, and their names.
-    std::vector<Descriptor> way;
-    Steps names;
-    int links = 0;
-    while (!steps.empty()) {
-        const std::string step = std::move(steps.back());
-        steps.pop_back();
-        if (step == "..") {
-            if (way.empty()) return ended(Outcome::Outside);
-            way.pop_back();
-            names.pop_back();
-            continue;
+    Opening open(std::string_view path, std::size_t limit) {
+        if (path.starts_with('/')) return ended(Outcome::Outside);
+        if (path.find('\0') != std::string_view::npos) return ended(Outcome::Missing);
+        putFirst(steps_, path);
+        while (!steps_.empty()) {
+            const std::string step = std::move(steps_.back());
+            steps_.pop_back();
+            if (take(step)) continue;
+            if (!file_.isOpen()) return std::move(opening_);
+            if (!steps_.empty()) return ended(Outcome::Missing);
+            return openFile(limit);
         }
-        const int here = way.empty() ? descriptor_->number() : way.back().number();
+        return ended(Outcome::NoFile);
+    }
+
+  private:
+    Opening ended(Outcome outcome, int code = 0) {
+        opening_.outcome = outcome;
+        if (outcome == Outcome::Refused) {
+            opening_.reason = "cannot be opened: " + systemReason(code);
+        }
+        return std::move(opening_);
+    }
+    /// Says that the way does not go on.
+    bool end(Outcome outcome, int code = 0) {
+        opening_ = ended(outcome, code);
+        return false;
+    }
+
+    int here() const { return way_.empty() ? folder_.descriptor_->number() : way_.back().number(); }
+
+    /// Whether the way goes on. It does not where it leads to a file, which is open then, and
+    /// where it leads nowhere.
+    bool take(const std::string& step) {
+        if (step == "..") {
+            if (way_.empty()) return end(Outcome::Outside);
+            way_.pop_back();
+            names_.pop_back();
+            return true;
+        }
         // Not to be kept waiting by a pipe.
-        Descriptor next(
-            openat(here, step.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        Descriptor next(openat(here(), step.c_str(),
+                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         if (!next.isOpen()) {
             const int code = errno;
-            if (!isLinkRefused(code)) {
-                return ended(meansMissing(code) ? Outcome::Missing : Outcome::Refused, code);
-            }
-            std::array<char, PATH_MAX> target;
-            const auto length = readlinkat(here, step.c_str(), target.data(), target.size());
-            if (length < 0 || ++links > mostLinks) return ended(Outcome::Refused, ELOOP);
-            std::string_view linked(target.data(), static_cast<std::size_t>(length));
-            if (linked.starts_with('/')) {
-                const auto below = pathBelow(path_, linked);
-                if (!below) return ended(Outcome::Outside);
-                linked = *below;
-                way.clear();
-                names.clear();
-            }
-            putFirst(steps, linked);
-            continue;
+            if (isLinkRefused(code)) return takeLink(step);
+            return end(meansMissing(code) ? Outcome::Missing : Outcome::Refused, code);
         }
         struct stat kind {};
-        if (fstat(next.number(), &kind) != 0) return ended(Outcome::Refused, errno);
-        names.push_back(step);
+        if (fstat(next.number(), &kind) != 0) return end(Outcome::Refused, errno);
+        names_.push_back(step);
         if (S_ISDIR(kind.st_mode)) {
-            way.push_back(std::move(next));
-            continue;
+            way_.push_back(std::move(next));
+            return true;
         }
-        if (!steps.empty()) return ended(Outcome::Missing);
-        if (!S_ISREG(kind.st_mode)) return ended(Outcome::NoFile);
-        for (const std::string& each : names) {
-            if (!result.path.empty()) result.path += '/';
-            result.path += each;
+        isFile_ = S_ISREG(kind.st_mode);
+        file_ = std::move(next);
+        return false;
+    }
+
+    bool takeLink(const std::string& step) {
+        std::array<char, PATH_MAX> target;
+        const auto length = readlinkat(here(), step.c_str(), target.data(), target.size());
+        if (length < 0 || ++links_ > mostLinks) return end(Outcome::Refused, ELOOP);
+        std::string_view linked(target.data(), static_cast<std::size_t>(length));
+        if (linked.starts_with('/')) {
+            const auto below = pathBelow(folder_.path_, linked);
+            if (!below) return end(Outcome::Outside);
+            linked = *below;
+            way_.clear();
+            names_.clear();
         }
-        FilePointer file(fdopen(next.number(), "rb"));
+        putFirst(steps_, linked);
+        return true;
+    }
+
+    Opening openFile(std::size_t limit) {
+        if (!isFile_) return ended(Outcome::NoFile);
+        for (const std::string& each : names_) {
+            if (!opening_.path.empty()) opening_.path += '/';
+            opening_.path += each;
+        }
+        FilePointer file(fdopen(file_.number(), "rb"));
         if (!file) throw std::bad_alloc();
-        next.release();
+        file_.release();
         try {
-            result.bytes =
-                std::make_unique<FileSource>(path_ + "/" + result.path, std::move(file), limit);
+            opening_.bytes = std::make_unique<FileSource>(folder_.path_ + "/" + opening_.path,
+                                                          std::move(file), limit);
         } catch (const ReadError& error) {
-            result.outcome = Outcome::Refused;
-            result.reason = error.reason();
-            return result;
+            opening_.outcome = Outcome::Refused;
+            opening_.reason = error.reason();
+            return std::move(opening_);
         }
         return ended(Outcome::Opened);
     }
-    return ended(Outcome::NoFile);
+
+    const Folder& folder_;
+    /// Those that are still to be taken, the next one at the end.
+    Steps steps_;
+    /// The folders that were gone into, and the names on the way.
+    std::vector<Descriptor> way_;
+    Steps names_;
+    int links_ = 0;
+    /// What the way leads to.
+    Descriptor file_{-1};
+    bool isFile_ = false;
+    Opening opening_;
+};
+
+FileTree::Opening Folder::open(std::string_view path, std::size_t limit) const {
+    return Way(*this).open(path, limit);
 }
 
 std::vector<std::string> Folder::files(std::size_t limit) const {

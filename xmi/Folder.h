@@ -39,6 +39,7 @@ class Folder final : public FileTree {
   private:
     class Descriptor;
     class Listing;
+    class Way;
 
     std::unique_ptr<const Descriptor> descriptor_;
     std::string path_;

@@ -30,8 +30,9 @@ Folders foldersOf(const std::vector<std::string>& files) {
     }
     for (auto& [name, paths] : folders) {
         std::sort(paths.begin(), paths.end(), [](const std::string& one, const std::string& other) {
-            return std::pair(stepsOf(one), std::string_view(one)) <
-                   std::pair(stepsOf(other), std::string_view(other));
+            const std::size_t steps = stepsOf(one);
+            const std::size_t others = stepsOf(other);
+            return steps == others ? one < other : steps < others;
         });
     }
     return folders;

@@ -12,7 +12,7 @@ namespace nuv::zero::xmi {
 namespace {
 
 /// Bytes that go in and come out at once.
-constexpr std::size_t piece = std::size_t{1} << 16U;
+constexpr std::size_t packedPiece = std::size_t{1} << 16U;
 
 class Inflating {
   public:
@@ -48,7 +48,7 @@ class Inflating {
     void inflatePiece() {
         const std::size_t begin = bytes_.size();
         // One byte more tells whether there is more.
-        const std::size_t room = std::min(piece, limit_ - begin + 1);
+        const std::size_t room = std::min(packedPiece, limit_ - begin + 1);
         bytes_.resize(begin + room);
         stream_.next_out = reinterpret_cast<Bytef*>(bytes_.data() + begin);
         stream_.avail_out = static_cast<uInt>(room);
@@ -81,7 +81,7 @@ class Inflating {
 
 std::string gunzip(const std::string& name, ByteSource& packed, std::size_t limit) {
     Inflating inflating(name, limit);
-    std::string in(piece, '\0');
+    std::string in(packedPiece, '\0');
     for (std::size_t from = 0;;) {
         const std::size_t count = packed.read(from, in.data(), in.size());
         if (count == 0) return inflating.finish();

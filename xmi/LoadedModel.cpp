@@ -44,7 +44,7 @@ struct LoadedModel::Steps {
 
     Step root(std::size_t number) const { return model.root(number); }
     Step byFeature(Step from, std::string_view name, std::size_t number) const {
-        return index.child(from, name, number);
+        return index.child(model.contentElements(), from, name, number);
     }
     Step byName(Step from, std::string_view name, std::size_t number) const {
         return index.named(model.contentElements(), from, name, number);
@@ -78,11 +78,6 @@ LoadedModel::Found LoadedModel::lookUp(std::string_view fragment) const {
 LoadedModel::Index LoadedModel::goWay(const FragmentPath& path) const {
     const Steps steps{*this, contentIndex()};
     return FragmentWay<Steps>(steps).go(path);
-}
-
-const ContentIndex& LoadedModel::contentIndex() const {
-    std::call_once(contents_->once, [&] { contents_->index.emplace(contentElements()); });
-    return *contents_->index;
 }
 
 LoadedModel::Index LoadedModel::root(std::size_t ordinal) const {

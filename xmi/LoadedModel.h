@@ -3,8 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,8 +27,8 @@ namespace nuv::zero::xmi {
 /// others, `//@feature.N/@other` or `/N/@feature.M` below. An iD value that several elements share
 /// identifies none of them, and they go by their paths. Identities are unique in a file.
 ///
-/// An unchanging model may be asked by several threads at once. A model that was moved from can only
-/// be destroyed and assigned to.
+/// An unchanging model may be asked by several threads at once. A model that was moved from can
+/// only be destroyed and assigned to.
 class LoadedModel {
   public:
     const memory::Model& model() const noexcept { return model_; }
@@ -77,11 +75,6 @@ class LoadedModel {
     using Index = IdTable::Index;
     static constexpr Index none = IdTable::none;
 
-    /// Finds by anything but ids; made by the first who asks.
-    struct LazyContents {
-        std::once_flag once;
-        std::optional<ContentIndex> index;
-    };
     /// The model as paths see it.
     struct Steps;
 
@@ -94,7 +87,7 @@ class LoadedModel {
         return {elements_, places_, features_, namedClasses_};
     }
     /// REQUIRES: all elements are there with their values.
-    const ContentIndex& contentIndex() const;
+    const ContentIndex& contentIndex() const noexcept { return *contents_; }
     Index root(std::size_t ordinal) const;
     Index goWay(const FragmentPath& path) const;
 
@@ -112,7 +105,7 @@ class LoadedModel {
     std::vector<std::pair<Index, Index>> containedRoots_;
     ElementNumbers numbers_;
     IdTable ids_;
-    std::unique_ptr<LazyContents> contents_ = std::make_unique<LazyContents>();
+    std::unique_ptr<ContentIndex> contents_ = std::make_unique<ContentIndex>();
     std::size_t leftOut_ = 0;
 };
 

@@ -80,6 +80,8 @@ class MetamodelSet::Loader {
     /// Reads the files that a file refers to.
     void follow(std::size_t source);
     std::size_t followOne(std::size_t source, const std::string& path);
+    /// Reads a file of the roots that declares the namespace.
+    std::size_t readWith(std::string_view nsUri, const FilePlace& from);
     void reportUnreadable(const ReadError& error);
     void reportMissing(std::size_t source, const std::string& path);
     std::optional<FilePlace> placeInRoots(const std::string& path) const;
@@ -162,7 +164,7 @@ bool MetamodelSet::Loader::provide(std::string_view nsUri, std::string_view loca
     };
     const bool isFound =
         isProvidedAs(aliases_.meaning(nsUri), location) || loadLocated(nsUri, location, from) ||
-        (nsUri == ecoreNamespace ? loadBuiltIn() : loadIndexed(nsUri, from)) ||
+        loadIndexed(nsUri, from) || (nsUri == ecoreNamespace && loadBuiltIn()) ||
         isProvidedAs(NamespaceAliases::builtInMeaning(nsUri), {}) ||
         (hasScheme(location) && isProvidedAs(location.substr(0, location.find('#')), {}));
     if (!isFound) missing_.insert(std::move(asked));
@@ -271,7 +273,10 @@ std::size_t MetamodelSet::Loader::addBuiltIn() {
 }
 
 void MetamodelSet::Loader::follow(std::size_t source) {
-    if (sources_.needsEcore(source)) addBuiltIn();
+    if (sources_.needsEcore(source) && sources_.fileWith(ecoreNamespace) == noFile) {
+        const FilePlace from = known_[source].place.value_or(FilePlace{});
+        if (readWith(ecoreNamespace, from) == noFile) addBuiltIn();
+    }
     for (const std::string& path : sources_.filesReferredTo(source)) {
         if (meansEcore(path) || meansXmlTypes(path)) continue;
         try {
@@ -294,23 +299,24 @@ std::size_t MetamodelSet::Loader::followOne(std::size_t source, const std::strin
             if (there != noFile) return there;
         }
     }
-    const auto withNamespace = [&](std::string_view nsUri) {
-        for (const FilePlace& each : index_.filesWith(nsUri, from)) {
-            const FileRoots::Lookup found =
-                roots_.find(each.root, each.path, options_.limits.fileBytes);
-            if (found.outcome != FileRoots::Outcome::Found) continue;
-            read(found.places.front(), *found.bytes, nsUri, false);
-            if (sources_.fileWith(nsUri) != noFile) break;
-        }
-        return sources_.fileWith(nsUri);
-    };
-    const std::size_t there = withNamespace(path);
+    const std::size_t there = readWith(path, from);
     if (there != noFile) return there;
     std::string_view meant = aliases_.meaning(path);
     if (meant.empty()) meant = NamespaceAliases::builtInMeaning(path);
-    if (meant.empty() || withNamespace(meant) == noFile) return noFile;
+    if (meant.empty() || readWith(meant, from) == noFile) return noFile;
     sources_.addAlias(path, std::string(meant));
     return sources_.fileWith(meant);
+}
+
+std::size_t MetamodelSet::Loader::readWith(std::string_view nsUri, const FilePlace& from) {
+    for (const FilePlace& each : index_.filesWith(nsUri, from)) {
+        const FileRoots::Lookup found =
+            roots_.find(each.root, each.path, options_.limits.fileBytes);
+        if (found.outcome != FileRoots::Outcome::Found) continue;
+        read(found.places.front(), *found.bytes, nsUri, false);
+        if (sources_.fileWith(nsUri) != noFile) break;
+    }
+    return sources_.fileWith(nsUri);
 }
 
 void MetamodelSet::Loader::reportUnreadable(const ReadError& error) {

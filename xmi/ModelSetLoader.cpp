@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "xmi/BuiltInEcore.h"
-#include "xmi/FilePreamble.h"
+#include "xmi/FileHead.h"
 #include "xmi/TextFiles.h"
 #include "xmi/XmiBuilder.h"
 
@@ -61,7 +61,7 @@ struct ModelSetLoader::Reading {
     FilePlace place;
     std::string shown;
     std::unique_ptr<ByteSource> source;
-    FilePreamble preamble;
+    FileHead head;
     bool isSkipped = false;
 
     std::optional<LoadedModel> model;
@@ -172,19 +172,21 @@ void ModelSetLoader::open(Reading& reading, bool mustBeModels) {
             throw ReadError(reading.shown, {},
                             found.reason.empty() ? "is in none of the file roots" : found.reason);
         }
-        reading.preamble = FilePreamble::of(reading.shown, *reading.source, options_.file);
+        reading.head = FileHead::of(*reading.source);
     } catch (const ReadError& error) {
         reading.error = error;
         reading.isSkipped = !mustBeModels;
         return;
     }
-    provide(reading, reading.preamble.namespaces);
+    provide(reading, reading.head.namespaces);
     const auto isKnown = [&](const std::string& nsUri) {
         return metamodels_.loaded().hasNamespace(nsUri);
     };
-    const auto& namespaces = reading.preamble.namespaces;
+    const auto& namespaces = reading.head.namespaces;
     if (!mustBeModels && std::none_of(namespaces.begin(), namespaces.end(), isKnown)) {
         reading.isSkipped = true;
+        // What declares no namespace is no model at all.
+        if (namespaces.empty()) return;
         Finding note;
         note.reason = Reason::NotLoaded;
         note.weight = Finding::Weight::Note;
@@ -196,7 +198,7 @@ void ModelSetLoader::open(Reading& reading, bool mustBeModels) {
 
 void ModelSetLoader::provide(const Reading& reading, const std::vector<std::string>& namespaces) {
     for (const std::string& each : namespaces) {
-        metamodels_.provide(each, reading.preamble.locationOf(each), reading.place);
+        metamodels_.provide(each, reading.head.locationOf(each), reading.place);
     }
     std::vector<Finding> found = metamodels_.takeFindings();
     std::move(found.begin(), found.end(), std::back_inserter(ofMetamodels_));

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "xmi/BuiltInEcore.h"
 #include "xmi/ByteSource.h"
 #include "xmi/ReadError.h"
 
@@ -102,6 +103,8 @@ NamespaceIndex::Found NamespaceIndex::scan() const {
     std::size_t files = limits_.files;
     std::size_t bytes = limits_.bytes;
     for (std::size_t root = 0; root < roots_.size(); ++root) {
+        // What is built in is for want of files.
+        if (roots_.name(root) == builtInRoot) continue;
         try {
             for (const std::string& path : roots_.files(root)) {
                 if (!path.ends_with(".ecore") && !path.ends_with(".uml")) continue;

@@ -1,6 +1,7 @@
 #include "xmi/ReadError.h"
 
 #include <cstddef>
+#include <system_error>
 
 namespace nuv::zero::xmi {
 namespace {
@@ -40,6 +41,10 @@ ReadError::ReadError(std::string_view file, Position position, std::string_view 
       reason_(shownReason(reason)) {}
 
 ReadError::~ReadError() = default;
+
+std::string systemReason(int code) {
+    return std::generic_category().message(code);
+}
 
 std::string inQuotes(std::string_view text) {
     constexpr std::size_t shown = 100;

@@ -32,6 +32,9 @@ class ReadError : public std::runtime_error {
     std::string reason_;
 };
 
+/// What the system says of a failure, whose code is that of `errno`.
+std::string systemReason(int code);
+
 /// Text of a file in apostrophes, as error texts show it: cut when it is long.
 std::string inQuotes(std::string_view text);
 

@@ -9,4 +9,7 @@ namespace nuv::zero::xmi {
 /// converts it. Fast for the part in front of the first character beyond ASCII.
 void assignUtf16(std::u16string& to, std::string_view text);
 
+/// The reverse.
+void assignUtf8(std::string& to, std::u16string_view text);
+
 }  // namespace nuv::zero::xmi

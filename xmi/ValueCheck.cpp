@@ -6,18 +6,15 @@
 
 namespace nuv::zero::xmi {
 
-bool ValueCheck::holds(const DataType* type, std::string_view text) {
-    const bool isChecked = type != nullptr && (type->kind() == DataType::Kind::Boolean ||
-                                               type->kind() == DataType::Kind::Enumeration);
-    if (!isChecked) return true;
+bool ValueCheck::isKnown(const DataType& type, std::string_view text) {
     const std::size_t mix =
         text.empty() ? 0 : static_cast<unsigned char>(text.back()) * std::size_t{7} + text.size();
     Known& known = known_[mix % known_.size()];
-    if (known.type == type && known.text == text) return true;
-    if (!look(*type, text)) return false;
+    if (known.type == &type && known.text == text) return true;
+    if (!look(type, text)) return false;
     known.type = nullptr;
     known.text = text;
-    known.type = type;
+    known.type = &type;
     return true;
 }
 

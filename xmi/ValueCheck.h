@@ -18,11 +18,15 @@ namespace nuv::zero::xmi {
 class ValueCheck {
   public:
     /// As `DataType::holds`; true where nothing is known of the type.
-    bool holds(const DataType* type, std::string_view text);
+    bool holds(const DataType* type, std::string_view text) {
+        return type == nullptr || type->kind() == DataType::Kind::Text ||
+               type->kind() == DataType::Kind::Integer || isKnown(*type, text);
+    }
     /// The number that a text stands for; nothing where it is none.
     static std::optional<std::int64_t> integer(std::string_view text);
 
   private:
+    bool isKnown(const DataType& type, std::string_view text);
     bool look(const DataType& type, std::string_view text);
 
     struct Known {

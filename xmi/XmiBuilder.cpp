@@ -157,7 +157,9 @@ void XmiBuilder::leaveOut(const Misfit& misfit) {
 void XmiBuilder::text(std::string_view part) {
     if (unseen_ != 0) return;
     Open& around = open_.back();
-    if (around.role == Role::Value || around.role == Role::References) {
+    const bool isKept = around.role == Role::Value || around.role == Role::References ||
+                        (around.role == Role::Element && around.feature != nullptr);
+    if (isKept) {
         text_.append(part);
         return;
     }
@@ -202,15 +204,20 @@ void XmiBuilder::leave() {
 void XmiBuilder::close(const Open& closed) {
     if (closed.role == Role::Element) {
         closeElement(closed);
+        if (closed.feature != nullptr && !isBlank(text_)) addText(closed);
     } else if (closed.role == Role::Value) {
-        const Feature& feature = *closed.feature;
-        if (feature.isSingle) {
-            refuseSecondValue(closed.node, loaded_.elements_[closed.element], feature.property);
-        }
-        elements_.addValue(closed.node, closed.element, feature, text_);
+        addText(closed);
     } else if (closed.role == Role::References) {
         references_.addList({closed.node, closed.element, closed.feature->number}, text_);
     }
+}
+
+void XmiBuilder::addText(const Open& closed) {
+    const Feature& feature = *closed.feature;
+    if (feature.isSingle) {
+        refuseSecondValue(closed.node, loaded_.elements_[closed.element], feature.property);
+    }
+    elements_.addValue(closed.node, closed.element, feature, text_);
 }
 
 void XmiBuilder::closeElement(const Open& closed) {
@@ -232,7 +239,7 @@ void XmiBuilder::open(Node node, const XmlStart& start) {
         }
         return;
     }
-    const Open parent = open_.back();
+    const Open& parent = open_.back();
     const bool isValue = parent.role == Role::Value || parent.role == Role::References;
     if (isValue) failInside(parent);
     if (parent.role == Role::Foreign) {
@@ -249,19 +256,20 @@ void XmiBuilder::open(Node node, const XmlStart& start) {
 }
 
 XmiBuilder::Open& XmiBuilder::push(Node node, NameId name, Role role, Index element) {
-    Open opened{node, name, role};
+    Open& opened = open_.emplace_back();
+    opened.node = node;
+    opened.name = name;
+    opened.role = role;
     opened.element = element;
-    open_.push_back(opened);
-    return open_.back();
+    return opened;
 }
 
 void XmiBuilder::failInside(const Open& parent) const {
     const meta::Property& property = parent.feature->property;
     if (parent.role == Role::Value) {
-        throw Misfit(
-            parent.node,
-            {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong, nameOf(property)},
-            "the value of " + nameOf(property) + " is no text");
+        throw Misfit(parent.node,
+                     {Misfit::Reason::WrongValue, Misfit::Weight::ValueWrong, nameOf(property)},
+                     "the value of " + nameOf(property) + " is no text");
     }
     throw Misfit(parent.node,
                  {Misfit::Reason::NoFit, Misfit::Weight::ContentsLost, nameOf(property)},
@@ -293,26 +301,32 @@ void XmiBuilder::openRoot(Node node, const XmlStart& start) {
 }
 
 void XmiBuilder::openChild(Node node, const XmlStart& start, const Open& parent) {
+    // The texts of such elements are values as long as no others stand inside.
+    open_.back().feature = nullptr;
     const FileNames::Child child = meanings_.child(node, start, *parent.type);
+    const Index owner = parent.element;
     if (child.feature != nullptr) {
-        openPart(node, start, parent.element, child);
+        openPart(node, start, owner, child);
     } else if (child.isForeign) {
         openForeign(node, start);
     } else {
-        Open& wrapper = push(node, start.name, Role::Wrapper, parent.element);
+        Open& wrapper = push(node, start.name, Role::Wrapper, owner);
         wrapper.wrapper = child.wrapper;
         wrapper.depth = 1;
     }
 }
 
 void XmiBuilder::openInWrapper(Node node, const XmlStart& start, const Open& parent) {
-    if (parent.depth < parent.wrapper->depth) {
-        Open& wrapper = push(node, start.name, Role::Wrapper, parent.element);
-        wrapper.wrapper = parent.wrapper;
-        wrapper.depth = parent.depth + 1;
-        return;
+    const XmlForm::Wrapper* const around = parent.wrapper;
+    const std::uint32_t depth = parent.depth;
+    const Index owner = parent.element;
+    if (depth < around->depth) {
+        Open& wrapper = push(node, start.name, Role::Wrapper, owner);
+        wrapper.wrapper = around;
+        wrapper.depth = depth + 1;
+    } else {
+        openPart(node, start, owner, meanings_.inWrapper(node, start, *around));
     }
-    openPart(node, start, parent.element, meanings_.inWrapper(node, start, *parent.wrapper));
 }
 
 void XmiBuilder::openForeign(Node node, const XmlStart& start) {
@@ -373,6 +387,8 @@ void XmiBuilder::create(Node node, const XmlStart& start, const KnownClass& type
     opened.isStep = true;
     opened.type = &type;
     opened.firstChild = elements_.waiting();
+    opened.feature = meanings_.text(type);
+    if (opened.feature != nullptr) text_.clear();
     addAttributes(node, start, index, type);
 }
 

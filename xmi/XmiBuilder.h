@@ -29,9 +29,9 @@ namespace nuv::zero::xmi {
 /// which may lead anywhere in it. Besides the model, only what references ask for is kept.
 ///
 /// A file that is not well-formed is refused as such, wherever its content may be wrong as well.
-/// What else is wrong becomes a finding, where there is a list for them: the XML element is left out
-/// with all that it holds, or the one value or reference, and reading goes on. Otherwise the first
-/// misfit is kept, and what follows is parsed and looked at no more.
+/// What else is wrong becomes a finding, where there is a list for them: the XML element is left
+/// out with all that it holds, or the one value or reference, and reading goes on. Otherwise the
+/// first misfit is kept, and what follows is parsed and looked at no more.
 class XmiBuilder final : private XmlHandler {
   public:
     /// REQUIRES: everything that is given by reference outlives the builder.
@@ -69,9 +69,9 @@ class XmiBuilder final : private XmlHandler {
         Foreign,
     };
     struct Open {
-        Node node;
-        NameId name;
-        Role role;
+        Node node = noNode;
+        NameId name = noName;
+        Role role = Role::Skipped;
         /// Whether paths lead through it.
         bool isStep = false;
         /// Whether it was said that its text is out of place, or need not be.
@@ -129,6 +129,7 @@ class XmiBuilder final : private XmlHandler {
     void create(Node node, const XmlStart& start, const KnownClass& type, Index container,
                 const Feature* feature);
     void close(const Open& closed);
+    void addText(const Open& closed);
     void closeElement(const Open& closed);
     void addAttributes(Node node, const XmlStart& start, Index element, const KnownClass& type);
     void addAttribute(Node node, const XmlAttribute& attribute, Index element,

@@ -18,7 +18,7 @@ namespace nuv::zero::xmi {
 namespace {
 
 /// Bytes that are inflated at once.
-constexpr std::size_t piece = std::size_t{1} << 16U;
+constexpr std::size_t inflatedPiece = std::size_t{1} << 16U;
 /// Bytes of the directory per entry: a header of 46 bytes, a name and what else there may be. And
 /// those in which its end is looked for.
 constexpr std::size_t bytesPerEntry = 512;
@@ -91,7 +91,7 @@ class ZipFile::Library {
         for (;;) {
             const std::size_t begin = bytes.size();
             // One byte more tells whether there is more.
-            const std::size_t wanted = std::min(piece, count - begin + 1);
+            const std::size_t wanted = std::min(inflatedPiece, count - begin + 1);
             bytes.resize(begin + wanted);
             const zip_int64_t got = zip_fread(opened.get(), bytes.data() + begin, wanted);
             if (got < 0) fail(*zip_file_get_error(opened.get()), name);

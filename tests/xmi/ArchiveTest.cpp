@@ -11,6 +11,7 @@
 #include "tests/xmi/ReaderFixture.h"
 #include "tests/xmi/ZipBuilder.h"
 #include "xmi/FileRoots.h"
+#include "xmi/ModelSet.h"
 
 namespace nuv::zero::xmi::test {
 namespace {
@@ -268,6 +269,42 @@ TEST(Archive, MayBeAFileRoot) {
     EXPECT_EQ(errorOf([&] { roots.add("text", tree.path("model/m.xmi")); }),
               tree.path("model/m.xmi") + ": cannot be read as an archive: Not a zip archive");
     EXPECT_EQ(roots.size(), 3U);
+}
+
+TEST(Archive, ASetMaySpanFoldersArchivesAndCompressedFiles) {
+    FolderTree tree;
+    const LoadedMetamodel metamodel = metamodelOf(eClass("Node", reference("to", "Node", many)));
+    ZipBuilder zip;
+    zip.add("a/k.xmi", root("Node", R"(to="../l.xmi#/ ../../m.xmi#/")"), true);
+    zip.add("l.xmi", gzipped(root("Node", R"(to="secret.xmi#/ bad.xmi#/")")), true);
+    ZipBuilder::Entry secret;
+    secret.name = "secret.xmi";
+    secret.flags = 1;
+    ZipBuilder::Entry bad;
+    bad.name = "bad.xmi";
+    bad.content = root("Node", "");
+    bad.checksumOff = 1;
+    tree.write("units.zip", zip.add(secret).add(bad).bytes());
+    tree.write("model/m.xmi", gzipped(root("Node", R"(to="urn:units/a/k.xmi#/")")));
+    FileRoots roots;
+    roots.add("model", tree.path("model")).add("units", tree.path("units.zip"), {"urn:units"});
+    ModelSet set(metamodel, std::move(roots));
+    set.load("m.xmi");
+    Lines lines;
+    for (std::size_t file = 0; file < set.fileCount(); ++file) {
+        lines.push_back(set.roots().textOf(set.place(file)));
+    }
+    EXPECT_EQ(lines, (Lines{"model:m.xmi", "units:a/k.xmi", "units:l.xmi"}));
+    lines.clear();
+    for (const auto& each : set.findings()) lines.push_back(each.text());
+    const std::string begin = " of Node.to leads to a file that ";
+    EXPECT_EQ(lines,
+              (Lines{"units:a/k.xmi:1:1: the reference '../../m.xmi#/'" + begin +
+                         "lies outside of its file root",
+                     "units:l.xmi:1:1: the reference 'secret.xmi#/'" + begin + "is encrypted",
+                     "units:l.xmi:1:1: the reference 'bad.xmi#/'" + begin +
+                         "cannot be read: " + tree.path("units.zip") +
+                         ": holds the file 'bad.xmi', which cannot be read: CRC error"}));
 }
 
 TEST(Archive, OfAnotherProgramIsRead) {

@@ -3,7 +3,8 @@
 
 Written independently of the C++ reader, on another XML parser, to check it: types every XML element
 against the metamodels and counts those that stand for objects, but neither values, nor references,
-nor what is kept in other files.
+nor what is kept in other files, nor what is of no metamodel where anything may stand. Files of XML
+schemas are understood as far as global elements go, which take each other's place.
 """
 import sys
 import xml.etree.ElementTree as ElementTree
@@ -39,13 +40,18 @@ def parse(path):
     return root, scopes
 
 
-def written_name(element):
+def said(element, key):
+    """What a metamodel says of how a class or feature is written as XML."""
     for annotation in element.findall("eAnnotations"):
         if annotation.get("source") == FOR_XML:
             for details in annotation.findall("details"):
-                if details.get("key") == "name":
+                if details.get("key") == key:
                     return details.get("value")
     return None
+
+
+def written_name(element):
+    return said(element, "name")
 
 
 class Metamodel:
@@ -55,6 +61,8 @@ class Metamodel:
     def __init__(self, paths):
         self.classes = {}
         self.by_name = {}
+        # Of global elements: what they contain, in whose place they stand, the package's namespace.
+        self.globals = {}
         for path in paths:
             root, _ = parse(path)
             packages = root if is_xmi(root.tag) else [root]
@@ -67,6 +75,8 @@ class Metamodel:
             if classifier.get(XSI + "type") != "ecore:EClass":
                 continue
             entry = (namespace, classifier)
+            if written_name(classifier) == "" and said(classifier, "kind") == "mixed":
+                self.add_globals(entry)
             self.classes[namespace, classifier.get("name")] = entry
             written = written_name(classifier)
             if written:
@@ -74,6 +84,47 @@ class Metamodel:
             self.by_name.setdefault(classifier.get("name"), []).append((path, entry))
         for inner in package.findall("eSubpackages"):
             self.add(inner, path)
+
+    def add_globals(self, root):
+        for feature in root[1].findall("eStructuralFeatures"):
+            if said(feature, "kind") == "element":
+                uri = said(feature, "namespace") or ""
+                head = (said(feature, "affiliation") or "").rpartition("#")
+                key = uri, written_name(feature)
+                self.globals[key] = (root, feature, (head[0] or uri, head[2]))
+
+    def class_named(self, uri, name):
+        """Files may call a package by the namespace of its global elements."""
+        uris = [uri] + [root[0] for key, (root, _, _) in self.globals.items() if key[0] == uri]
+        for each in uris:
+            if (each, name) in self.classes:
+                return self.classes[each, name]
+        return None
+
+    def class_of_global(self, tag):
+        if split(tag) not in self.globals:
+            return None
+        root, feature, _ = self.globals[split(tag)]
+        return self.type_of(root, feature)
+
+    def part(self, entry, tag):
+        """The feature that a child element stands for, with its class, and what it contains."""
+        found = self.feature(entry, split(tag)[1])
+        if found is not None:
+            return found + (self.type_of(*found),)
+        key = split(tag)
+        while key in self.globals:
+            key = self.globals[key][2]
+            found = self.feature(entry, key[1])
+            if found is not None:
+                return found + (self.class_of_global(tag),)
+        return None
+
+    def has_wildcard(self, entry):
+        kinds = [said(f, "kind") for f in entry[1].findall("eStructuralFeatures")]
+        return "elementWildcard" in kinds or any(
+            self.has_wildcard(each) for each in self.superclasses(entry)
+        )
 
     def lead(self, reference, namespace):
         """The class that a reference in a metamodel leads to; null for one that is not there."""
@@ -134,30 +185,35 @@ def count(metamodel_paths, model_path):
         for name in element.attrib:
             if split(name)[1] == "type" and (name.startswith(XSI) or is_xmi(name)):
                 prefix, _, local = element.get(name).rpartition(":")
-                return metamodel.classes[scopes[element].get(prefix, ""), local]
+                return metamodel.class_named(scopes[element].get(prefix, ""), local)
         return None
 
     objects = 0
     todo = []
     for element in root if is_xmi(root.tag) else [root]:
         if not is_xmi(element.tag):
-            todo.append((element, named(element) or metamodel.classes[split(element.tag)]))
+            entry = metamodel.class_of_global(element.tag) or metamodel.class_named(
+                *split(element.tag)
+            )
+            todo.append((element, named(element) or entry))
     while todo:
         element, entry = todo.pop()
         objects += 1
         for child in element:
             if is_xmi(child.tag) or child.get(XSI + "nil") == "true":
                 continue
-            found = metamodel.feature(entry, split(child.tag)[1])
+            found = metamodel.part(entry, child.tag)
             if found is None:
+                if metamodel.has_wildcard(entry):
+                    continue
                 raise SystemExit(f"{entry[1].get('name')} has no feature {child.tag}")
-            owner, feature = found
+            _, feature, content = found
             is_contained = feature.get("containment") == "true"
             refers = child.get("href") is not None or any(
                 is_xmi(a) and split(a)[1] == "idref" for a in child.attrib
             )
             if is_contained and not refers:
-                todo.append((child, named(child) or metamodel.type_of(owner, feature)))
+                todo.append((child, named(child) or content))
     return objects
 
 
