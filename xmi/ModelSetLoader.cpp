@@ -300,6 +300,7 @@ void ModelSetLoader::take(Reading& reading) {
     bytes_ += reading.source->size();
     entry.state = Entry::State::Loaded;
     entry.file = number;
+    if (options_.onFile) options_.onFile(file.model.elements().size(), reading.source->size());
 }
 
 void ModelSetLoader::follow(const ModelSetFile& file) {

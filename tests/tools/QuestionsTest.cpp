@@ -39,6 +39,8 @@ TEST_F(Questions, EachAnswersByItsStatus) {
     EXPECT_EQ(ask("find none.xmi").status, 4);
     EXPECT_EQ(ask("find -m none.ecore drone.xmi").status, 4);
     EXPECT_EQ(ask("find --root a=none drone.xmi").status, 4);
+    EXPECT_EQ(ask("find none.xmi").err,
+              "model-walk: none.xmi: cannot be opened: there is no such file\n");
 }
 
 TEST_F(Questions, TheSummaryNamesOverHowMuchItWasAnswered) {
@@ -345,6 +347,25 @@ TEST_F(Questions, AModelComesFromAFileAFolderOrStandardInput) {
               "elements per file\n        4  model:charging.xmi\n       41  model:drone.xmi\n"
               "        7  model:fleet.xmi\n");
     EXPECT_EQ(ask("find -c Block " + folder_.string()).status, 2);
+}
+
+TEST_F(Questions, DataIsReadByOthers) {
+    if (std::system("command -v python3 >/dev/null && command -v dot >/dev/null") != 0) {
+        GTEST_SKIP() << "needs python3 and dot (Graphviz)";
+    }
+    const std::string model =
+        write("odd.xmi",
+              "<s:Package xmlns:s='urn:example:system:1.0' name='\u202E&quot;\\&#9;🙂'><blocks "
+              "name='&lt;b&gt;'/></s:Package>");
+    for (const char* question : {"info", "contents", "find -a '*'"}) {
+        const Ended read =
+            run(question + (" -q -f json -m system.ecore '" + model) +
+                "' | python3 -c 'import json, sys\nfor line in sys.stdin: json.loads(line)'");
+        EXPECT_EQ(read, (Ended{0, "", ""})) << question;
+    }
+    const Ended drawn = run("contents -q -f dot --clusters -m system.ecore '" + model +
+                            "' | dot -Tplain | grep -c '^edge\\|^node'");
+    EXPECT_EQ(drawn, (Ended{0, "2\n", ""}));
 }
 
 TEST_F(Questions, LoadingIsLimited) {

@@ -44,9 +44,10 @@ class ModelWalkFixture : public testing::Test {
     void TearDown() override { std::filesystem::remove_all(folder_); }
 
     /// Runs the program in the folder of the sample model; the arguments are words of the shell.
-    Ended run(const std::string& arguments) const {
-        const std::string command = "cd '" SAMPLE_MODELS "' && '" MODEL_WALK "' " + arguments +
-                                    " >'" + (folder_ / "out").string() + "' 2>'" +
+    Ended run(const std::string& arguments,
+              const std::filesystem::path& folder = SAMPLE_MODELS) const {
+        const std::string command = "cd '" + folder.string() + "' && '" MODEL_WALK "' " +
+                                    arguments + " >'" + (folder_ / "out").string() + "' 2>'" +
                                     (folder_ / "err").string() + "'";
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(folder_ / "out"),

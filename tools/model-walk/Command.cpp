@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 
 #include "Completion.h"
 #include "CountAnswers.h"
@@ -187,6 +188,9 @@ ExitStatus answerOrFail(const Words& arguments) {
         return fail(ExitStatus::Unwritable, error.what());
     } catch (const nuv::zero::xmi::ReadError& error) {
         return fail(ExitStatus::Unreadable, error.what());
+    } catch (const std::invalid_argument& error) {
+        // What a file root may be called, and where a prefix may lead.
+        return fail(ExitStatus::WrongUsage, error.what());
     } catch (const std::bad_alloc&) {
         return fail(ExitStatus::Unreadable, "there is not enough memory");
     } catch (const std::exception& error) {

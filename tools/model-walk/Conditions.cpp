@@ -4,7 +4,6 @@
 #include <regex>
 #include <set>
 
-#include "Labels.h"
 #include "UsageError.h"
 #include "model/memory/Text.h"
 
@@ -110,7 +109,8 @@ bool fits(std::string_view text, std::string_view pattern) {
     return true;
 }
 
-Conditions::Conditions(const CommandLine& line, const Names& names) {
+Conditions::Conditions(const CommandLine& line, const Labels& labels) {
+    const Names& names = labels.names();
     std::vector<Class> classes;
     for (const std::string& each : line.values(Option::Class)) {
         classes.push_back(names.classNamed(each));
@@ -131,10 +131,10 @@ Conditions::Conditions(const CommandLine& line, const Names& names) {
         });
     };
     if (line.has(Option::Name)) {
-        compare("name", [pattern = line.value(Option::Name)](const Values& values) {
-            return std::any_of(values.begin(), values.end(),
-                               [&](const std::string& each) { return fits(each, pattern); });
-        });
+        conditions_.emplace_back(
+            [&labels, pattern = line.value(Option::Name)](const ModelElement& element) {
+                return fits(labels.givenName(element), pattern);
+            });
     }
     for (const std::string& each : line.values(Option::Where)) {
         const Comparison comparison = comparisonOf(each);

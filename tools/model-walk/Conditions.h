@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "CommandLine.h"
-#include "Names.h"
+#include "Labels.h"
 
 namespace model_walk {
 
@@ -14,8 +14,8 @@ namespace model_walk {
 class Conditions {
   public:
     /// Throws `UsageError` for a class that there is not, an attribute that no class has, and what
-    /// is no regular expression.
-    Conditions(const CommandLine& line, const Names& names);
+    /// is no regular expression. REQUIRES: the labels outlive the conditions.
+    Conditions(const CommandLine& line, const Labels& labels);
 
     bool hold(const nuv::zero::ModelElement& element) const;
 

@@ -4,7 +4,7 @@
 namespace model_walk {
 
 Outcome find(const Asked& asked) {
-    const Conditions conditions(asked.line, asked.names);
+    const Conditions conditions(asked.line, asked.labels);
     const auto tell = [&](const std::vector<nuv::zero::ModelElement>& candidates) {
         for (const auto& each : candidates) {
             if (conditions.hold(each)) asked.answers.tell(ElementAnswer{each});

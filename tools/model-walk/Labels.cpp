@@ -1,9 +1,11 @@
 #include "Labels.h"
 
+#include <algorithm>
 #include <utility>
 #include <variant>
 
 #include "model/memory/ModelAccess.h"
+#include "xmi/EscapedText.h"
 
 namespace model_walk {
 
@@ -45,8 +47,9 @@ AttributeLabel readAttribute(const ModelElement& element, const Property& attrib
     return label;
 }
 
-Labels::Labels(const Project& project, const Names& names, std::vector<std::string> attributes)
-    : project_(project), names_(names), attributes_(std::move(attributes)) {}
+Labels::Labels(const Project& project, const Names& names, std::vector<std::string> attributes,
+               Naming naming)
+    : project_(project), names_(names), attributes_(std::move(attributes)), naming_(naming) {}
 
 std::string Labels::className(const ModelElement& element) const {
     std::string& name = classNames_[element->getClass()];
@@ -54,21 +57,28 @@ std::string Labels::className(const ModelElement& element) const {
     return name;
 }
 
-std::string Labels::name(const ModelElement& element) const {
-    const Property property = element->getClass()->getProperty(u"name");
-    if (property && hasPrintableName(element->getClass())) {
-        const AttributeLabel label = readAttribute(element, property);
-        if (!label.values.empty()) return label.values.front();
+std::string Labels::givenName(const ModelElement& element) const {
+    for (const Property& each : nameAttributes(element->getClass())) {
+        const AttributeLabel label = readAttribute(element, each);
+        if (!label.values.empty() && !label.values.front().empty()) return label.values.front();
     }
+    return {};
+}
+
+std::string Labels::name(const ModelElement& element) const {
+    std::string given = givenName(element);
+    if (!given.empty()) return given;
     const std::string address = project_.address(element);
-    return address.substr(address.find('#') + 1);
+    return nuv::zero::xmi::unescaped(address.substr(address.find('#') + 1));
 }
 
 std::string Labels::element(const ModelElement& element) const {
-    if (!element || hasPrintableName(element->getClass())) {
-        return nuv::zero::traversal::dumpElement(element);
-    }
-    return toUtf8(element->getClass()->getName()) + "'" + name(element) + "'";
+    if (!element) return nuv::zero::traversal::dumpElement(element);
+    const Property plain = element->getClass()->getProperty(u"name");
+    const bool isPlain =
+        naming_ == Naming::Plain && (!plain || !nameAttributes(element->getClass()).empty());
+    return toUtf8(element->getClass()->getName()) + "'" +
+           (isPlain ? givenName(element) : name(element)) + "'";
 }
 
 std::string Labels::property(const Link& link) {
@@ -97,15 +107,22 @@ std::vector<AttributeLabel> Labels::attributes(const ModelElement& element) cons
     return labels;
 }
 
-bool Labels::hasPrintableName(const Class& type) const {
-    const auto known = printableNames_.find(type);
-    if (known != printableNames_.end()) return known->second;
-    const Property name = type->getProperty(u"name");
-    const bool isPrintable =
-        !name ||
-        (name->isSingleValued() && name->getType() == nuv::zero::meta::StandardTypes::stringMeta());
-    printableNames_.emplace(type, isPrintable);
-    return isPrintable;
+const Labels::Attributes& Labels::nameAttributes(const Class& type) const {
+    const auto known = nameAttributes_.find(type);
+    if (known != nameAttributes_.end()) return known->second;
+    Attributes all;
+    for (const Property& each : type->getAllClassProperties()) {
+        const std::u16string& name = each->getName();
+        const bool isText = each->isSingleValued() &&
+                            each->getType() == nuv::zero::meta::StandardTypes::stringMeta();
+        const bool isPlain = name == u"name";
+        const bool isOther = naming_ == Naming::Telling && name.ends_with(u"Name");
+        if (isText && (isPlain || isOther)) all.push_back(each);
+    }
+    std::stable_sort(all.begin(), all.end(), [](const Property& one, const Property& other) {
+        return one->getName().size() < other->getName().size();
+    });
+    return nameAttributes_.emplace(type, std::move(all)).first->second;
 }
 
 }  // namespace model_walk

@@ -23,9 +23,17 @@ struct AttributeLabel {
 /// that say otherwise.
 class Labels {
   public:
+    enum class Naming {
+        /// Who has no name goes by the fragment.
+        Telling,
+        /// As `dumpElement` does it: by the attribute `name` alone, which may be empty.
+        Plain,
+    };
+
     /// The attributes that are to be shown of each element; `*` means all that are set. REQUIRES:
     /// project and names outlive the labels.
-    Labels(const Project& project, const Names& names, std::vector<std::string> attributes);
+    Labels(const Project& project, const Names& names, std::vector<std::string> attributes,
+           Naming naming = Naming::Telling);
 
     /// Escaped, as `Project::address`.
     std::string address(const nuv::zero::ModelElement& element) const {
@@ -33,13 +41,16 @@ class Labels {
     }
     /// The shortest name of its class that means only this class.
     std::string className(const nuv::zero::ModelElement& element) const;
-    /// Its name, or else its fragment.
+    /// What its attribute says that names elements of its class: the one called `name`, or else the
+    /// shortest that is called so in the end, such as `declaredName`. Empty where there is none.
+    std::string givenName(const nuv::zero::ModelElement& element) const;
+    /// Its given name, or else its fragment.
     std::string name(const nuv::zero::ModelElement& element) const;
-    /// `Class'name'`, as `dumpElement` has it.
+    /// `Class'name'`.
     std::string element(const nuv::zero::ModelElement& element) const;
     /// `[pseudo]` for the property of an input's own link.
     static std::string property(const nuv::zero::traversal::Link& link);
-    /// `Class'name'-[property]-Class'name'`, as `dumpLink` has it.
+    /// `Class'name'-[property]-Class'name'`.
     std::string link(const nuv::zero::traversal::Link& link) const;
     /// Those that were asked for and that are set, in that order.
     std::vector<AttributeLabel> attributes(const nuv::zero::ModelElement& element) const;
@@ -48,12 +59,14 @@ class Labels {
     const Names& names() const noexcept { return names_; }
 
   private:
-    bool hasPrintableName(const nuv::zero::meta::Class& type) const;
+    using Attributes = std::vector<nuv::zero::meta::Property>;
+    const Attributes& nameAttributes(const nuv::zero::meta::Class& type) const;
 
     const Project& project_;
     const Names& names_;
     std::vector<std::string> attributes_;
-    mutable std::unordered_map<nuv::zero::meta::Class, bool> printableNames_;
+    Naming naming_;
+    mutable std::unordered_map<nuv::zero::meta::Class, Attributes> nameAttributes_;
     mutable std::unordered_map<nuv::zero::meta::Class, std::string> classNames_;
 };
 

@@ -10,6 +10,10 @@
 #include <utility>
 
 #include "UsageError.h"
+#include "xmi/Archive.h"
+#include "xmi/ByteSource.h"
+#include "xmi/ReadError.h"
+#include "xmi/RootsFile.h"
 #include "xmi/TextFiles.h"
 
 namespace model_walk {
@@ -31,10 +35,26 @@ std::pair<std::string, std::string> atSign(Option option, const std::string& tex
     return {text.substr(0, sign), text.substr(sign + 1)};
 }
 
+/// `a.zip[b/m.xmi]` names a file in an archive.
+std::pair<std::string, std::string> atBrackets(const std::string& model) {
+    const std::size_t open = model.rfind('[');
+    const bool hasBrackets = open != std::string::npos && model.ends_with(']') && open > 0;
+    std::error_code ignored;
+    if (!hasBrackets || fs::exists(model, ignored)) return {model, {}};
+    return {model.substr(0, open), model.substr(open + 1, model.size() - open - 2)};
+}
+
 std::shared_ptr<const xmi::FileTree> standardInput(const std::string& name) {
     auto texts = std::make_shared<xmi::TextFiles>("standard input");
     texts->add(name, std::string(std::istreambuf_iterator<char>(std::cin), {}));
     return texts;
+}
+
+bool isArchiveFile(const std::string& path) {
+    std::error_code ignored;
+    if (!fs::is_regular_file(path, ignored)) return false;
+    xmi::FileSource source(path, xmi::limits::fileBytes);
+    return xmi::isArchive(source);
 }
 
 /// Adds the model's own root, and says where the model is in it.
@@ -47,6 +67,16 @@ std::string addOwnRoot(xmi::FileRoots& roots, const std::string& model) {
     if (fs::is_directory(model, ignored)) {
         roots.add(ownRoot, model);
         return {};
+    }
+    const auto [file, inside] = atBrackets(model);
+    if (!inside.empty() || isArchiveFile(file)) {
+        auto archive = std::make_shared<xmi::Archive>(file);
+        const std::string path = inside.empty() ? archive->onlyModel() : inside;
+        roots.add(ownRoot, std::move(archive));
+        return path;
+    }
+    if (!fs::exists(model, ignored)) {
+        throw xmi::ReadError(model, {}, "cannot be opened: there is no such file");
     }
     const fs::path path(model);
     const fs::path folder = path.parent_path();
@@ -109,6 +139,9 @@ ModelPlace modelPlaceOf(const CommandLine& line) {
         place.path = pathInModel(place.roots, model);
     }
     for (const auto& [name, path] : others) place.roots.add(name, path);
+    for (const std::string& each : line.values(Option::Roots)) {
+        xmi::RootsFile(each).addTo(place.roots);
+    }
     for (const std::string& each : line.values(Option::Prefix)) {
         // A prefix may hold the sign, a name may not.
         const auto [prefix, target] = atSign(Option::Prefix, each, each.rfind('='));
@@ -132,8 +165,11 @@ std::string pathInModel(const xmi::FileRoots& roots, const std::string& path) {
     return relative.empty() ? path : relative.string();
 }
 
-xmi::LoadOptions loadOptionsOf(const CommandLine& line) {
+xmi::LoadOptions loadOptionsOf(const CommandLine& line, Progress& progress) {
     xmi::LoadOptions options;
+    options.onFile = [&progress](std::size_t elements, std::size_t bytes) {
+        progress.onFile(elements, bytes);
+    };
     const bool isAlone = line.has(Option::SkipCrossFile) || line.value(Option::Load) == "given";
     if (isAlone) options.extent = xmi::Extent::Given;
     options.metamodels = line.values(Option::Metamodel);

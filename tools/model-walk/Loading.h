@@ -3,6 +3,7 @@
 #include <string>
 
 #include "CommandLine.h"
+#include "Progress.h"
 #include "xmi/FileRoots.h"
 #include "xmi/LoadOptions.h"
 
@@ -24,7 +25,8 @@ ModelPlace modelPlaceOf(const CommandLine& line);
 /// else from the present folder. A text that names a root stays as it is.
 std::string pathInModel(const nuv::zero::xmi::FileRoots& roots, const std::string& path);
 
-/// Throws `UsageError` for what is no limit, no number and no pair of namespaces.
-nuv::zero::xmi::LoadOptions loadOptionsOf(const CommandLine& line);
+/// The progress hears of each file. Throws `UsageError` for what is no limit, no number and no pair
+/// of namespaces.
+nuv::zero::xmi::LoadOptions loadOptionsOf(const CommandLine& line, Progress& progress);
 
 }  // namespace model_walk

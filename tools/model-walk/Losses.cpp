@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/memory/Text.h"
+#include "xmi/ElementAddress.h"
 
 namespace model_walk {
 
@@ -11,6 +12,15 @@ using nuv::zero::meta::Property;
 using nuv::zero::xmi::Finding;
 
 namespace {
+
+/// The element that lacks something; null where it is not known.
+ModelElement sourceOf(const Project& project, const Finding& finding) {
+    const std::size_t colon = finding.file.find(':');
+    if (finding.element.empty() || colon == std::string::npos) return {};
+    const nuv::zero::xmi::ElementAddress address = {
+        finding.file.substr(0, colon), finding.file.substr(colon + 1), finding.element};
+    return project.find(address.text());
+}
 
 std::string lastStep(const std::string& path) {
     return path.substr(path.find_last_of("/:") + 1);
@@ -57,9 +67,7 @@ bool Losses::mayLeadTo(const std::unordered_set<ModelElement>& elements) const {
 bool Losses::isLostFrom(
     const std::function<bool(const ModelElement&, const Property&)>& isGoneThrough) const {
     return std::any_of(unexpected_.begin(), unexpected_.end(), [&](const Finding* each) {
-        const ModelElement source = each->element.empty()
-                                        ? ModelElement()
-                                        : project_.find(each->file + "#" + each->element);
+        const ModelElement source = sourceOf(project_, *each);
         if (!source) return true;
         const std::string name = each->property.substr(each->property.rfind('.') + 1);
         return isGoneThrough(source,

@@ -80,7 +80,7 @@ void answer(const std::vector<std::string>& arguments) {
     const CommandLine line(entry, now);
     const Project project(line, Project::Strictly);
     const Names names(project.metamodel());
-    const Labels labels(project, names, {});
+    const Labels labels(project, names, {}, Labels::Naming::Plain);
     Sink sink;
     std::unique_ptr<Answers> answers;
     if (format == "tsv") {

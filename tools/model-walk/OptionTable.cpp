@@ -88,7 +88,7 @@ constexpr std::array<OptionEntry, 43> allOptions = {{
      "--limit",
      "NAME=N",
      true,
-     "how much a model may take: bytes, depth, elements, names, files",
+     "how much a model may take: bytes, depth, elements, names, files, findings",
      {}},
     {Option::Threads, "--threads", "N", false, "on how many threads files are read", {}},
     {Option::Format, "-f,--format", "FORMAT", false, "how answers are printed", formats},

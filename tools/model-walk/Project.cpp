@@ -5,7 +5,6 @@
 
 #include "Loading.h"
 #include "Names.h"
-#include "Progress.h"
 #include "UsageError.h"
 #include "xmi/EcoreReader.h"
 #include "xmi/EscapedText.h"
@@ -72,15 +71,16 @@ class Project::SingleFile final : public Project::Loaded {
 
 class Project::Files final : public Project::Loaded {
   public:
-    explicit Files(const CommandLine& line) : Files(line, modelPlaceOf(line)) {}
+    Files(const CommandLine& line, Progress& progress)
+        : Files(line, modelPlaceOf(line), progress) {}
 
     const xmi::LoadedMetamodel& metamodel() const override { return set_.metamodel(); }
     const xmi::LoadedModel& ownModel() const override { return set_.model(0); }
     const xmi::ModelSet* set() const override { return &set_; }
 
   private:
-    Files(const CommandLine& line, ModelPlace place)
-        : set_(std::move(place.roots), loadOptionsOf(line)) {
+    Files(const CommandLine& line, ModelPlace place, Progress& progress)
+        : set_(std::move(place.roots), loadOptionsOf(line, progress)) {
         std::vector<std::string> paths;
         if (!place.path.empty()) paths.push_back(place.path);
         for (const std::string& each : line.values(Option::Model)) {
@@ -116,8 +116,8 @@ Project::Project(const CommandLine& line) {
         throw UsageError("the model is missing; see model-walk help " +
                          std::string(line.entry().name));
     }
-    const Progress progress(line);
-    loaded_ = std::make_unique<Files>(line);
+    Progress progress(line);
+    loaded_ = std::make_unique<Files>(line, progress);
 }
 
 Project::Project(const CommandLine& line, Strict /*strictly*/)
