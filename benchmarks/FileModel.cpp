@@ -48,7 +48,7 @@ std::unique_ptr<Shape> readShape(const ModelFile& file) {
     shape->owner = loaded;
 
     std::unordered_set<meta::Property> seen;
-    for (const meta::Class& type : metamodel.metamodel().classes()) {
+    for (const meta::Class& type : metamodel.classes()) {
         for (const meta::Property& property : access::allProperties(type)) {
             if (!access::isAssociation(property) || access::isDerived(property)) continue;
             if (seen.insert(property).second) shape->followed.push_back(property);

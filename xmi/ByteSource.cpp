@@ -24,6 +24,12 @@ std::size_t copy(std::string_view bytes, std::size_t from, char* into, std::size
 
 ByteSource::~ByteSource() = default;
 
+std::string allBytes(ByteSource& source) {
+    std::string bytes(source.size(), '\0');
+    bytes.resize(source.read(0, bytes.data(), bytes.size()));
+    return bytes;
+}
+
 std::size_t TextSource::read(std::size_t from, char* into, std::size_t wanted) {
     return copy(bytes_, from, into, wanted);
 }

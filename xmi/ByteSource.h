@@ -25,6 +25,9 @@ class ByteSource {
     virtual std::size_t read(std::size_t from, char* into, std::size_t wanted) = 0;
 };
 
+/// All bytes of a source. Throws as reading does.
+std::string allBytes(ByteSource& source);
+
 /// Bytes that are at hand.
 class TextSource final : public ByteSource {
   public:

@@ -24,6 +24,9 @@ DataKind dataKindOfJavaClass(std::string_view instanceClassName) {
     if (instanceClassName == "java.lang.String" || instanceClassName == "String") {
         return DataKind::String;
     }
+    if (instanceClassName == "boolean" || instanceClassName == "java.lang.Boolean") {
+        return DataKind::Boolean;
+    }
     // Not java.math.BigInteger: its values need not fit into an integer.
     constexpr std::array<std::string_view, 8> integers = {
         "int",   "java.lang.Integer", "long", "java.lang.Long",
@@ -45,15 +48,29 @@ std::optional<DataKind> ecoreDataKind(std::string_view name) {
         "EInt",   "EIntegerObject", "ELong", "ELongObject",
         "EShort", "EShortObject",   "EByte", "EByteObject"};
     if (isOneOf(name, integers)) return DataKind::Integer;
-    constexpr std::array<std::string_view, 24> others = {
-        "EBigDecimal",      "EBigInteger",   "EBoolean",
-        "EBooleanObject",   "EByteArray",    "EChar",
-        "ECharacterObject", "EDate",         "EDiagnosticChain",
-        "EDouble",          "EDoubleObject", "EEList",
-        "EEnumerator",      "EFeatureMap",   "EFeatureMapEntry",
-        "EFloat",           "EFloatObject",  "EInvocationTargetException",
-        "EJavaClass",       "EJavaObject",   "EMap",
-        "EResource",        "EResourceSet",  "ETreeIterator"};
+    if (name == "EBoolean" || name == "EBooleanObject") return DataKind::Boolean;
+    constexpr std::array<std::string_view, 22> others = {"EBigDecimal",
+                                                         "EBigInteger",
+                                                         "EByteArray",
+                                                         "EChar",
+                                                         "ECharacterObject",
+                                                         "EDate",
+                                                         "EDiagnosticChain",
+                                                         "EDouble",
+                                                         "EDoubleObject",
+                                                         "EEList",
+                                                         "EEnumerator",
+                                                         "EFeatureMap",
+                                                         "EFeatureMapEntry",
+                                                         "EFloat",
+                                                         "EFloatObject",
+                                                         "EInvocationTargetException",
+                                                         "EJavaClass",
+                                                         "EJavaObject",
+                                                         "EMap",
+                                                         "EResource",
+                                                         "EResourceSet",
+                                                         "ETreeIterator"};
     if (isOneOf(name, others)) return DataKind::OtherText;
     return std::nullopt;
 }
@@ -63,6 +80,7 @@ DataKind xmlDataKind(std::string_view name) {
         "String", "NormalizedString", "Token",   "Name",   "NCName",  "ID",
         "IDREF",  "ENTITY",           "NMTOKEN", "AnyURI", "Language"};
     if (isOneOf(name, strings)) return DataKind::String;
+    if (name == "Boolean" || name == "BooleanObject") return DataKind::Boolean;
     constexpr std::array<std::string_view, 8> integers = {
         "Int", "IntObject", "Long", "LongObject", "Short", "ShortObject", "Byte", "ByteObject"};
     return isOneOf(name, integers) ? DataKind::Integer : DataKind::OtherText;

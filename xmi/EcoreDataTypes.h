@@ -6,7 +6,7 @@
 namespace nuv::zero::xmi {
 
 /// What the values of a data type are.
-enum class DataKind { String, Integer, OtherText };
+enum class DataKind { String, Integer, Boolean, OtherText };
 
 /// What the Java class behind a data type says; empty for none.
 DataKind dataKindOfJavaClass(std::string_view instanceClassName);

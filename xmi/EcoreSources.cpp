@@ -1,9 +1,11 @@
 #include "xmi/EcoreSources.h"
 
+#include <algorithm>
 #include <filesystem>
-#include <optional>
+#include <set>
 #include <utility>
 
+#include "xmi/EcoreDataTypes.h"
 #include "xmi/LoadedMetamodel.h"
 
 namespace nuv::zero::xmi {
@@ -13,8 +15,40 @@ bool isEcore(const XmlName& name) {
     return name.uri == ecoreNamespace;
 }
 
-std::filesystem::path fileName(std::string_view path) {
-    return std::filesystem::path(percentDecoded(path)).filename();
+/// The steps of a path from its last one, without those that lead nowhere.
+std::vector<std::string> stepsFromTheEnd(const std::string& path) {
+    std::vector<std::string> steps;
+    for (const auto& each : std::filesystem::path(path)) {
+        const std::string step = each.string();
+        if (!step.empty() && step != "." && step != ".." && step != "/") steps.push_back(step);
+    }
+    std::reverse(steps.begin(), steps.end());
+    return steps;
+}
+
+/// The features by which metamodels refer to what others declare.
+bool refersToDeclarations(std::string_view feature) {
+    return feature == "eType" || feature == "eSuperTypes" || feature == "eClassifier" ||
+           feature == "eOpposite";
+}
+
+/// Calls `visit` with every reference of a package to a declaration in another file.
+template <class Visit>
+void forEachOutgoing(const XmlDocument& document, Node package, const Visit& visit) {
+    for (Node node = package; node < document[package].end; ++node) {
+        for (const XmlAttribute& each : document.attributes(node)) {
+            const XmlName& name = document.name(each.name);
+            const bool isHref =
+                name.isPlain("href") && refersToDeclarations(document.nameOf(node).local);
+            if (!isHref && !(name.uri.empty() && refersToDeclarations(name.local))) continue;
+            if (each.value.find('#') == std::string_view::npos) continue;
+            for (const ListedReference& one : splitReferences(each.value)) {
+                const std::size_t hash = one.text.find('#');
+                if (hash == std::string_view::npos || hash == 0) continue;
+                visit(one.text.substr(0, hash), one.text.substr(hash + 1));
+            }
+        }
+    }
 }
 
 }  // namespace
@@ -24,10 +58,11 @@ std::string_view EcoreTarget::name() const {
     return all.substr(all.rfind('/') + 1);
 }
 
-EcoreSources::File::File(XmlDocument parsed)
+EcoreSources::File::File(XmlDocument parsed, bool given)
     : document(std::move(parsed)),
-      fragments(document.names(), document),
-      roots(document.modelRoots()) {
+      fragments(document),
+      roots(document.modelRoots()),
+      isGiven(given) {
     for (Node node = 0; node < document.size(); ++node) {
         for (const XmlAttribute& each : document.attributes(node)) {
             const XmlName& name = document.name(each.name);
@@ -36,26 +71,37 @@ EcoreSources::File::File(XmlDocument parsed)
     }
 }
 
-void EcoreSources::add(XmlDocument document) {
+std::size_t EcoreSources::add(XmlDocument document, bool isGiven, std::string_view wanted) {
     const std::size_t source = files_.size();
-    const auto packages = static_cast<std::ptrdiff_t>(packages_.size());
-    const auto classifiers = static_cast<std::ptrdiff_t>(classifiers_.size());
     const std::size_t qualifiedNames = qualifiedNames_;
-    files_.emplace_back(std::move(document));
+    files_.emplace_back(std::move(document), isGiven);
     try {
-        collect(source);
+        collect(source, wanted);
     } catch (...) {
         // Whoever goes on without this file must not find half of it.
-        std::erase_if(byNsUri_, [&](const auto& each) { return each.second.source == source; });
-        classifiers_.erase(classifiers_.begin() + classifiers, classifiers_.end());
-        packages_.erase(packages_.begin() + packages, packages_.end());
-        files_.pop_back();
+        keepFirst(source);
         qualifiedNames_ = qualifiedNames;
         throw;
     }
+    return source;
 }
 
-void EcoreSources::collect(std::size_t source) {
+void EcoreSources::keepFirst(std::size_t files) {
+    const auto isGone = [&](const SourceNode& place) { return place.source >= files; };
+    std::erase_if(byNsUri_, [&](const auto& each) { return isGone(each.second); });
+    std::erase_if(classifiers_, [&](const Classifier& each) { return isGone(each.place); });
+    std::erase_if(packages_, [&](const Package& each) { return isGone(each.place); });
+    std::erase_if(links_, [&](const auto& each) {
+        return each.first.first >= files || (each.second != noFile && each.second >= files);
+    });
+    while (files_.size() > files) files_.pop_back();
+}
+
+void EcoreSources::link(std::size_t from, const std::string& path, std::size_t to) {
+    links_[{from, path}] = to;
+}
+
+void EcoreSources::collect(std::size_t source, std::string_view wanted) {
     const File& file = files_[source];
     const XmlDocument& document = file.document;
     constexpr std::size_t noPackage = static_cast<std::size_t>(-1);
@@ -81,6 +127,7 @@ void EcoreSources::collect(std::size_t source) {
         const XmlName& name = document.nameOf(root);
         if (isEcore(name) && name.local == "EPackage") addPackage(root, {});
     }
+    for (const Node node : packagesWithin(document, wanted)) addPackage(node, {});
     if (packages_.size() == before) {
         fail({source, 0}, "is not an Ecore metamodel: the root " +
                               inQuotes(document.nameOf(0).local) + " is no package of Ecore");
@@ -100,6 +147,51 @@ void EcoreSources::collect(std::size_t source) {
             classifiers_.push_back({place, package, name});
         }
     }
+}
+
+std::vector<Node> EcoreSources::packagesWithin(const XmlDocument& document,
+                                               std::string_view wanted) {
+    std::vector<Node> first;
+    std::vector<Node> asked;
+    Node end = 0;
+    Node lastParent = noNode;
+    for (Node node = 0; node < document.size(); ++node) {
+        const NameId type = document[node].type;
+        if (node < end || type == noName) continue;
+        if (!isEcore(document.name(type)) || document.name(type).local != "EPackage") continue;
+        if (document[node].parent == noNode || document.nameOf(node).local == "eSubpackages") {
+            continue;
+        }
+        const std::string_view* const nsUri = document.attribute(node, "nsURI");
+        if (nsUri != nullptr && !wanted.empty() && *nsUri == wanted) asked.push_back(node);
+        if (document[node].parent != lastParent) first.push_back(node);
+        lastParent = document[node].parent;
+        end = document[node].end;
+    }
+    return asked.empty() ? first : std::vector<Node>{asked.front()};
+}
+
+std::vector<std::string> EcoreSources::namespacesOf(const XmlDocument& document,
+                                                    std::string_view wanted) {
+    std::vector<Node> packages = packagesWithin(document, wanted);
+    for (const Node root : document.modelRoots()) {
+        const XmlName& name = document.nameOf(root);
+        if (isEcore(name) && name.local == "EPackage") packages.push_back(root);
+    }
+    std::vector<std::string> namespaces;
+    for (const Node each : packages) {
+        const std::string_view* const nsUri = document.attribute(each, "nsURI");
+        if (nsUri != nullptr && !nsUri->empty()) namespaces.emplace_back(*nsUri);
+    }
+    return namespaces;
+}
+
+void EcoreSources::exclude(std::size_t source) {
+    files_[source].isExcluded = true;
+    for (Package& each : packages_) each.isExcluded |= each.place.source == source;
+    std::erase_if(byNsUri_, [&](const auto& each) { return each.second.source == source; });
+    std::erase_if(classifiers_,
+                  [&](const Classifier& each) { return each.place.source == source; });
 }
 
 void EcoreSources::countQualifiedName(SourceNode place, std::string_view package,
@@ -159,13 +251,13 @@ EcoreTarget EcoreSources::resolve(SourceNode from, std::string_view reference) c
     std::size_t source = from.source;
     std::vector<Node> packageRoot;
     if (!target.file.empty()) {
-        const auto package = byNsUri_.find(target.file);
-        if (package != byNsUri_.end()) {
-            source = package->second.source;
-            packageRoot.push_back(package->second.node);
+        const SourceNode* const package = packageWith(target.file);
+        if (package != nullptr) {
+            source = package->source;
+            packageRoot.push_back(package->node);
         } else {
-            source = fileNamed(from.source, target.file);
-            if (source == noFile) return target;
+            source = fileMeant(from.source, target.file);
+            if (source == noFile || files_[source].isExcluded) return target;
         }
     }
 
@@ -182,23 +274,126 @@ EcoreTarget EcoreSources::resolve(SourceNode from, std::string_view reference) c
                    (source == from.source ? "this file" : file.document.file()));
 }
 
-std::size_t EcoreSources::fileNamed(std::size_t from, std::string_view path) const {
-    namespace fs = std::filesystem;
-    const fs::path here = fs::path(document(from).file()).parent_path();
-    const fs::path exact = (here / percentDecoded(path)).lexically_normal();
-    const fs::path name = fileName(path);
-    std::size_t sameName = noFile;
-    for (std::size_t i = 0; i < files_.size(); ++i) {
-        const fs::path file = fs::path(files_[i].document.file());
-        if (file.lexically_normal() == exact) return i;
-        if (sameName == noFile && file.filename() == name) sameName = i;
-    }
-    // `platform:/plugin/...` and the like say where a file was on another machine; its name is what
-    // can be compared.
-    return sameName;
+const SourceNode* EcoreSources::packageWith(std::string_view nsUri) const {
+    const auto alias = aliases_.find(nsUri);
+    const auto found = byNsUri_.find(alias == aliases_.end() ? nsUri : alias->second);
+    return found == byNsUri_.end() ? nullptr : &found->second;
 }
 
-std::string_view EcoreSources::writtenName(SourceNode place) const {
+std::size_t EcoreSources::fileWith(std::string_view nsUri) const {
+    const SourceNode* const package = packageWith(nsUri);
+    return package == nullptr ? noFile : package->source;
+}
+
+bool EcoreSources::declares(std::size_t source, std::string_view nsUri) const {
+    return std::any_of(packages_.begin(), packages_.end(), [&](const Package& each) {
+        return each.place.source == source && each.nsUri == nsUri;
+    });
+}
+
+const EcoreSources::Package* EcoreSources::packageNamed(std::string_view nsUri) const {
+    const SourceNode* const place = packageWith(nsUri);
+    if (place == nullptr) return nullptr;
+    const auto found = std::find_if(packages_.begin(), packages_.end(),
+                                    [&](const Package& each) { return each.place == *place; });
+    return found == packages_.end() ? nullptr : &*found;
+}
+
+std::string EcoreSources::pathOf(const Package& package) const {
+    const File& file = files_[package.place.source];
+    const XmlDocument& document = file.document;
+    std::string path;
+    Node node = package.place.node;
+    while (std::find(file.roots.begin(), file.roots.end(), node) == file.roots.end()) {
+        std::size_t ordinal = 0;
+        const Node parent = document[node].parent;
+        for (Node each = document.firstChild(parent); each != node;
+             each = document.nextSibling(each)) {
+            if (document.nameOf(each).local == document.nameOf(node).local) ++ordinal;
+        }
+        path =
+            "/@" + std::string(document.nameOf(node).local) + "." + std::to_string(ordinal) + path;
+        node = parent;
+    }
+    const auto root = std::find(file.roots.begin(), file.roots.end(), node) - file.roots.begin();
+    return (file.roots.size() > 1 ? "/" + std::to_string(root) : "/") + path;
+}
+
+std::vector<Node> EcoreSources::outermostPackages(std::size_t source) const {
+    std::vector<Node> packages;
+    Node end = 0;
+    for (const Package& each : packages_) {
+        if (each.place.source != source || (each.place.node < end && !packages.empty())) continue;
+        packages.push_back(each.place.node);
+        end = document(source)[each.place.node].end;
+    }
+    return packages;
+}
+
+std::vector<std::string> EcoreSources::filesReferredTo(std::size_t source) const {
+    std::vector<std::string> files;
+    std::set<std::string, std::less<>> known;
+    const auto take = [&](std::string_view file, std::string_view /*fragment*/) {
+        if (!known.contains(file)) files.push_back(*known.emplace(file).first);
+    };
+    for (const Node each : outermostPackages(source)) forEachOutgoing(document(source), each, take);
+    return files;
+}
+
+bool EcoreSources::needsEcore(std::size_t source) const {
+    bool isNeeded = false;
+    const auto take = [&](std::string_view file, std::string_view fragment) {
+        const std::string_view name = fragment.substr(fragment.rfind('/') + 1);
+        if (name != "EObject" && meansEcore(file) && isEcoreClass(name)) isNeeded = true;
+    };
+    for (const Node each : outermostPackages(source)) forEachOutgoing(document(source), each, take);
+    return isNeeded;
+}
+
+std::size_t EcoreSources::fileMeant(std::size_t from, std::string_view path) const {
+    const std::size_t withNamespace = fileWith(path);
+    if (withNamespace != noFile) return withNamespace;
+    const auto linked = links_.find({from, std::string(path)});
+    if (linked != links_.end()) return linked->second;
+    const std::size_t given = givenFileNamed(from, path);
+    // Ecore itself is always at hand, wherever another machine had it.
+    return given == noFile && meansEcore(path) ? fileWith(ecoreNamespace) : given;
+}
+
+std::size_t EcoreSources::givenFileNamed(std::size_t from, std::string_view path) const {
+    namespace fs = std::filesystem;
+    const std::string decoded = percentDecoded(path);
+    const fs::path here = fs::path(document(from).file()).parent_path();
+    const fs::path exact = (here / decoded).lexically_normal();
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+        if (!files_[i].isGiven) continue;
+        if (fs::path(files_[i].document.file()).lexically_normal() == exact) return i;
+    }
+    // `platform:/plugin/...` and the like say where a file was on another machine. What can be
+    // compared is how the paths end.
+    const std::vector<std::string> wanted = stepsFromTheEnd(decoded);
+    std::size_t longest = 0;
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+        if (!files_[i].isGiven) continue;
+        const std::vector<std::string> steps = stepsFromTheEnd(files_[i].document.file());
+        const auto end =
+            std::mismatch(wanted.begin(), wanted.end(), steps.begin(), steps.end()).first;
+        const auto length = static_cast<std::size_t>(end - wanted.begin());
+        if (length == 0 || length < longest) continue;
+        if (length > longest) found.clear();
+        longest = length;
+        found.push_back(i);
+    }
+    if (found.size() > 1) {
+        fail({from, 0}, "the file " + inQuotes(path) + " may be " + document(found.front()).file() +
+                            " or " + document(found.back()).file());
+    }
+    return found.empty() ? noFile : found.front();
+}
+
+const std::string_view* EcoreSources::annotation(SourceNode place, std::string_view source,
+                                                 std::string_view key) const {
     const XmlDocument& document = this->document(place.source);
     const auto is = [&](Node node, std::string_view attribute, std::string_view value) {
         const std::string_view* found = document.attribute(node, attribute);
@@ -206,15 +401,15 @@ std::string_view EcoreSources::writtenName(SourceNode place) const {
     };
     for (Node node = document.firstChild(place.node); node != noNode;
          node = document.nextSibling(node)) {
-        const bool isForXml =
-            document.nameOf(node).local == "eAnnotations" &&
-            is(node, "source", "http:///org/eclipse/emf/ecore/util/ExtendedMetaData");
-        if (!isForXml) continue;
+        if (document.nameOf(node).local != "eAnnotations" || !is(node, "source", source)) continue;
         for (Node detail = node + 1; detail < document[node].end; ++detail) {
-            if (is(detail, "key", "name")) return attribute({place.source, detail}, "value");
+            if (!is(detail, "key", key)) continue;
+            const std::string_view* const value = document.attribute(detail, "value");
+            static constexpr std::string_view nothing;
+            return value == nullptr ? &nothing : value;
         }
     }
-    return {};
+    return nullptr;
 }
 
 void EcoreSources::fail(SourceNode place, std::string_view reason) const {

@@ -33,22 +33,34 @@ bool FeatureTable::isNamespaceKnown(NameId name) {
     return answers.isNamespaceKnown == OfName::Answer::Yes;
 }
 
-Feature* FeatureTable::find(const KnownClass& owner, NameId name) {
-    // No name has this number, so no key is that of a free place.
-    const std::uint64_t key = (std::uint64_t{owner.number} << 32U) | (name + std::uint64_t{1});
-    OfClass* place = &placeOf(key);
-    if (place->feature != nullptr) return place->feature;
+const KnownClass* FeatureTable::globalElement(NameId name) {
+    const meta::Class found = metamodel_.xmlForm().globalElement(names_[name]);
+    return found ? &known(found) : nullptr;
+}
 
-    const meta::Property property = metamodel_.findProperty(owner.type, names_[name].local);
-    if (!property) return nullptr;
-    Feature& feature = known(property);
+KnownPart FeatureTable::find(const KnownClass& owner, NameId name, XmlForm::Place place) {
+    // No name has this number, so no key is that of a free place.
+    const std::uint64_t which =
+        (std::uint64_t{owner.number} << 1U) + (place == XmlForm::Place::Attribute ? 1U : 0U);
+    const std::uint64_t key = (which << 32U) | (name + std::uint64_t{1});
+    OfClass* known = &placeOf(key);
+    if (known->part.feature != nullptr) return known->part;
+
+    XmlForm::Part found;
+    if (!metamodel_.xmlForm().empty()) {
+        found = metamodel_.xmlForm().feature(owner.type, names_[name], place);
+    }
+    if (!found) found.property = metamodel_.findProperty(owner.type, names_[name].local);
+    if (!found) return {};
+    const KnownPart part{&this->known(found.property),
+                         found.type ? &this->known(found.type) : nullptr};
     if (2 * (taken_ + 1) > ofClasses_.size()) {
         grow();
-        place = &placeOf(key);
+        known = &placeOf(key);
     }
-    *place = {key, &feature};
+    *known = {key, part};
     ++taken_;
-    return &feature;
+    return part;
 }
 
 const KnownClass& FeatureTable::known(const meta::Class& type) {
@@ -76,7 +88,7 @@ Feature& FeatureTable::known(const meta::Property& property) {
                                      : Feature::Kind::Text,
                          property->isSingleValued(), property->isComposite(),
                          property->getUpperBound() == memory::unbounded, metamodel_.isId(property),
-                         target});
+                         target, metamodel_.dataType(property)});
     byProperty_.emplace(property.get(), &features_.back());
     return features_.back();
 }
@@ -87,7 +99,7 @@ FeatureTable::OfClass& FeatureTable::placeOf(std::uint64_t key) noexcept {
     const std::size_t mask = ofClasses_.size() - 1;
     for (std::size_t at = (key * factor_) >> static_cast<unsigned>(shift);; at = (at + 1) & mask) {
         OfClass& place = ofClasses_[at];
-        if (place.feature == nullptr || place.key == key) return place;
+        if (place.part.feature == nullptr || place.key == key) return place;
     }
 }
 
@@ -95,7 +107,7 @@ void FeatureTable::grow() {
     std::vector<OfClass> before(2 * ofClasses_.size());
     before.swap(ofClasses_);
     for (const OfClass& each : before) {
-        if (each.feature != nullptr) placeOf(each.key) = each;
+        if (each.part.feature != nullptr) placeOf(each.key) = each;
     }
 }
 

@@ -37,6 +37,16 @@ struct Feature {
     bool isId;
     /// The declared class of the elements; null for values.
     const KnownClass* target;
+    /// What texts are values; null for references. Lives while the metamodel does not grow.
+    const DataType* dataType;
+};
+
+/// What the name of an XML element or attribute means in an element of a class.
+struct KnownPart {
+    /// Null where it means nothing.
+    Feature* feature = nullptr;
+    /// The class of the contained element, where the name says it; see `XmlForm::Part`.
+    const KnownClass* type = nullptr;
 };
 
 /// The classes and features of a metamodel by the names of one file, each looked up once.
@@ -47,8 +57,18 @@ class FeatureTable {
 
     /// Null where no package with the namespace has the class.
     const KnownClass* findClass(NameId name);
+    /// The class of the elements that an XML element of that name stands for by itself; null where
+    /// there is none. See `XmlForm::globalElement`.
+    const KnownClass* globalElement(NameId name);
+    /// The feature by a name in an element, and what else the name says.
+    KnownPart find(const KnownClass& owner, NameId name, XmlForm::Place place);
     /// Null where the class has no such feature.
-    Feature* find(const KnownClass& owner, NameId name);
+    Feature* find(const KnownClass& owner, NameId name) {
+        return find(owner, name, XmlForm::Place::Element).feature;
+    }
+    /// What is known of a class and of a property, by whatever way one has come to it.
+    const KnownClass& known(const meta::Class& type);
+    Feature& known(const meta::Property& property);
     /// How many were looked up so far; their numbers are those below.
     std::uint32_t size() const noexcept { return static_cast<std::uint32_t>(features_.size()); }
     const Feature& operator[](std::uint32_t number) const noexcept { return features_[number]; }
@@ -66,12 +86,10 @@ class FeatureTable {
     /// The feature that a class has by a name; null where the place is free.
     struct OfClass {
         std::uint64_t key = 0;
-        Feature* feature = nullptr;
+        KnownPart part;
     };
 
     OfName& ofName(NameId name);
-    const KnownClass& known(const meta::Class& type);
-    Feature& known(const meta::Property& property);
     OfClass& placeOf(std::uint64_t key) noexcept;
     void grow();
 

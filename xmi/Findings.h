@@ -24,11 +24,16 @@ class Findings {
     explicit Findings(std::size_t limit) : limit_(limit) {}
 
     void add(Finding finding);
+    /// Adds those of others, kept or not, behind its own.
+    void add(Findings others);
 
-    /// Those that are kept: the first, in the order in which they were added.
+    /// Those that are kept, to iterate over: the first, in the order in which they were added.
+    auto begin() const noexcept { return kept_.begin(); }
+    auto end() const noexcept { return kept_.end(); }
     const std::vector<Finding>& kept() const noexcept { return kept_; }
     std::vector<Finding>& kept() noexcept { return kept_; }
     const Counts& counts() const noexcept { return counts_; }
+    bool empty() const noexcept { return size_ == 0; }
     /// All, kept or not.
     std::size_t size() const noexcept { return size_; }
     std::size_t ofWeight(Finding::Weight weight) const noexcept {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace nuv::zero::xmi {
 namespace {
@@ -27,25 +28,84 @@ int hexDigit(char character) {
     return -1;
 }
 
-FragmentStep parseStep(std::string_view raw) {
+/// Takes `.N` off the end of a text, where it ends so.
+std::size_t takeIndex(std::string_view& text) {
+    const std::size_t dot = text.rfind('.');
+    if (dot == std::string_view::npos) return 0;
+    const auto index = number(text.substr(dot + 1));
+    if (!index) return 0;
+    text = text.substr(0, dot);
+    return *index;
+}
+
+/// Takes `key='value'` from the front of what stands in brackets, and the mark behind it.
+bool takeKey(std::string_view& text, std::vector<FragmentStep::Key>& keys) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string_view::npos || equals + 1 == text.size()) return false;
+    const char quote = text[equals + 1];
+    const std::size_t end = text.find(quote, equals + 2);
+    const bool isQuoted = quote == '\'' || quote == '"';
+    if (!isQuoted || end == std::string_view::npos || end + 1 == text.size()) return false;
+    if (text[end + 1] != ',' && text[end + 1] != ']') return false;
+    keys.emplace_back(percentDecoded(text.substr(0, equals)),
+                      percentDecoded(text.substr(equals + 2, end - equals - 2)));
+    text.remove_prefix(end + 1);
+    return true;
+}
+
+/// The length of the step that a text begins with.
+std::size_t lengthOfStep(std::string_view text) {
+    std::size_t from = 0;
+    if (text.starts_with('%')) {
+        // A source is free text between percent signs and may hold slashes.
+        from = text.find('%', 1);
+    } else if (text.starts_with('@')) {
+        // So may the values of keys, between quotation marks.
+        const std::size_t open = text.find_first_of("[/");
+        std::size_t at = open;
+        while (at < text.size() && text[open] == '[' && text[at] != ']') {
+            const std::size_t quote = text.find_first_of("'\"]", at + 1);
+            if (quote == std::string_view::npos) break;
+            at = text[quote] == ']' ? quote : text.find(text[quote], quote + 1);
+        }
+        from = at;
+    }
+    return std::min(text.size(), text.find('/', from == std::string_view::npos ? 0 : from));
+}
+
+std::optional<FragmentStep> parseKeys(std::string_view raw) {
+    const std::size_t open = raw.find('[');
+    FragmentStep step{FragmentStep::Kind::Keys, percentDecoded(raw.substr(1, open - 1)), 0, raw};
+    std::string_view rest = raw.substr(open);
+    while (rest != "]") {
+        rest.remove_prefix(1);
+        if (!takeKey(rest, step.keys)) return std::nullopt;
+    }
+    return step;
+}
+
+std::optional<FragmentStep> parseStep(std::string_view raw) {
     FragmentStep step{FragmentStep::Kind::Name, {}, 0, raw};
     std::string_view text = raw;
-    if (text.size() > 2 && text.front() == '%' && text.back() == '%') {
-        step.kind = FragmentStep::Kind::Source;
-        step.text = percentDecoded(text.substr(1, text.size() - 2));
-        return step;
+    if (text.starts_with('%')) {
+        // What looks so may be a name, too: `%20.a`.
+        std::string_view source = text;
+        const std::size_t index = source.ends_with('%') ? 0 : takeIndex(source);
+        if (source.size() >= 2 && source.ends_with('%')) {
+            step.kind = FragmentStep::Kind::Source;
+            step.text = percentDecoded(source.substr(1, source.size() - 2));
+            step.index = index;
+            return step;
+        }
+    }
+    if (text.starts_with('@') && text.ends_with(']') && text.find('[') != std::string_view::npos) {
+        return parseKeys(raw);
     }
     if (text.starts_with('@')) {
         step.kind = FragmentStep::Kind::Feature;
         text.remove_prefix(1);
     }
-    const std::size_t dot = text.rfind('.');
-    if (dot != std::string_view::npos) {
-        if (const auto index = number(text.substr(dot + 1))) {
-            step.index = *index;
-            text = text.substr(0, dot);
-        }
-    }
+    step.index = takeIndex(text);
     step.text = percentDecoded(text);
     return step;
 }
@@ -65,13 +125,12 @@ std::optional<FragmentPath> parseFragmentPath(std::string_view text) {
     }
     while (text.find('/') != std::string_view::npos) {
         text.remove_prefix(text.find('/') + 1);
-        // A source is free text between percent signs and may hold slashes.
-        const std::size_t closing = text.starts_with('%') ? text.find('%', 1) : 0;
-        const std::size_t from = closing == std::string_view::npos ? 0 : closing;
-        const std::string_view step = text.substr(0, text.find('/', from));
-        if (step.empty()) return std::nullopt;
-        path.steps.push_back(parseStep(step));
-        text.remove_prefix(step.size());
+        const std::string_view raw = text.substr(0, lengthOfStep(text));
+        if (raw.empty()) return std::nullopt;
+        auto step = parseStep(raw);
+        if (!step) return std::nullopt;
+        path.steps.push_back(std::move(*step));
+        text.remove_prefix(raw.size());
     }
     return path;
 }

@@ -4,24 +4,29 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace nuv::zero::xmi {
 
 /// One step of a fragment path.
 struct FragmentStep {
-    enum class Kind : std::uint8_t { Feature, Name, Source };
+    enum class Kind : std::uint8_t { Feature, Name, Source, Keys };
+    /// A property and what it holds, as text.
+    using Key = std::pair<std::string, std::string>;
     Kind kind;
-    /// The feature of `@feature.N`, the name of `name`, the source of `%source%`.
+    /// The feature of `@feature.N` and `@feature[key='value']`, the name of `name`, the source of
+    /// `%source%`.
     std::string text;
     /// Which one of several, counted from 0.
     std::size_t index = 0;
     /// What stands there, as it stands: a name may end in `.N` of its own.
     std::string_view raw;
+    std::vector<Key> keys = {};
 };
 
-/// A fragment path such as `//@feature.0/@other.1`, `/2/@x` or `//package/Class/feature.1`: which
-/// root, and the way down from it.
+/// A fragment path such as `//@feature.0/@other.1`, `/2/@x`, `//package/Class/feature.1` or
+/// `//@books[title='A']`: which root, and the way down from it.
 struct FragmentPath {
     std::size_t root = 0;
     std::vector<FragmentStep> steps;

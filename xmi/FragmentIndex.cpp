@@ -3,35 +3,28 @@
 #include <algorithm>
 #include <tuple>
 
+#include "xmi/FragmentWay.h"
+
 namespace nuv::zero::xmi {
 
-FragmentIndex::FragmentIndex(const XmlNames& names, const XmlDocument& document)
-    : FragmentIndex(names) {
+FragmentIndex::FragmentIndex(const XmlDocument& document) {
     for (Node node = 0; node < document.size(); ++node) {
-        enter(document[node].name, document.attributes(node));
+        enter(add(), tagNamed(document.nameOf(node).local));
+        const Node parent = document[node].parent;
+        const std::string_view* name = document.attribute(node, "name");
+        if (parent != noNode && name != nullptr) byName_.push_back({parent, node, *name});
+        const std::string_view* source = document.attribute(node, "source");
+        if (parent != noNode && source != nullptr) bySource_.push_back({parent, node, *source});
         // An element ends where its subtree does.
         while (!open_.empty() && document[open_.back().node].end == node + 1) leave();
     }
-    sortKeys();
+    sort(byName_);
+    sort(bySource_);
 }
 
-Node FragmentIndex::enter(NameId name, std::span<const XmlAttribute> attributes) {
-    const Node node = size();
-    const Tag tag = tagOf(name);
-    if (!open_.empty()) {
-        waiting_.push_back({tag, node});
-        for (const XmlAttribute& each : attributes) {
-            const XmlName& attribute = names_[each.name];
-            if (attribute.isPlain("name")) {
-                named_.push_back({open_.back().node, node, keys_.keep(each.value)});
-            } else if (attribute.isPlain("source")) {
-                sourced_.push_back({open_.back().node, node, keys_.keep(each.value)});
-            }
-        }
-    }
-    nodes_.push_back({0, 0});
+void FragmentIndex::enter(Node node, Tag tag) {
+    if (!open_.empty()) waiting_.push_back({tag, node});
     open_.push_back({node, waiting_.size()});
-    return node;
 }
 
 void FragmentIndex::leave() {
@@ -56,13 +49,6 @@ void FragmentIndex::leave() {
     if (open_.empty()) decltype(waiting_)().swap(waiting_);
 }
 
-FragmentIndex::Tag FragmentIndex::tagOf(NameId name) {
-    if (name >= tags_.size()) tags_.resize(names_.size(), TextTable::none);
-    Tag& tag = tags_[name];
-    if (tag == TextTable::none) tag = tagNamed(names_[name].local);
-    return tag;
-}
-
 Node FragmentIndex::child(Node parent, Tag tag, std::size_t index) const noexcept {
     const Links& links = nodes_[parent];
     std::uint32_t group = links.firstGroup;
@@ -78,20 +64,11 @@ Node FragmentIndex::child(Node parent, Tag tag, std::size_t index) const noexcep
     return index < endOf(group) - begin ? children_[begin + index] : noNode;
 }
 
-void FragmentIndex::sortKeys() {
-    byName_ = sorted(named_);
-    bySource_ = sorted(sourced_);
-}
-
-std::vector<FragmentIndex::Keyed> FragmentIndex::sorted(const BlockList<Keyed>& keyed) {
-    std::vector<Keyed> all;
-    all.reserve(keyed.size());
-    for (std::size_t i = 0; i < keyed.size(); ++i) all.push_back(keyed[i]);
-    std::sort(all.begin(), all.end(), [](const Keyed& one, const Keyed& other) {
+void FragmentIndex::sort(std::vector<Keyed>& keyed) {
+    std::sort(keyed.begin(), keyed.end(), [](const Keyed& one, const Keyed& other) {
         return std::tie(one.parent, one.key, one.node) <
                std::tie(other.parent, other.key, other.node);
     });
-    return all;
 }
 
 Node FragmentIndex::memberOf(const std::vector<Keyed>& sorted, Node parent, std::string_view key,
@@ -105,37 +82,33 @@ Node FragmentIndex::memberOf(const std::vector<Keyed>& sorted, Node parent, std:
     return found.parent == parent && found.key == key ? found.node : noNode;
 }
 
+struct FragmentIndex::Document {
+    using Step = Node;
+    static constexpr Node none = noNode;
+
+    Node root(std::size_t number) const noexcept {
+        return number < roots.size() ? roots[number] : none;
+    }
+    Node byFeature(Node parent, std::string_view name, std::size_t number) const noexcept {
+        const Tag tag = index.findTag(name);
+        return tag == TextTable::none ? none : index.child(parent, tag, number);
+    }
+    Node byName(Node parent, std::string_view name, std::size_t number) const {
+        return memberOf(index.byName_, parent, name, number);
+    }
+    Node bySource(Node parent, std::string_view source, std::size_t number) const {
+        return memberOf(index.bySource_, parent, source, number);
+    }
+    /// Metamodels are not referred to so.
+    Node byKeys(Node /*parent*/, const FragmentStep& /*step*/) const noexcept { return none; }
+
+    const FragmentIndex& index;
+    const std::vector<Node>& roots;
+};
+
 Node FragmentIndex::resolve(const FragmentPath& path, const std::vector<Node>& roots) const {
-    if (path.root >= roots.size()) return noNode;
-    Node node = roots[path.root];
-    for (const FragmentStep& each : path.steps) {
-        node = step(node, each);
-        if (node == noNode) break;
-    }
-    return node;
-}
-
-Node FragmentIndex::step(Node node, const FragmentStep& step) const {
-    switch (step.kind) {
-        case FragmentStep::Kind::Feature: {
-            const Tag tag = tagNumbers_.find(step.text);
-            return tag == TextTable::none ? noNode : child(node, tag, step.index);
-        }
-        case FragmentStep::Kind::Source:
-            return memberOf(bySource_, node, step.text, step.index);
-        case FragmentStep::Kind::Name:
-            break;
-    }
-    // Read as it stands before it is decoded and before `.N` is taken for a number: names may hold
-    // dots and percent signs.
-    const Node plain = childNamed(node, step.raw, 0);
-    if (plain != noNode) return plain;
-    const Node decoded = childNamed(node, percentDecoded(step.raw), 0);
-    return decoded != noNode ? decoded : childNamed(node, step.text, step.index);
-}
-
-Node FragmentIndex::childNamed(Node parent, std::string_view name, std::size_t index) const {
-    return memberOf(byName_, parent, name, index);
+    const Document document{*this, roots};
+    return FragmentWay<Document>(document).go(path);
 }
 
 }  // namespace nuv::zero::xmi

@@ -7,7 +7,6 @@
 
 #include "xmi/BlockList.h"
 #include "xmi/Fragment.h"
-#include "xmi/TextArena.h"
 #include "xmi/TextTable.h"
 #include "xmi/XmlDocument.h"
 
@@ -17,28 +16,30 @@ namespace nuv::zero::xmi {
 ///
 /// It is told of every element in the order of the file, and of its end, by which the element's
 /// children are put in order. A step of a path then costs a binary search among the tags that the
-/// children have, or among all names of the file, whatever the number of children.
+/// children have, whatever the number of children. Of a metamodel it also finds names and sources.
 class FragmentIndex {
   public:
-    /// A number for each tag without its namespace.
+    /// A number for each tag: what a path calls the children of one feature.
     using Tag = TextTable::Number;
 
-    /// REQUIRES: the names outlive the index.
-    explicit FragmentIndex(const XmlNames& names) : names_(names) {}
-    FragmentIndex(const XmlNames& names, const XmlDocument& document);
+    FragmentIndex() = default;
+    /// Of a whole document, whose tags are the names of XML elements without their namespaces.
+    explicit FragmentIndex(const XmlDocument& document);
 
-    /// The next element of the file, below the one that was entered last and not left.
-    Node enter(NameId name, std::span<const XmlAttribute> attributes);
+    /// The number of the next element of the file. Paths lead past one that is not entered.
+    Node add() {
+        nodes_.push_back({0, 0});
+        return static_cast<Node>(nodes_.size() - 1);
+    }
+    /// Opens an element below the one that was entered last and not left. REQUIRES: none was
+    /// entered that was added later.
+    void enter(Node node, Tag tag);
     void leave();
-    /// The number of the next element.
-    Node size() const noexcept { return static_cast<Node>(nodes_.size()); }
+    /// How many are open.
+    std::size_t depth() const noexcept { return open_.size(); }
 
-    /// Makes paths by names and sources findable. To be called when all elements are there.
-    void sortKeys();
-
-    /// The element at the end of the path; `noNode` where there is none. The first step starts at
-    /// `roots[path.root]`. REQUIRES: `sortKeys` was called, if a step leads by another thing than a
-    /// feature.
+    /// The element of a document at the end of the path; `noNode` where there is none. The first
+    /// step starts at `roots[path.root]`.
     Node resolve(const FragmentPath& path, const std::vector<Node>& roots) const;
 
     /// One child by the place among those of its tag; `noNode` where there is none. REQUIRES: the
@@ -46,6 +47,8 @@ class FragmentIndex {
     Node child(Node parent, Tag tag, std::size_t index) const noexcept;
 
     Tag tagNamed(std::string_view name) { return tagNumbers_.add(name).first; }
+    /// `TextTable::none` where nothing is called so.
+    Tag findTag(std::string_view name) const noexcept { return tagNumbers_.find(name); }
     std::string_view textOf(Tag tag) const noexcept { return tagNumbers_[tag]; }
 
     /// Calls `visit(child, ordinal)` for the children of an element that was left: which one of its
@@ -93,31 +96,24 @@ class FragmentIndex {
         std::string_view key;
     };
 
-    Tag tagOf(NameId name);
     std::uint32_t endOf(std::uint32_t group) const noexcept {
         const bool isLast = group + 1 == groups_.size();
         return isLast ? static_cast<std::uint32_t>(children_.size()) : groups_[group + 1].begin;
     }
-    Node step(Node node, const FragmentStep& step) const;
-    Node childNamed(Node parent, std::string_view name, std::size_t index) const;
-    static std::vector<Keyed> sorted(const BlockList<Keyed>& keyed);
+    /// A document as paths see it.
+    struct Document;
+    static void sort(std::vector<Keyed>& keyed);
     static Node memberOf(const std::vector<Keyed>& sorted, Node parent, std::string_view key,
                          std::size_t index);
 
-    const XmlNames& names_;
     TextTable tagNumbers_;
-    /// The same by `NameId`.
-    std::vector<Tag> tags_;
     BlockList<Links> nodes_;
     BlockList<Group> groups_;
     BlockList<Node> children_;
     std::vector<Open> open_;
     /// The children of the elements that were entered and not left.
     std::vector<Waiting> waiting_;
-    TextArena keys_;
-    BlockList<Keyed> named_;
-    BlockList<Keyed> sourced_;
-    /// Sorted by parent, key and place.
+    /// Sorted by parent, key and place; their texts are the document's.
     std::vector<Keyed> byName_;
     std::vector<Keyed> bySource_;
 };

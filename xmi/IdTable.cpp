@@ -6,7 +6,16 @@ IdTable::Index IdTable::addXmiId(std::string_view id, Index element) {
     const auto [text, isNew] = texts_.add(id);
     if (isNew) owners_.push_back({0, Kind::Nobody});
     Owner& owner = owners_[text];
-    if (owner.kind() == Kind::XmiId) return owner.element();
+    const bool isShared = owner.kind() == Kind::Shared && sharedXmiIds_.contains(text);
+    if (owner.kind() == Kind::XmiId) {
+        const Index first = owner.element();
+        sharedXmiIds_.insert(text);
+        // Another of its ids may take the place.
+        if (idOf_[first] == text) idOf_[first] = TextTable::none;
+        share(text, element);
+        return first;
+    }
+    if (isShared) return owner.element();
     giveId(element, text);
     owner = {element, Kind::XmiId};
     return none;
@@ -19,8 +28,14 @@ void IdTable::addValue(std::string_view value, Index element) {
     if (isNew) {
         owners_.push_back({element, Kind::Value});
     } else if (owners_[text].kind() == Kind::Value && owners_[text].element() != element) {
-        owners_[text] = {element, Kind::Shared};
+        share(text, element);
     }
+}
+
+void IdTable::share(TextTable::Number text, Index second) {
+    Owner& owner = owners_[text];
+    if (isId(texts_[text])) repeated_.push_back({text, owner.element(), second});
+    owner = {owner.element(), Kind::Shared};
 }
 
 void IdTable::settle() {
@@ -33,6 +48,11 @@ void IdTable::settle() {
             owner = {owner.element(), Kind::Nobody};
         }
     }
+    // A value that was shared first may be an `xmi:id` now, and that be shared in its turn.
+    std::unordered_set<TextTable::Number> told;
+    std::erase_if(repeated_, [&](const Repeated& each) {
+        return owners_[each.id].kind() != Kind::Shared || !told.insert(each.id).second;
+    });
 }
 
 void IdTable::giveId(Index element, TextTable::Number text) {
@@ -45,9 +65,9 @@ IdTable::Index IdTable::find(std::string_view id) const noexcept {
     return text != TextTable::none && owners_[text].hasId() ? owners_[text].element() : none;
 }
 
-bool IdTable::isShared(std::string_view value) const noexcept {
-    const TextTable::Number text = texts_.find(value);
-    return text != TextTable::none && owners_[text].kind() == Kind::Shared;
+TextTable::Number IdTable::numberOfShared(std::string_view id) const noexcept {
+    const TextTable::Number text = texts_.find(id);
+    return text != TextTable::none && owners_[text].kind() == Kind::Shared ? text : none;
 }
 
 std::optional<std::string_view> IdTable::idOf(Index element) const noexcept {

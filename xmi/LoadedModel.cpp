@@ -1,21 +1,12 @@
 #include "xmi/LoadedModel.h"
 
-#include "model/memory/ModelAccess.h"
+#include <algorithm>
+
+#include "model/memory/Text.h"
 #include "xmi/Fragment.h"
+#include "xmi/FragmentWay.h"
 
 namespace nuv::zero::xmi {
-namespace {
-
-std::string textOf(const ModelElement& element, std::u16string_view property) {
-    const meta::Property found = element->getClass()->getProperty(property);
-    if (!found) return {};
-    const Value value = access::read(element, found);
-    const memory::Content content = value.content();
-    const auto* text = std::get_if<std::u16string>(&content);
-    return text == nullptr ? std::string() : text::toUtf8(*text);
-}
-
-}  // namespace
 
 std::string LoadedModel::identity(const ModelElement& element) const {
     const Index index = indexOf(element);
@@ -37,9 +28,9 @@ std::string LoadedModel::pathOf(Index index) const {
     std::vector<Index> way;
     for (Index each = index; each != none; each = places_[each].parent) way.push_back(each);
     std::string path = "/";
-    if (roots_.size() > 1) path += std::to_string(places_[way.back()].ordinal);
+    if (rootCount_ > 1) path += std::to_string(places_[way.back()].ordinal);
     for (auto each = way.rbegin() + 1; each != way.rend(); ++each) {
-        const Place& place = places_[*each];
+        const ElementPlace& place = places_[*each];
         const memory::PropertyObject& feature = featureOf(place);
         path.append("/@").append(text::toUtf8(feature.getName()));
         if (!feature.isSingleValued()) path += '.' + std::to_string(place.ordinal);
@@ -47,48 +38,71 @@ std::string LoadedModel::pathOf(Index index) const {
     return path;
 }
 
-ModelElement LoadedModel::find(std::string_view idOrPath) const {
-    const Index id = ids_.find(idOrPath);
-    if (id != none) return elements_[id];
+struct LoadedModel::Steps {
+    using Step = Index;
+    static constexpr Step none = LoadedModel::none;
 
-    const auto path = parseFragmentPath(idOrPath);
-    if (!path || path->root >= roots_.size()) return {};
-    Index index = indexOf(roots_[path->root]);
-    for (const FragmentStep& step : path->steps) {
-        if (step.kind == FragmentStep::Kind::Feature) {
-            index = child(index, step.text, step.index);
-        } else {
-            const Index parent = index;
-            index = childNamed(parent, step.raw, 0);
-            if (index == none) index = childNamed(parent, step.text, step.index);
-        }
-        if (index == none) return {};
+    Step root(std::size_t number) const { return model.root(number); }
+    Step byFeature(Step from, std::string_view name, std::size_t number) const {
+        return index.child(from, name, number);
     }
-    return elements_[index];
+    Step byName(Step from, std::string_view name, std::size_t number) const {
+        return index.named(model.contentElements(), from, name, number);
+    }
+    Step bySource(Step from, std::string_view source, std::size_t number) const {
+        return index.withSource(model.contentElements(), from, source, number);
+    }
+    Step byKeys(Step from, const FragmentStep& step) const {
+        return index.withKeys(model.contentElements(), from, step);
+    }
+
+    const LoadedModel& model;
+    const ContentIndex& index;
+};
+
+LoadedModel::Found LoadedModel::lookUp(std::string_view fragment) const {
+    Index id = ids_.find(fragment);
+    const bool mayBeEncoded = id == none && fragment.find('%') != std::string_view::npos;
+    if (mayBeEncoded) id = ids_.find(percentDecoded(fragment));
+    if (id != none) return {elements_[id]};
+    if (ids_.isShared(fragment)) return {{}, true};
+    if (const auto path = parseFragmentPath(fragment)) {
+        const Index found = path->steps.empty() ? root(path->root) : goWay(*path);
+        return {found == none ? ModelElement() : elements_[found]};
+    }
+    if (namedClasses_.empty()) return {};
+    const auto [element, isAmbiguous] = contentIndex().byNameAndClass(contentElements(), fragment);
+    return {element == none ? ModelElement() : elements_[element], isAmbiguous};
 }
 
-LoadedModel::Index LoadedModel::child(Index parent, std::string_view feature,
-                                      std::size_t ordinal) const {
-    const std::u16string name = text::toUtf16(feature);
-    for (Index each = parent + 1; each < places_[parent].end; each = places_[each].end) {
-        const Place& place = places_[each];
-        if (place.ordinal == ordinal && featureOf(place).getName() == name) return each;
-    }
-    return none;
+LoadedModel::Index LoadedModel::goWay(const FragmentPath& path) const {
+    const Steps steps{*this, contentIndex()};
+    return FragmentWay<Steps>(steps).go(path);
 }
 
-LoadedModel::Index LoadedModel::childNamed(Index parent, std::string_view name,
-                                           std::size_t ordinal) const {
-    for (Index each = parent + 1; each < places_[parent].end; each = places_[each].end) {
-        if (textOf(elements_[each], u"name") == name && ordinal-- == 0) return each;
-    }
-    return none;
+const ContentIndex& LoadedModel::contentIndex() const {
+    std::call_once(contents_->once, [&] { contents_->index.emplace(contentElements()); });
+    return *contents_->index;
+}
+
+LoadedModel::Index LoadedModel::root(std::size_t ordinal) const {
+    const auto found = std::lower_bound(roots_.begin(), roots_.end(), ordinal,
+                                        [&](const ModelElement& each, std::size_t wanted) {
+                                            return places_[indexOf(each)].ordinal < wanted;
+                                        });
+    if (found == roots_.end()) return none;
+    const Index index = indexOf(*found);
+    return places_[index].ordinal == ordinal ? index : none;
 }
 
 ModelElement LoadedModel::container(const ModelElement& element) const {
     const Index index = indexOf(element);
-    if (index == none || places_[index].parent == none) return {};
-    return elements_[places_[index].parent];
+    if (index == none) return {};
+    if (places_[index].parent != none) return elements_[places_[index].parent];
+    const auto found = std::lower_bound(containedRoots_.begin(), containedRoots_.end(),
+                                        std::pair(index, Index{0}));
+    const bool isContained = found != containedRoots_.end() && found->first == index;
+    return isContained ? elements_[found->second] : ModelElement();
 }
 
 std::vector<ModelElement> LoadedModel::contents(const ModelElement& element) const {

@@ -2,12 +2,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "model/memory/Model.h"
 #include "xmi/BlockList.h"
+#include "xmi/ContentIndex.h"
 #include "xmi/ElementNumbers.h"
 #include "xmi/IdTable.h"
 
@@ -23,6 +28,9 @@ namespace nuv::zero::xmi {
 /// declares as iD, else its path: `/` for the root of a file with one root, `/N` for the roots of
 /// others, `//@feature.N/@other` or `/N/@feature.M` below. An iD value that several elements share
 /// identifies none of them, and they go by their paths. Identities are unique in a file.
+///
+/// An unchanging model may be asked by several threads at once. A model that was moved from can only
+/// be destroyed and assigned to.
 class LoadedModel {
   public:
     const memory::Model& model() const noexcept { return model_; }
@@ -36,8 +44,20 @@ class LoadedModel {
     /// The path of an element, also where its identity is another one.
     std::string path(const ModelElement& element) const;
     /// The element with that id or path; null where there is none. Paths may also lead by names
-    /// (`//package/Class`). An id costs one look-up; a path looks at all children on its way.
-    ModelElement find(std::string_view idOrPath) const;
+    /// (`//package/Class`), by the sources of annotations (`//Class/%documentation%`) and by values
+    /// (`//@books[title='A']`). Where ids of a class are made of names, `Timer?type=Stimulus` finds
+    /// an element, too. Costs a few look-ups; the first that asks for no id makes a table of all.
+    ModelElement find(std::string_view idOrPath) const { return lookUp(idOrPath).element; }
+
+    /// What a fragment leads to.
+    struct Found {
+        /// Null where there is nothing, or more than one.
+        ModelElement element;
+        /// Several elements are called so.
+        bool isAmbiguous = false;
+    };
+    /// As `find`, for fragments of references, which may be encoded (`%20`).
+    Found lookUp(std::string_view fragment) const;
     /// The element of this file that contains another one; null for roots and for elements of other
     /// models.
     ModelElement container(const ModelElement& element) const;
@@ -50,37 +70,49 @@ class LoadedModel {
     std::size_t leftOut() const noexcept { return leftOut_; }
 
   private:
+    friend class ElementBuilder;
     friend class ModelSetLinker;
+    friend class ReferenceResolver;
     friend class XmiBuilder;
     using Index = IdTable::Index;
     static constexpr Index none = IdTable::none;
 
-    /// Where an element stands: elements are numbered as in the file, so a subtree is a range.
-    struct Place {
-        Index parent = none;
-        Index end = none;
-        /// Which one of its siblings in the same feature, or which one of the roots.
-        std::uint32_t ordinal = 0;
-        /// The number of the feature of the parent; 0 for roots.
-        std::uint32_t feature = 0;
+    /// Finds by anything but ids; made by the first who asks.
+    struct LazyContents {
+        std::once_flag once;
+        std::optional<ContentIndex> index;
     };
+    /// The model as paths see it.
+    struct Steps;
 
     Index indexOf(const ModelElement& element) const;
-    const memory::PropertyObject& featureOf(const Place& place) const {
+    const memory::PropertyObject& featureOf(const ElementPlace& place) const {
         return *features_[place.feature];
     }
     std::string pathOf(Index index) const;
-    Index child(Index parent, std::string_view feature, std::size_t ordinal) const;
-    Index childNamed(Index parent, std::string_view name, std::size_t ordinal) const;
+    ContentIndex::Elements contentElements() const noexcept {
+        return {elements_, places_, features_, namedClasses_};
+    }
+    /// REQUIRES: all elements are there with their values.
+    const ContentIndex& contentIndex() const;
+    Index root(std::size_t ordinal) const;
+    Index goWay(const FragmentPath& path) const;
 
     memory::Model model_;
     std::vector<ModelElement> roots_;
     std::vector<ModelElement> elements_;
-    BlockList<Place> places_;
+    BlockList<ElementPlace> places_;
+    /// The roots that the file has, also those that were left out.
+    std::size_t rootCount_ = 0;
     /// Kept alive by the classes of the elements.
     std::vector<const memory::PropertyObject*> features_;
+    /// The classes whose elements have ids that are made of names, sorted by address.
+    std::vector<const memory::ClassObject*> namedClasses_;
+    /// Roots that an element of the file contains by reference, and that element; sorted.
+    std::vector<std::pair<Index, Index>> containedRoots_;
     ElementNumbers numbers_;
     IdTable ids_;
+    std::unique_ptr<LazyContents> contents_ = std::make_unique<LazyContents>();
     std::size_t leftOut_ = 0;
 };
 

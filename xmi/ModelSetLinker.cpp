@@ -9,7 +9,7 @@
 namespace nuv::zero::xmi {
 namespace {
 
-using Kind = ModelSetFinding::Kind;
+using Reason = Finding::Reason;
 
 /// Whether two references belong to one property of one element.
 bool belongTogether(const OutgoingReference& one, const OutgoingReference& other) {
@@ -51,36 +51,41 @@ void ModelSetLinker::linkGroup(ModelSetFile& file, const Numbers& group) {
     }
 }
 
-bool ModelSetLinker::mayStand(const ModelSetFile& file, std::size_t number) {
+bool ModelSetLinker::mayStand(ModelSetFile& file, std::size_t number) {
     const OutgoingReference& reference = file.outgoing[number];
     const ModelElement& target = file.targets[number];
     if (!target->getClass()->canStandFor(reference.property->type())) {
-        report_(file, reference, Kind::NoFit,
-                "leads to " + describe(target) + " of the class " +
-                    text::toUtf8(target->getClass()->getName()) + ", which may not stand there");
+        report_(file, reference,
+                {Reason::NoFit, "leads to " + inQuotes(describe(target)) + " of the class " +
+                                    text::toUtf8(target->getClass()->getName()) +
+                                    ", which may not stand there"});
         return false;
     }
     return !reference.property->isComposite() || mayContain(file, reference, target);
 }
 
-bool ModelSetLinker::mayContain(const ModelSetFile& file, const OutgoingReference& reference,
+bool ModelSetLinker::mayContain(ModelSetFile& file, const OutgoingReference& reference,
                                 const ModelElement& target) {
     const ModelElement& owner = file.model.elements()[reference.element];
     ModelElement before = fileOf_(target).model.container(target);
     if (!before) before = containment_.containerOf(target);
     if (before) {
-        report_(
-            file, reference, Kind::ContainedTwice,
-            "leads to " + describe(target) + ", which " + describe(before) + " contains already");
+        report_(file, reference,
+                {Reason::ContainedTwice,
+                 "leads to " + inQuotes(describe(target)) + ", which " +
+                     inQuotes(describe(before)) + " contains already",
+                 describe(before)});
         return false;
     }
     ModelElement top = owner;
     for (ModelElement up = owner; up; up = file.model.container(up)) top = up;
     const ModelElement outermost = containment_.outermost(top);
     if (outermost == target) {
-        report_(file, reference, Kind::ContainedInItself,
-                "leads to " + describe(target) + ", inside which " + describe(owner) +
-                    " stands itself");
+        report_(file, reference,
+                {Reason::ContainedInItself,
+                 "leads to " + inQuotes(describe(target)) + ", inside which " +
+                     inQuotes(describe(owner)) + " stands itself",
+                 describe(owner)});
         return false;
     }
     containment_.add(target, owner, outermost);
@@ -92,7 +97,8 @@ void ModelSetLinker::setOne(ModelSetFile& file, std::size_t number) {
     const ModelElement& owner = file.model.elements()[reference.element];
     const meta::Property property(reference.property);
     if (access::isSet(access::read(owner, property))) {
-        report_(file, reference, Kind::NoFit, "is one value more, and the property holds one");
+        report_(file, reference,
+                {Reason::TooManyValues, "is one value more, and the property holds one"});
         return;
     }
     file.model.model_.set(owner, property, file.targets[number]);
@@ -121,15 +127,15 @@ void ModelSetLinker::setMany(ModelSetFile& file, const Numbers& group) {
         file.model.model_.set(owner, property, all);
     } catch (const memory::ModelError& error) {
         for (const std::size_t number : group) {
-            report_(file, file.outgoing[number], Kind::NoFit,
-                    std::string("cannot be set: ") + error.what());
+            report_(file, file.outgoing[number],
+                    {Reason::TooManyValues, std::string("cannot be set: ") + error.what()});
         }
     }
 }
 
 std::string ModelSetLinker::describe(const ModelElement& element) const {
     const ModelSetFile& file = fileOf_(element);
-    return inQuotes(file.shown + "#" + file.model.identity(element));
+    return file.shown + "#" + file.model.identity(element);
 }
 
 }  // namespace nuv::zero::xmi

@@ -8,7 +8,6 @@
 
 #include "xmi/CrossFileContainment.h"
 #include "xmi/ModelSetFile.h"
-#include "xmi/ModelSetFinding.h"
 
 namespace nuv::zero::xmi {
 
@@ -17,9 +16,15 @@ class ModelSetLinker {
   public:
     /// The file of an element.
     using FileOf = std::function<const ModelSetFile&(const ModelElement&)>;
-    /// Takes what is wrong with a reference.
-    using Report = std::function<void(const ModelSetFile&, const OutgoingReference&,
-                                      ModelSetFinding::Kind, const std::string&)>;
+    /// What is wrong with a reference.
+    struct Trouble {
+        Finding::Reason reason;
+        /// To be said of the reference.
+        std::string message;
+        /// The other element, where two are concerned.
+        std::string other = {};
+    };
+    using Report = std::function<void(ModelSetFile&, const OutgoingReference&, Trouble)>;
 
     /// REQUIRES: the containment outlives the linker.
     ModelSetLinker(CrossFileContainment& containment, FileOf fileOf, Report report)
@@ -34,8 +39,8 @@ class ModelSetLinker {
     void linkGroup(ModelSetFile& file, const Numbers& group);
     void setOne(ModelSetFile& file, std::size_t number);
     void setMany(ModelSetFile& file, const Numbers& group);
-    bool mayStand(const ModelSetFile& file, std::size_t number);
-    bool mayContain(const ModelSetFile& file, const OutgoingReference& reference,
+    bool mayStand(ModelSetFile& file, std::size_t number);
+    bool mayContain(ModelSetFile& file, const OutgoingReference& reference,
                     const ModelElement& target);
     std::string describe(const ModelElement& element) const;
 

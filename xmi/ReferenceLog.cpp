@@ -162,7 +162,7 @@ FragmentIndex::Tag ReferenceLog::tagOf(std::string_view feature) {
                      static_cast<unsigned char>(feature.back()) + feature.size();
     Known& known = known_[mix % known_.size()];
     if (known.tag != TextTable::none && index_.textOf(known.tag) == feature) return known.tag;
-    if (feature.find_first_of("%#:") != std::string_view::npos) return TextTable::none;
+    if (feature.find_first_of("%#:[") != std::string_view::npos) return TextTable::none;
     return known.tag = index_.tagNamed(feature);
 }
 

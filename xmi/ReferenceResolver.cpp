@@ -1,10 +1,12 @@
 #include "xmi/ReferenceResolver.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "model/memory/ModelAccess.h"
+#include "xmi/ElementBuilder.h"
 #include "xmi/Fragment.h"
-#include "xmi/Misfit.h"
+#include "xmi/FragmentWay.h"
 #include "xmi/ReadError.h"
 
 namespace nuv::zero::xmi {
@@ -12,6 +14,7 @@ namespace nuv::zero::xmi {
 ReferenceResolver::ReferenceResolver(const ReferenceTargets& targets, const FeatureTable& features,
                                      const OwnNames& ownNames, bool leavesOut)
     : targets_(targets),
+      loaded_(targets.loaded),
       features_(features),
       ownNames_(ownNames),
       ownFileName_(std::filesystem::path(ownNames.file).filename().string()),
@@ -26,12 +29,14 @@ void ReferenceResolver::resolve(const ReferenceLog& log) {
         if (reader.isPaths()) {
             resolvePaths(reader);
         } else if (reader.isOne()) {
-            resolveOne(trimmed(reader.text()));
+            attempt([&] { resolveOne(trimmed(reader.text())); });
         } else {
             resolveList(reader.text());
         }
         end();
     }
+    std::sort(containedRoots_.begin(), containedRoots_.end());
+    loaded_.containedRoots_ = std::move(containedRoots_);
 }
 
 void ReferenceResolver::begin(const ReferenceLog::Place& place) {
@@ -39,7 +44,7 @@ void ReferenceResolver::begin(const ReferenceLog::Place& place) {
     feature_ = &features_[place.feature];
     isNewList_ =
         feature_->isUnbounded &&
-        targets_.elements[place.element]
+        loaded_.elements_[place.element]
                 ->view(feature_->property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS)
                 .size() == 0;
 }
@@ -47,7 +52,7 @@ void ReferenceResolver::begin(const ReferenceLog::Place& place) {
 void ReferenceResolver::end() {
     isNewList_ = false;
     if (list_.empty()) return;
-    targets_.model.set(targets_.elements[place_.element], feature_->property, list_);
+    loaded_.model_.set(loaded_.elements_[place_.element], feature_->property, list_);
     list_.clear();
 }
 
@@ -64,7 +69,7 @@ void ReferenceResolver::resolvePaths(ReferenceLog::Reader& log) {
             way_.push_back(from == noNode ? noNode
                                           : targets_.fragments.child(from, step.tag, step.index));
         }
-        takeNode(way_.back(), [&] { return log.pathText(); });
+        attempt([&] { takeNode(way_.back(), [&] { return log.pathText(); }); });
     }
 }
 
@@ -72,13 +77,28 @@ void ReferenceResolver::resolveList(std::string_view text) {
     // Ids of single references may hold blanks.
     if (feature_->isSingle) {
         const std::string_view whole = trimmed(text);
-        const Index target = targets_.ids.find(whole);
+        const Index target = loaded_.ids_.find(whole);
         if (target != IdTable::none) {
-            link(targets_.elements[target]);
+            attempt([&] { link(target, whole); });
             return;
         }
     }
-    for (const ListedReference& each : splitReferences(text)) resolveOne(each.text);
+    for (const ListedReference& each : splitReferences(text)) {
+        attempt([&] { resolveOne(each.text); });
+    }
+}
+
+template <class Action>
+void ReferenceResolver::attempt(const Action& action) {
+    try {
+        action();
+    } catch (const Misfit& misfit) {
+        if (findings_ == nullptr) throw;
+        const Node other = misfit.kind().other;
+        findings_->add(misfit,
+                       {targets_.contents[place_.node].offset, place_.element,
+                        other == noNode ? FileFindings::nothing : targets_.contents[other].offset});
+    }
 }
 
 void ReferenceResolver::resolveOne(std::string_view reference) {
@@ -97,26 +117,92 @@ void ReferenceResolver::resolveOne(std::string_view reference) {
     }
 }
 
+struct ReferenceResolver::Steps {
+    using Step = Node;
+    static constexpr Step none = noNode;
+
+    Step root(std::size_t number) const {
+        return number < self.targets_.roots.size() ? self.targets_.roots[number] : none;
+    }
+    Step byFeature(Step from, std::string_view name, std::size_t number) const {
+        const FragmentIndex::Tag tag = self.targets_.fragments.findTag(name);
+        return tag == TextTable::none ? none : self.targets_.fragments.child(from, tag, number);
+    }
+    Step byName(Step from, std::string_view name, std::size_t number) const {
+        return ofElement(from, [&](Index parent) {
+            return self.loaded_.contentIndex().named(self.loaded_.contentElements(), parent, name,
+                                                     number);
+        });
+    }
+    Step bySource(Step from, std::string_view source, std::size_t number) const {
+        return ofElement(from, [&](Index parent) {
+            return self.loaded_.contentIndex().withSource(self.loaded_.contentElements(), parent,
+                                                          source, number);
+        });
+    }
+    Step byKeys(Step from, const FragmentStep& step) const {
+        return ofElement(from, [&](Index parent) {
+            return self.loaded_.contentIndex().withKeys(self.loaded_.contentElements(), parent,
+                                                        step);
+        });
+    }
+    /// What is found below an element of the model.
+    template <class Find>
+    Step ofElement(Step from, const Find& find) const {
+        const Index parent = self.targets_.contents[from].element;
+        return parent >= elementElsewhere ? none : self.nodeOf(find(parent));
+    }
+
+    ReferenceResolver& self;
+};
+
 Node ReferenceResolver::nodeOfPath(std::string_view fragment) {
     const auto path = parseFragmentPath(fragment);
     if (!path) return noNode;
-    if (!keysAreSorted_) {
-        targets_.fragments.sortKeys();
-        keysAreSorted_ = true;
-    }
-    return targets_.fragments.resolve(*path, targets_.roots);
+    const Steps steps{*this};
+    return FragmentWay<Steps>(steps).go(*path);
 }
 
-ReferenceResolver::Index ReferenceResolver::targetOfId(std::string_view id) const {
-    Index found = targets_.ids.find(id);
-    const bool mayBeEncoded = found == IdTable::none && id.find('%') != std::string_view::npos;
-    if (mayBeEncoded) found = targets_.ids.find(percentDecoded(id));
-    if (found != IdTable::none) return found;
-    if (targets_.ids.isShared(id)) {
-        fail("the reference " + inQuotes(id) + " of " + nameOf(feature_->property) +
-             " is the id of several elements");
+Node ReferenceResolver::nodeOf(Index element) {
+    if (element == LoadedModel::none) return noNode;
+    if (nodes_.empty()) {
+        nodes_.resize(loaded_.elements_.size());
+        for (Node node = 0; node < targets_.contents.size(); ++node) {
+            const Index content = targets_.contents[node].element;
+            if (content < elementElsewhere) nodes_[content] = node;
+        }
     }
+    return nodes_[element];
+}
+
+ReferenceResolver::Index ReferenceResolver::targetOfId(std::string_view id) {
+    Index found = loaded_.ids_.find(id);
+    const bool mayBeEncoded = found == IdTable::none && id.find('%') != std::string_view::npos;
+    if (mayBeEncoded) found = loaded_.ids_.find(percentDecoded(id));
+    if (found != IdTable::none) return found;
+    const TextTable::Number shared = loaded_.ids_.numberOfShared(id);
+    bool isAmbiguous = shared != TextTable::none;
+    if (isAmbiguous) sharedAskedFor_.insert(shared);
+    if (!isAmbiguous && !loaded_.namedClasses_.empty()) {
+        const auto named = loaded_.contentIndex().byNameAndClass(loaded_.contentElements(), id);
+        if (named.element != ContentIndex::none) return named.element;
+        isAmbiguous = named.isAmbiguous;
+    }
+    if (isAmbiguous) {
+        fail(Finding::Reason::AmbiguousElement, id,
+             "the reference " + inQuotes(id) + " of " + nameOf(feature_->property) +
+                 " is the id of several elements");
+    }
+    // With a prefix it is called by its id as well, where nothing has the whole as its id.
+    if (namespaceOf(id) != nullptr) return loaded_.ids_.find(id.substr(id.find(':') + 1));
     return noElement;
+}
+
+const std::string* ReferenceResolver::namespaceOf(std::string_view reference) const {
+    const std::size_t colon = reference.find(':');
+    if (!ownNames_.hasQNames || colon == std::string_view::npos) return nullptr;
+    const auto found = ownNames_.prefixes.find(reference.substr(0, colon));
+    return found == ownNames_.prefixes.end() ? nullptr : &found->second;
 }
 
 template <class Text>
@@ -127,18 +213,22 @@ void ReferenceResolver::takeNode(Node target, const Text& text) {
     } else if (element == noElement) {
         failUnresolved(text());
     } else {
-        link(targets_.elements[element]);
+        // Containment alone has something to say of the text.
+        link(element, feature_->isComposite ? std::string(text()) : std::string());
     }
 }
 
 void ReferenceResolver::takeElement(Index target, std::string_view text) {
     if (target == IdTable::none) failUnresolved(text);
-    link(targets_.elements[target]);
+    link(target, text);
 }
 
 void ReferenceResolver::failUnresolved(std::string_view reference) const {
-    fail("the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) +
-         " leads to nothing in this file");
+    const std::string* const uri = namespaceOf(reference);
+    fail(Finding::Reason::MissingElement, reference,
+         "the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) +
+             " leads to nothing in this file" +
+             (uri == nullptr ? std::string() : ", in the namespace " + inQuotes(*uri)));
 }
 
 void ReferenceResolver::leaveOut(std::string_view reference, Node through) {
@@ -149,15 +239,16 @@ void ReferenceResolver::leaveOut(std::string_view reference, Node through) {
         return;
     }
     if (!leavesOut_) {
-        fail("the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) +
-             " leads into another file");
+        fail(Finding::Reason::NotLoaded, reference,
+             "the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) +
+                 " leads into another file");
     }
     ++leftOut_;
 }
 
 std::uint32_t ReferenceResolver::valuesInFront() {
     if (!feature_->isComposite) {
-        const auto listed = targets_.elements[place_.element]->view(
+        const auto listed = loaded_.elements_[place_.element]->view(
             feature_->property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
         return static_cast<std::uint32_t>(listed.size() + list_.size());
     }
@@ -168,20 +259,52 @@ std::uint32_t ReferenceResolver::valuesInFront() {
     return countedElements_;
 }
 
-void ReferenceResolver::link(const ModelElement& target) {
-    const ModelElement& owner = targets_.elements[place_.element];
+void ReferenceResolver::link(Index number, std::string_view reference) {
+    const ModelElement& owner = loaded_.elements_[place_.element];
+    const ModelElement& target = loaded_.elements_[number];
     const meta::Property& property = feature_->property;
-    if (isNewList_ && target->getClass()->canStandFor(property->type())) {
+    const bool fits = target->getClass()->canStandFor(property->type());
+    const bool contains = fits && feature_->isComposite && findings_ != nullptr;
+    if (contains) checkContainment(number, reference);
+    if (isNewList_ && fits) {
         list_.push_back(target);
-        return;
+    } else {
+        if (feature_->isSingle) refuseSecondValue(place_.node, owner, property);
+        try {
+            feature_->isSingle ? loaded_.model_.set(owner, property, target)
+                               : loaded_.model_.add(owner, property, target);
+        } catch (const memory::ModelError& error) {
+            fail(fits ? Finding::Reason::TooManyValues : Finding::Reason::NoFit, reference,
+                 error.what());
+        }
     }
-    if (feature_->isSingle) refuseSecondValue(place_.node, owner, property);
-    try {
-        end();
-        feature_->isSingle ? targets_.model.set(owner, property, target)
-                           : targets_.model.add(owner, property, target);
-    } catch (const memory::ModelError& error) {
-        fail(error.what());
+    if (contains) {
+        containment_.add(target, owner, outermostOf(owner));
+        containedRoots_.emplace_back(number, place_.element);
+    }
+}
+
+ModelElement ReferenceResolver::outermostOf(const ModelElement& element) {
+    ModelElement top = element;
+    for (ModelElement up = element; up; up = loaded_.container(up)) top = up;
+    return containment_.outermost(top);
+}
+
+void ReferenceResolver::checkContainment(Index target, std::string_view reference) {
+    const ModelElement& content = loaded_.elements_[target];
+    const ModelElement& owner = loaded_.elements_[place_.element];
+    const std::string text =
+        "the reference " + inQuotes(reference) + " of " + nameOf(feature_->property) + " leads to ";
+    ModelElement before = loaded_.container(content);
+    if (!before) before = containment_.containerOf(content);
+    if (before) {
+        fail(Finding::Reason::ContainedTwice, reference,
+             text + "what " + inQuotes(loaded_.identity(before)) + " contains already",
+             nodeOf(loaded_.indexOf(before)));
+    }
+    if (outermostOf(owner) == content) {
+        fail(Finding::Reason::ContainedInItself, reference,
+             text + "an element inside which it stands itself", nodeOf(target));
     }
 }
 
@@ -193,17 +316,12 @@ bool ReferenceResolver::meansThisFile(std::string_view file) {
     return askedMeansThis_;
 }
 
-void ReferenceResolver::fail(const std::string& reason) const {
-    throw Misfit(place_.node, reason);
-}
-
-std::string nameOf(const meta::Property& property) {
-    return text::toUtf8(property->owner().getName()) + "." + text::toUtf8(property->getName());
-}
-
-void refuseSecondValue(Node node, const ModelElement& element, const meta::Property& property) {
-    if (!access::isSet(access::read(element, property))) return;
-    throw Misfit(node, nameOf(property) + " holds one value, and the file gives two");
+void ReferenceResolver::fail(Finding::Reason reason, std::string_view reference,
+                             const std::string& text, Node other) const {
+    const meta::Property& property = feature_->property;
+    throw Misfit(place_.node,
+                 {reason, weightOf(property), nameOf(property), std::string(reference), other},
+                 text);
 }
 
 }  // namespace nuv::zero::xmi

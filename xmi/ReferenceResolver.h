@@ -2,14 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
-#include "model/memory/Model.h"
+#include "xmi/CrossFileContainment.h"
 #include "xmi/FeatureTable.h"
+#include "xmi/FileFindings.h"
 #include "xmi/FragmentIndex.h"
-#include "xmi/IdTable.h"
+#include "xmi/LoadedModel.h"
+#include "xmi/Misfit.h"
 #include "xmi/OutgoingReference.h"
 #include "xmi/ReferenceLog.h"
 
@@ -29,9 +34,7 @@ inline constexpr std::uint32_t elementElsewhere = 0xFFFFFFFEU;
 
 /// Everything that references can lead to.
 struct ReferenceTargets {
-    memory::Model& model;
-    const std::vector<ModelElement>& elements;
-    const IdTable& ids;
+    LoadedModel& loaded;
     FragmentIndex& fragments;
     /// By `Node`.
     const BlockList<NodeContent>& contents;
@@ -43,10 +46,14 @@ struct OwnNames {
     std::string file;
     /// The namespaces of a metamodel's roots, by which it goes, too.
     TextTable namespaces;
+    /// Whether ids may be written with a prefix, as files of an XML schema do.
+    bool hasQNames = false;
+    /// What the prefixes mean, the first of each name.
+    std::map<std::string, std::string, std::less<>> prefixes;
 };
 
 /// Resolves the references of one file, once all its elements are there, and sets them. What is
-/// wrong with one is thrown as a `Misfit`.
+/// wrong with one is thrown as a `Misfit`, or reported.
 class ReferenceResolver {
   public:
     /// REQUIRES: everything that is given by reference outlives the resolver.
@@ -56,21 +63,36 @@ class ReferenceResolver {
     /// References into other files go here instead, to be resolved later. The list has to outlive
     /// the resolver.
     void collectInto(std::vector<OutgoingReference>& outgoing) { outgoing_ = &outgoing; }
+    /// What is wrong is reported here, and left out. The findings have to outlive the resolver.
+    void reportTo(FileFindings& findings) { findings_ = &findings; }
 
     void resolve(const ReferenceLog& log);
     /// References into other files that were left out.
     std::size_t leftOut() const noexcept { return leftOut_; }
+    /// Whether a reference asked for an id that several elements share.
+    bool isAskedFor(const IdTable::Repeated& repeated) const {
+        return sharedAskedFor_.contains(repeated.id);
+    }
 
   private:
     using Index = std::uint32_t;
+
+    /// The file as paths see it.
+    struct Steps;
 
     void begin(const ReferenceLog::Place& place);
     void end();
     void resolvePaths(ReferenceLog::Reader& log);
     void resolveList(std::string_view text);
     void resolveOne(std::string_view reference);
+    /// Does it, and reports what is wrong with it, where that is wanted.
+    template <class Action>
+    void attempt(const Action& action);
     Node nodeOfPath(std::string_view fragment);
-    Index targetOfId(std::string_view id) const;
+    Node nodeOf(Index element);
+    Index targetOfId(std::string_view id);
+    /// The namespace of a reference that is written with a prefix; null for another.
+    const std::string* namespaceOf(std::string_view reference) const;
     /// The text of the reference is only asked for when it does not lead to an element.
     template <class Text>
     void takeNode(Node target, const Text& text);
@@ -78,22 +100,33 @@ class ReferenceResolver {
     [[noreturn]] void failUnresolved(std::string_view reference) const;
     void leaveOut(std::string_view reference, Node through);
     std::uint32_t valuesInFront();
-    void link(const ModelElement& target);
+    void link(Index target, std::string_view reference);
+    /// Refuses to contain what is contained, or what contains the owner.
+    void checkContainment(Index target, std::string_view reference);
+    ModelElement outermostOf(const ModelElement& element);
     /// Whether the part of a reference in front of `#` means this file.
     bool meansThisFile(std::string_view file);
-    [[noreturn]] void fail(const std::string& reason) const;
+    [[noreturn]] void fail(Finding::Reason reason, std::string_view reference,
+                           const std::string& text, Node other = noNode) const;
 
     const ReferenceTargets targets_;
+    LoadedModel& loaded_;
     const FeatureTable& features_;
     const OwnNames& ownNames_;
     const std::string ownFileName_;
     const bool leavesOut_;
     std::size_t leftOut_ = 0;
     std::vector<OutgoingReference>* outgoing_ = nullptr;
+    FileFindings* findings_ = nullptr;
     /// How many elements the first so many XML elements stand for; see `valuesInFront`.
     Node countedNodes_ = 0;
     std::uint32_t countedElements_ = 0;
-    bool keysAreSorted_ = false;
+    /// By element; made when a path by names asks for it.
+    std::vector<Node> nodes_;
+    std::unordered_set<TextTable::Number> sharedAskedFor_;
+    /// What is contained by reference.
+    CrossFileContainment containment_;
+    std::vector<std::pair<Index, Index>> containedRoots_;
     /// What was asked last, since many references lead into few files.
     std::string askedFile_;
     bool askedMeansThis_ = false;
@@ -107,11 +140,5 @@ class ReferenceResolver {
     /// The XML elements on the way of the path that was resolved last; the root is the first.
     std::vector<Node> way_;
 };
-
-/// `Class.feature`, for error texts.
-std::string nameOf(const meta::Property& property);
-
-/// Refuses to set a single value that is set. The values are read from the model.
-void refuseSecondValue(Node node, const ModelElement& element, const meta::Property& property);
 
 }  // namespace nuv::zero::xmi

@@ -7,7 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "xmi/ElementBuilder.h"
 #include "xmi/FeatureTable.h"
+#include "xmi/FileFindings.h"
+#include "xmi/FileNames.h"
 #include "xmi/FragmentIndex.h"
 #include "xmi/LoadedMetamodel.h"
 #include "xmi/LoadedModel.h"
@@ -26,7 +29,9 @@ namespace nuv::zero::xmi {
 /// which may lead anywhere in it. Besides the model, only what references ask for is kept.
 ///
 /// A file that is not well-formed is refused as such, wherever its content may be wrong as well.
-/// So the first misfit is kept, and what follows is parsed and looked at no more.
+/// What else is wrong becomes a finding, where there is a list for them: the XML element is left out
+/// with all that it holds, or the one value or reference, and reading goes on. Otherwise the first
+/// misfit is kept, and what follows is parsed and looked at no more.
 class XmiBuilder final : private XmlHandler {
   public:
     /// REQUIRES: everything that is given by reference outlives the builder.
@@ -34,8 +39,14 @@ class XmiBuilder final : private XmlHandler {
                const ReadOptions& options);
 
     /// References into other files are collected, where there is a list for them; otherwise they
-    /// are treated as the options say.
-    LoadedModel build(std::vector<OutgoingReference>* outgoing = nullptr);
+    /// are treated as the options say. Throws `ReadError` for what is no finding, and where nothing
+    /// is left of the model; there may be new findings then, too.
+    LoadedModel build(std::vector<OutgoingReference>* outgoing = nullptr,
+                      Findings* findings = nullptr);
+
+    /// The namespaces that the metamodel does not have, in the order in which they were met. Also
+    /// when `build` has thrown: whoever finds metamodels for them reads the file again.
+    std::vector<std::string> unknownNamespaces() const { return meanings_.unknownNamespaces(); }
 
   private:
     using Index = LoadedModel::Index;
@@ -43,35 +54,38 @@ class XmiBuilder final : private XmlHandler {
     /// What an XML element stands for.
     enum class Role : std::uint8_t {
         /// `xmi:XMI`, around several roots.
-        Wrapper,
+        Roots,
         /// An element of the model.
         Element,
+        /// Nothing, around values of the element around it.
+        Wrapper,
         /// A value of the element around it.
         Value,
         /// References of the element around it.
         References,
         /// Nothing that is to be read.
         Skipped,
+        /// The same, in a namespace of its own; all of it is counted.
+        Foreign,
     };
     struct Open {
         Node node;
         NameId name;
         Role role;
+        /// Whether paths lead through it.
+        bool isStep = false;
+        /// Whether it was said that its text is out of place, or need not be.
+        bool takesText = false;
         /// The element that it stands for, or the one around it.
-        Index element;
-        const KnownClass* type;
-        const Feature* feature;
+        Index element = noElement;
+        const KnownClass* type = nullptr;
+        /// What its text is a value of.
+        const Feature* feature = nullptr;
         /// Where its children begin among those that wait.
-        std::size_t firstChild;
-    };
-    /// A contained element, to be put into the list of its container with all others.
-    struct Waiting {
-        std::uint32_t feature;
-        Index element;
-        friend bool operator<(const Waiting& one, const Waiting& other) noexcept {
-            return one.feature != other.feature ? one.feature < other.feature
-                                                : one.element < other.element;
-        }
+        std::size_t firstChild = 0;
+        const XmlForm::Wrapper* wrapper = nullptr;
+        /// How far below the wrapper it lies.
+        std::uint32_t depth = 0;
     };
     /// In which order what is wrong with one element is told.
     enum class Check : std::uint8_t { BeforeText, Text, AfterText };
@@ -84,29 +98,42 @@ class XmiBuilder final : private XmlHandler {
     void enter(const XmlStart& start) override;
     void text(std::string_view part) override;
     void leave() override;
+    void declare(std::string_view prefix, std::string_view uri) override;
+    bool takesUnknownTypes() const noexcept override { return findings_.has_value(); }
 
     void fail(Node node, Check check, const std::string& reason);
     [[noreturn]] void failAt(Node node, std::string_view reason);
+    /// Does it, and takes down what is wrong with it, where that is wanted.
+    template <class Action>
+    void attempt(Index element, const Action& action);
+    bool isFinding(const Misfit& misfit) const { return findings_ && !misfit.isOfTheWholeFile(); }
+    void addFinding(const Misfit& misfit, Index element);
+    /// The XML element that was entered last is no part of the model.
+    void leaveOut(const Misfit& misfit);
     void finish(std::vector<OutgoingReference>* outgoing);
+    void addRepeatedIds(const ReferenceResolver& resolver);
+    void nameClasses();
 
+    Open& push(Node node, NameId name, Role role, Index element);
+    /// Paths lead to the XML element by the name of the feature.
+    void step(Node node, const Feature& feature);
     void open(Node node, const XmlStart& start);
     void openRoot(Node node, const XmlStart& start);
     void openChild(Node node, const XmlStart& start, const Open& parent);
-    void openContent(Node node, const XmlStart& start, const Open& parent, const Feature& feature);
-    void create(Node node, const XmlStart& start, const KnownClass& type, Index parent,
+    void openInWrapper(Node node, const XmlStart& start, const Open& parent);
+    void openForeign(Node node, const XmlStart& start);
+    /// What stands for a value, a reference or a content of an element.
+    void openPart(Node node, const XmlStart& start, Index owner, const FileNames::Child& part);
+    void openContent(Node node, const XmlStart& start, Index owner, const FileNames::Child& part);
+    [[noreturn]] void failInside(const Open& parent) const;
+    void create(Node node, const XmlStart& start, const KnownClass& type, Index container,
                 const Feature* feature);
-    void contain(Node node, Index parent, const Feature& feature, Index element);
+    void close(const Open& closed);
     void closeElement(const Open& closed);
-    void addContents(Index element, std::size_t firstChild);
     void addAttributes(Node node, const XmlStart& start, Index element, const KnownClass& type);
+    void addAttribute(Node node, const XmlAttribute& attribute, Index element,
+                      const KnownClass& type);
     void addXmiId(Node node, Index element, std::string_view id);
-    void addOneValue(Node node, Index element, const Feature& feature, std::string_view text);
-
-    const KnownClass& classNamed(Node node, NameId id);
-    /// The class of a contained element: what the file says, else the type of the property.
-    const KnownClass& classOfContent(Node node, NameId type, const Feature& feature);
-    const Feature& featureNamed(Node node, const KnownClass& type, NameId name);
-    bool isNil(const XmlStart& start) const;
 
     const LoadedMetamodel& metamodel_;
     const std::string& file_;
@@ -114,29 +141,29 @@ class XmiBuilder final : private XmlHandler {
     const ReadOptions& options_;
     XmlNames names_;
     FeatureTable features_;
+    FileNames meanings_;
     FragmentIndex fragments_;
     ReferenceLog references_;
     OwnNames ownNames_;
     bool isMetamodel_ = false;
 
     LoadedModel loaded_;
+    ElementBuilder elements_;
     /// By `Node`.
     BlockList<NodeContent> contents_;
     std::vector<Node> rootNodes_;
-    std::size_t slots_ = 0;
-    /// By feature, the element that an attribute gave a value last.
-    std::vector<Index> lastOwner_;
+    /// By the number of the feature, what paths call it.
+    std::vector<FragmentIndex::Tag> tags_;
 
     std::vector<Open> open_;
-    std::vector<Waiting> waiting_;
-    /// The list that is being put together.
-    std::vector<ModelElement> list_;
     /// What stands between the tags of the value or the references that are open.
     std::string text_;
-    std::u16string text16_;
     std::optional<Failure> failure_;
-    /// How many of the elements that were entered after the failure are open.
+    std::optional<FileFindings> findings_;
+    /// How many of the elements that were entered after the failure, or are left out, are open.
     std::size_t unseen_ = 0;
+    /// How many XML elements are left out with the one that is.
+    std::size_t lost_ = 0;
 };
 
 }  // namespace nuv::zero::xmi

@@ -10,6 +10,9 @@ bool isXmiNamespace(std::string_view uri) {
            uri.starts_with("http://schema.omg.org/spec/XMI/");
 }
 
+constexpr std::string_view instanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
+constexpr std::string_view xmlNamespace = "http://www.w3.org/XML/1998/namespace";
+
 XmlName nameOf(std::string_view written) {
     XmlName name;
     const std::size_t end = written.find(XmlNames::separator);
@@ -19,12 +22,16 @@ XmlName nameOf(std::string_view written) {
         name.local = written.substr(end + 1);
     }
     name.isXmi = isXmiNamespace(name.uri);
-    name.isXsi = name.uri == "http://www.w3.org/2001/XMLSchema-instance";
-    name.isXml = name.uri == "http://www.w3.org/XML/1998/namespace";
+    name.isXsi = name.uri == instanceNamespace;
+    name.isXml = name.uri == xmlNamespace;
     return name;
 }
 
 }  // namespace
+
+bool XmlNames::isOfXml(std::string_view uri) noexcept {
+    return uri == instanceNamespace || uri == xmlNamespace || isXmiNamespace(uri);
+}
 
 NameId XmlNames::add(std::string_view written) {
     const auto [id, isNew] = written_.add(written);

@@ -32,6 +32,9 @@ class XmlNames {
     /// Stands between a namespace and a name; no XML file can hold it.
     static constexpr char separator = '\x01';
 
+    /// Whether a namespace is one of XMI or of XML itself, and none of a metamodel.
+    static bool isOfXml(std::string_view uri) noexcept;
+
     /// The number of a name as the parser writes it: namespace, separator and local name, or the
     /// local name alone. Throws `std::bad_alloc`, and then serves no longer.
     NameId add(std::string_view written);

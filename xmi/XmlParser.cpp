@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "xmi/Expat.h"
+#include "xmi/Fragment.h"
 
 namespace nuv::zero::xmi {
 namespace {
@@ -152,6 +153,7 @@ class XmlRun {
     static void XMLCALL startPrefix(void* self, const XML_Char* prefix, const XML_Char* uri) {
         guarded(self, [&](XmlRun& run) {
             run.types_.declare(prefix == nullptr ? "" : prefix, uri == nullptr ? "" : uri);
+            run.handler_.declare(prefix == nullptr ? "" : prefix, uri == nullptr ? "" : uri);
             run.checkNames();
         });
     }
@@ -188,13 +190,19 @@ class XmlRun {
     }
 
     NameId typeNamed(std::string_view value) {
-        const std::size_t first = value.find_first_not_of(" \t\r\n");
-        if (first == std::string_view::npos) fail("a type is empty");
-        value = value.substr(first, value.find_last_not_of(" \t\r\n") - first + 1);
+        value = trimmed(value);
+        if (value.empty()) return unknownTypeOr("a type is empty");
         const NameId name = types_.resolve(value);
-        if (name == noName) fail("the prefix of the type " + inQuotes(value) + " is not declared");
+        if (name == noName) {
+            return unknownTypeOr("the prefix of the type " + inQuotes(value) + " is not declared");
+        }
         checkNames();
         return name;
+    }
+
+    NameId unknownTypeOr(std::string_view reason) const {
+        if (!handler_.takesUnknownTypes()) fail(reason);
+        return unknownType;
     }
 
     /// The parser keeps a name in one place while it is in use, so that most names are found by

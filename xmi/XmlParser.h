@@ -34,10 +34,14 @@ class XmlPlace {
     const Expat& parser_;
 };
 
+/// The type of an XML element is written with a prefix that is not declared, or empty.
+inline constexpr NameId unknownType = 0xFFFFFFFEU;
+
 /// A start tag.
 struct XmlStart {
     NameId name = noName;
-    /// The value of `xsi:type` or `xmi:type`, its prefix resolved.
+    /// The value of `xsi:type` or `xmi:type`, its prefix resolved; may be `unknownType` for a
+    /// handler that takes such.
     NameId type = noName;
     std::span<const XmlAttribute> attributes;
     XmlPlace place;
@@ -53,6 +57,10 @@ class XmlHandler {
     /// Part of what stands between tags, as it comes.
     virtual void text(std::string_view part) = 0;
     virtual void leave() = 0;
+    /// A prefix that means a namespace from the next element on, inside that.
+    virtual void declare(std::string_view /*prefix*/, std::string_view /*uri*/) {}
+    /// Whether it is told of types that mean nothing. Otherwise the file is refused for them.
+    virtual bool takesUnknownTypes() const noexcept { return false; }
 
   protected:
     XmlHandler() = default;

@@ -180,11 +180,19 @@ TEST(EcoreReader, FileThatIsNoMetamodelIsAnError) {
     EXPECT_EQ(errorOf([] { EcoreReader().read(); }), "metamodel: no file was given");
 }
 
+TEST(EcoreReader, SameFileTwiceIsOneMetamodel) {
+    const LoadedMetamodel metamodel = EcoreReader()
+                                          .addText("a.ecore", package(eClass("A")))
+                                          .addText("b.ecore", package(eClass("A")))
+                                          .read();
+    EXPECT_EQ(describe(metamodel), (Lines{"p::A"}));
+}
+
 TEST(EcoreReader, SameNamespaceTwiceIsAnError) {
     EXPECT_EQ(errorOf([] {
                   EcoreReader()
                       .addText("a.ecore", package(eClass("A")))
-                      .addText("b.ecore", package(eClass("A")));
+                      .addText("b.ecore", package(eClass("B")));
               }),
               "b.ecore:1:1: the namespace 'urn:p' is given twice; it is also that of a.ecore");
 }

@@ -40,7 +40,7 @@ TEST(Fragment, OtherTextsAreNoPaths) {
 TEST(Fragment, PathsLeadThroughTagsNamesAndSources) {
     TextSource source(R"(<r><a name="n"/><b/><a name="n"><b source="s/t"/></a></r>)");
     const XmlDocument document = XmlDocument::parse("x", source, ReadLimits());
-    const FragmentIndex fragments(document.names(), document);
+    const FragmentIndex fragments(document);
     const auto resolve = [&](std::string_view text) {
         return fragments.resolve(*parseFragmentPath(text), {0});
     };

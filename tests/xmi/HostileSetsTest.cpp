@@ -22,10 +22,10 @@ class HostileSets : public testing::Test {
     std::unique_ptr<ModelSet> load(std::shared_ptr<const FileTree> tree, const std::string& path,
                                    std::size_t files = 200'000) const {
         FileRoots roots;
-        roots.add("model", std::move(tree));
-        ModelSetLimits limits;
-        limits.files = files;
-        auto set = std::make_unique<ModelSet>(metamodel_, std::move(roots), ReadOptions(), limits);
+        roots.add("model", std::move(tree)).add("metamodels", metamodels_);
+        LoadOptions options;
+        options.limits.files = files;
+        auto set = std::make_unique<ModelSet>(std::move(roots), options);
         set->load(path);
         return set;
     }
@@ -38,9 +38,16 @@ class HostileSets : public testing::Test {
         return count;
     }
 
-    LoadedMetamodel metamodel_ = metamodelOf(
-        eClass("Node", attribute("name") + reference("nodes", "Node", contents) +
-                           reference("core", "Node", containment) + reference("to", "Node", many)));
+    static std::shared_ptr<TextFiles> metamodels() {
+        auto files = std::make_shared<TextFiles>("metamodels");
+        files->add("p.ecore",
+                   package(eClass("Node", attribute("name") + reference("nodes", "Node", contents) +
+                                              reference("core", "Node", containment) +
+                                              reference("to", "Node", many))));
+        return files;
+    }
+
+    std::shared_ptr<const FileTree> metamodels_ = metamodels();
 };
 
 std::string name(int number) {
@@ -58,7 +65,7 @@ TEST_F(HostileSets, ACircleOfAThousandFilesIsLoaded) {
     EXPECT_EQ(set->fileCount(), 1'000U);
     EXPECT_EQ(elementsOf(*set), 1'000U);
     ASSERT_EQ(set->findings().size(), 1U) << "the last one would contain itself";
-    EXPECT_EQ(set->findings().front().file, "model:" + name(count - 1));
+    EXPECT_EQ(set->findings().kept().front().file, "model:" + name(count - 1));
 }
 
 TEST_F(HostileSets, AHundredThousandTinyFilesAreLoadedOrBounded) {
@@ -76,7 +83,8 @@ TEST_F(HostileSets, AHundredThousandTinyFilesAreLoadedOrBounded) {
     const auto bounded = load(files, "all.xmi", 1'000);
     EXPECT_EQ(bounded->fileCount(), 1'000U);
     EXPECT_EQ(bounded->findings().size(), 99'001U);
-    EXPECT_TRUE(bounded->findings().front().text().ends_with("the model has more than 1000 files"));
+    EXPECT_TRUE(
+        bounded->findings().kept().front().text().ends_with("the model has more than 1000 files"));
 }
 
 /// Each file refers to the next one many times, and each time by another spelling.
@@ -156,16 +164,16 @@ TEST_F(HostileSets, NothingOutsideOfTheRootsIsRead) {
     for (const std::string& each : ways) nodes += "<to href='" + each + "#/'/>\n";
     tree.write("in/m.xmi", root("Node", "", nodes));
     FileRoots roots;
-    roots.add("model", tree.path("in"));
-    ModelSet set(metamodel_, std::move(roots));
+    roots.add("model", tree.path("in")).add("metamodels", metamodels_);
+    ModelSet set(std::move(roots));
     set.load("m.xmi");
     EXPECT_EQ(set.fileCount(), 1U);
     ASSERT_EQ(set.findings().size(), ways.size());
     for (std::size_t i = 0; i < ways.size(); ++i) {
-        const ModelSetFinding& finding = set.findings()[i];
+        const Finding& finding = set.findings().kept()[i];
         EXPECT_EQ(finding.position.line, i + 2) << finding.text();
-        EXPECT_TRUE(finding.kind == ModelSetFinding::Kind::Outside ||
-                    finding.kind == ModelSetFinding::Kind::Missing)
+        EXPECT_TRUE(finding.reason == Finding::Reason::OutsideRoots ||
+                    finding.reason == Finding::Reason::MissingFile)
             << finding.text();
     }
 }
@@ -234,7 +242,7 @@ TEST_F(HostileSets, FilesThatChangeWhileTheyAreReadAreRefusedOrRead) {
                     });
                 try {
                     const auto set = load(files, "a.xmi");
-                    for (const ModelSetFinding& each : set->findings()) {
+                    for (const Finding& each : set->findings()) {
                         EXPECT_EQ(each.text().find('\n'), std::string::npos);
                     }
                     ++loaded;

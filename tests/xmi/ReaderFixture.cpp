@@ -86,7 +86,7 @@ LoadedModel modelOf(const LoadedMetamodel& metamodel, const std::string& text,
 
 Lines describe(const LoadedMetamodel& metamodel) {
     Lines lines;
-    for (const meta::Class& type : metamodel.metamodel().classes()) {
+    for (const meta::Class& type : metamodel.classes()) {
         std::string line = text::toUtf8(type->getQualifiedName());
         if (metamodel.isAbstract(type)) line += " abstract";
         std::string separator = " < ";

@@ -43,8 +43,7 @@ class LoggedLists {
     ReferenceLog& log() { return log_; }
 
   private:
-    XmlNames names_;
-    FragmentIndex index_{names_};
+    FragmentIndex index_;
     ReferenceLog log_{index_};
 };
 

@@ -63,7 +63,7 @@ Class Names::classNamed(const std::string& name) const {
     std::vector<std::string> candidates;
     if (found.empty()) {
         const bool isQualified = name.find("::") != std::string::npos;
-        for (const Class& each : metamodel_.metamodel().classes()) {
+        for (const Class& each : metamodel_.classes()) {
             candidates.push_back(isQualified ? toUtf8(each->getQualifiedName()) : nameOf(each));
         }
         throw UsageError("there is no class '" + name + "'" + nearest(name, std::move(candidates)));
