@@ -206,7 +206,8 @@ void ModelSetLoader::provide(const Reading& reading, const std::vector<std::stri
 
 void ModelSetLoader::buildAll(std::vector<Reading>& readings) const {
     std::size_t bytes = 0;
-    for (const Reading& each : readings) bytes += each.source == nullptr ? 0 : each.source->size();
+    // What is compressed and damaged has no size.
+    for (const Reading& each : readings) bytes += each.error ? 0 : each.source->size();
     std::atomic<std::size_t> next = 0;
     const auto work = [&] {
         for (std::size_t at = next++; at < readings.size(); at = next++) build(readings[at]);

@@ -11,12 +11,12 @@
 namespace nuv::zero::xmi {
 namespace {
 
-bool isBlank(char character) {
+bool isXmlBlank(char character) {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
 
 std::size_t skipBlanks(std::string_view text, std::size_t at) {
-    while (at < text.size() && isBlank(text[at])) ++at;
+    while (at < text.size() && isXmlBlank(text[at])) ++at;
     return at;
 }
 
