@@ -40,7 +40,7 @@ const KnownClass& FileNames::classOfContent(Node node, const XmlStart& start,
 
 FileNames::Child FileNames::child(Node node, const XmlStart& start, const KnownClass& owner) {
     if (hasForm_) return childOfForm(node, start, owner);
-    if (!features_.isNamespaceKnown(start.name)) {
+    if (!names_[start.name].uri.empty() && !features_.isNamespaceKnown(start.name)) {
         failNamespace(node, start.name, "element", Misfit::Weight::ContentsLost);
     }
     const Feature* const feature = features_.find(owner, start.name);
@@ -89,7 +89,8 @@ FileNames::Child FileNames::inWrapper(Node node, const XmlStart& start,
 }
 
 const Feature* FileNames::attribute(Node node, NameId name, const KnownClass& owner) {
-    const bool isKnown = features_.isNamespaceKnown(name);
+    // Mostly attributes have none.
+    const bool isKnown = names_[name].uri.empty() || features_.isNamespaceKnown(name);
     const Feature* const feature =
         isKnown ? features_.find(owner, name, XmlForm::Place::Attribute).feature : nullptr;
     if (feature != nullptr) return feature;

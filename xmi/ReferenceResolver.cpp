@@ -263,10 +263,10 @@ void ReferenceResolver::link(Index number, std::string_view reference) {
     const ModelElement& owner = loaded_.elements_[place_.element];
     const ModelElement& target = loaded_.elements_[number];
     const meta::Property& property = feature_->property;
-    const bool fits = target->getClass()->canStandFor(property->type());
-    const bool contains = fits && feature_->isComposite && findings_ != nullptr;
+    const auto fits = [&] { return target->getClass()->canStandFor(property->type()); };
+    const bool contains = feature_->isComposite && findings_ != nullptr && fits();
     if (contains) checkContainment(number, reference);
-    if (isNewList_ && fits) {
+    if (isNewList_ && fits()) {
         list_.push_back(target);
     } else {
         if (feature_->isSingle) refuseSecondValue(place_.node, owner, property);
@@ -274,7 +274,7 @@ void ReferenceResolver::link(Index number, std::string_view reference) {
             feature_->isSingle ? loaded_.model_.set(owner, property, target)
                                : loaded_.model_.add(owner, property, target);
         } catch (const memory::ModelError& error) {
-            fail(fits ? Finding::Reason::TooManyValues : Finding::Reason::NoFit, reference,
+            fail(fits() ? Finding::Reason::TooManyValues : Finding::Reason::NoFit, reference,
                  error.what());
         }
     }
