@@ -61,6 +61,7 @@ struct ModelSetLoader::Reading {
     FilePlace place;
     std::string shown;
     std::unique_ptr<ByteSource> source;
+    std::size_t bytes = 0;
     FileHead head;
     bool isSkipped = false;
 
@@ -173,6 +174,7 @@ void ModelSetLoader::open(Reading& reading, bool mustBeModels) {
                             found.reason.empty() ? "is in none of the file roots" : found.reason);
         }
         reading.head = FileHead::of(*reading.source);
+        reading.bytes = reading.source->size();
     } catch (const ReadError& error) {
         reading.error = error;
         reading.isSkipped = !mustBeModels;
@@ -206,7 +208,7 @@ void ModelSetLoader::provide(const Reading& reading, const std::vector<std::stri
 
 void ModelSetLoader::buildAll(std::vector<Reading>& readings) const {
     std::size_t bytes = 0;
-    for (const Reading& each : readings) bytes += each.source == nullptr ? 0 : each.source->size();
+    for (const Reading& each : readings) bytes += each.bytes;
     std::atomic<std::size_t> next = 0;
     const auto work = [&] {
         for (std::size_t at = next++; at < readings.size(); at = next++) build(readings[at]);
@@ -272,10 +274,9 @@ void ModelSetLoader::take(Reading& reading) {
     };
     if (!reading.error) {
         const std::size_t elements = reading.model->elements().size();
-        const std::size_t bytes = reading.source->size();
         if (files_.size() >= options_.limits.files) {
             refuse(options_.limits.files, " files");
-        } else if (bytes > options_.limits.bytes - bytes_) {
+        } else if (reading.bytes > options_.limits.bytes - bytes_) {
             refuse(options_.limits.bytes, " bytes");
         } else if (elements > options_.limits.elements - elements_) {
             refuse(options_.limits.elements, " elements");
@@ -297,7 +298,7 @@ void ModelSetLoader::take(Reading& reading) {
     const ModelSetFile& file = files_.back();
     byStorage_.emplace(file.model.roots().front()->storage(), number);
     elements_ += file.model.elements().size();
-    bytes_ += reading.source->size();
+    bytes_ += reading.bytes;
     entry.state = Entry::State::Loaded;
     entry.file = number;
 }

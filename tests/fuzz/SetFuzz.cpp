@@ -12,7 +12,6 @@
 
 #include "model/memory/ModelAccess.h"
 #include "xmi/Archive.h"
-#include "xmi/EcoreReader.h"
 #include "xmi/ModelSet.h"
 #include "xmi/TextFiles.h"
 
@@ -39,23 +38,20 @@ constexpr std::string_view metamodelText = R"(<ecore:EPackage xmlns:xmi="http://
   <eClassifiers xsi:type="ecore:EClass" name="Other"/>
 </ecore:EPackage>)";
 
-const LoadedMetamodel& metamodel() {
-    static const LoadedMetamodel loaded = EcoreReader().addText("p.ecore", metamodelText).read();
-    return loaded;
-}
-
 /// Small enough for every limit to be met by a small input.
-ReadOptions fuzzOptions() {
-    ReadOptions options;
-    options.limits.fileBytes = 4'000;
-    options.limits.depth = 40;
-    options.limits.elements = 200;
-    options.limits.names = 100;
-    options.limits.slots = 1'000;
+LoadOptions fuzzOptions() {
+    LoadOptions options;
+    options.file.fileBytes = 4'000;
+    options.file.depth = 40;
+    options.file.elements = 200;
+    options.file.names = 100;
+    options.file.slots = 1'000;
+    options.limits.files = 12;
+    options.limits.elements = 300;
+    options.limits.findings = 50;
+    options.threads = 1;
     return options;
 }
-
-constexpr ModelSetLimits fuzzLimits = {12, 300};
 
 void require(bool holds, const char* promise, const std::string& detail) {
     if (holds) return;
@@ -85,8 +81,14 @@ struct Input {
     }
 
     FileRoots roots() const {
+        static const auto metamodels = [] {
+            auto files = std::make_shared<TextFiles>("metamodels");
+            files->add("p.ecore", std::string(metamodelText));
+            return files;
+        }();
         FileRoots roots;
         roots.add("model", own).add("lib", library, {"platform:/plugin/", "lib:"});
+        roots.add("metamodels", metamodels);
         if (archive) roots.add("zip", opened(archive), {"platform:/plugin/", "zip:"});
         return roots;
     }
@@ -97,8 +99,6 @@ void addPart(Input& input, std::string_view part) {
     const std::size_t end = part.find('\n');
     std::string path(part.substr(0, end));
     std::string bytes(end == std::string_view::npos ? std::string_view() : part.substr(end + 1));
-    // Such paths cannot be told from the fragment behind them.
-    if (path.find('#') != std::string::npos) return;
     try {
         if (path == "zip:") {
             auto archive = std::make_shared<const std::string>(std::move(bytes));
@@ -129,20 +129,19 @@ std::vector<ModelElement> targetsOf(const ModelElement& element, const meta::Pro
 std::string textOf(const ModelSet& set) {
     std::string text;
     std::map<std::string, std::string> containers;
-    for (std::size_t file = 0; file < set.fileCount(); ++file) {
-        for (const ModelElement& element : set.model(file).elements()) {
-            const std::string identity = set.identity(element)->text();
-            require(set.find(identity) == element, "an identity leads to its element", identity);
-            text.append(identity).append("\n");
-            for (const meta::Property& property : element->getClass()->getAllClassProperties()) {
-                if (!property->isAssociation()) continue;
-                for (const ModelElement& target : targetsOf(element, property)) {
-                    const std::string other = set.identity(target)->text();
-                    text.append("  ").append(other).append("\n");
-                    if (!property->isComposite()) continue;
-                    require(containers.emplace(other, identity).second,
-                            "an element is contained once", other);
-                }
+    for (const ModelElement& element : set.elements()) {
+        const std::string address = set.address(element).text();
+        require(set.find(address) == element, "an address leads to its element", address);
+        text.append(address).append("\n");
+        for (const meta::Property& property : element->getClass()->getAllClassProperties()) {
+            if (!property->isAssociation()) continue;
+            for (const ModelElement& target : targetsOf(element, property)) {
+                const std::string other = set.address(target).text();
+                text.append("  ").append(other).append("\n");
+                if (!property->isComposite()) continue;
+                require(containers.emplace(other, address).second, "an element is contained once",
+                        other);
+                require(set.container(target) == element, "containers contain", other);
             }
         }
     }
@@ -153,7 +152,9 @@ std::string textOf(const ModelSet& set) {
             require(++steps <= containers.size(), "no element contains itself", contained);
         }
     }
-    for (const ModelSetFinding& finding : set.findings()) {
+    require(set.rootElements().size() + containers.size() == set.elementCount(),
+            "roots are what nothing contains", text);
+    for (const Finding& finding : set.findings()) {
         requireOneLine(finding.text());
         text.append(finding.text()).append("\n");
         for (const std::string& each : finding.tried) text.append("  ").append(each).append("\n");
@@ -173,7 +174,7 @@ std::string load(ModelSet& set, const std::string& path) {
 }
 
 std::string read(const Input& input) {
-    ModelSet set(metamodel(), input.roots(), fuzzOptions(), fuzzLimits);
+    ModelSet set(input.roots(), fuzzOptions());
     const std::string error = load(set, input.model);
     const std::string text = textOf(set);
     require(error.empty() || text.empty(), "what cannot be loaded leaves no trace", error);
