@@ -1,7 +1,7 @@
 # cmake -D PROGRAM=<executable> -D EXPECTED=<file> -P CompareOutput.cmake
 #
 # Runs a program and compares what it prints, as a whole, with a file.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 execute_process(
     COMMAND "${PROGRAM}"

@@ -5,5 +5,5 @@
 #if defined(MODELING_NUV0_FRAMEWORK_HEADER)
 #include MODELING_NUV0_FRAMEWORK_HEADER
 #else
-#include "model/memory/MemoryFramework.h"
+#include "memory/MemoryFramework.h"
 #endif

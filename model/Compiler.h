@@ -35,7 +35,11 @@
 
 /// What a shared library offers to its users, what its users take from it, and what stays inside
 /// although it is a member of an exported class.
-#if defined(_WIN32) && !defined(MODELING_NUV0_PLAIN_COMPILER)
+#if defined(_WIN32) && (defined(MODELING_NUV0_STATIC) || defined(MODELING_NUV0_PLAIN_COMPILER))
+#define MODELING_NUV0_OFFERED
+#define MODELING_NUV0_TAKEN
+#define MODELING_NUV0_HIDDEN
+#elif defined(_WIN32)
 #define MODELING_NUV0_OFFERED __declspec(dllexport)
 #define MODELING_NUV0_TAKEN __declspec(dllimport)
 #define MODELING_NUV0_HIDDEN
@@ -60,6 +64,13 @@ MODELING_NUV0_ALWAYS_INLINE inline void prefetchLine([[maybe_unused]] const void
 #if defined(MODELING_NUV0_KNOWN_COMPILER)
     __builtin_prefetch(place);
 #endif
+}
+
+/// A number in a type that is narrower on some machines; what does not fit is cut off. A plain cast
+/// draws a remark from g++ where it changes nothing.
+template <class To, class From>
+constexpr To narrowed(From number) noexcept {
+    return static_cast<To>(number);
 }
 
 }  // namespace nuv::zero::access

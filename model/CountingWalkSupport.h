@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "model/ChosenFramework.h"
-#include "model/WalkSupport.h"
+#include "ChosenFramework.h"
+#include "WalkSupport.h"
 
 namespace nuv::zero::access {
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "model/Compiler.h"
+#include "Compiler.h"
+#include "StandardLibrary.h"
 
 /// Marks what the in-memory model's shared library offers to its users.
 #if defined(modeling_nuv0_model_EXPORTS)

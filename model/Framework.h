@@ -7,7 +7,7 @@
 /// name sets it for the library and for everybody who links it); the header then has to supply the
 /// types and the functions that `model/FrameworkContract.h` checks. It includes at most
 /// `model/WalkSupport.h` and `model/Compiler.h` of this directory.
-#include "model/ChosenFramework.h"
+#include "ChosenFramework.h"
 
-#include "model/CountingWalkSupport.h"
-#include "model/FrameworkContract.h"
+#include "CountingWalkSupport.h"
+#include "FrameworkContract.h"

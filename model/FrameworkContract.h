@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "model/ChosenFramework.h"
+#include "ChosenFramework.h"
 
 /// Everything that the traversal library requires of a model framework.
 ///

@@ -55,7 +55,7 @@ under_valgrind() {
     for replay in walks files sets; do
         checked "build/release/tests/fuzz/fuzz_${replay}_replay" "tests/fuzz/corpus/$replay"
     done
-    checked build/release/tools/model-walk/model-walk examples/models/system.ecore \
+    checked build/release/tools/model-walk/model-walk contents -m examples/models/system.ecore \
         examples/models/drone.xmi
     echo "Nothing found"
 }

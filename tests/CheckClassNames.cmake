@@ -1,7 +1,7 @@
 # cmake -DROOT=<tests> -P CheckClassNames.cmake
 #
 # No two classes of the tests have one name: whoever reads of one would have to ask which is meant.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 file(
     GLOB_RECURSE files

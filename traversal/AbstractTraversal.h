@@ -9,14 +9,14 @@
 #include <utility>
 #include <vector>
 
-#include "traversal/CompositeMatcher.h"
-#include "traversal/Export.h"
-#include "traversal/PropertyMatcher.h"
-#include "traversal/PropertyProvider.h"
-#include "traversal/RuleCall.h"
-#include "traversal/internal/TraversalResult.h"
+#include "CompositeMatcher.h"
+#include "Export.h"
+#include "PropertyMatcher.h"
+#include "PropertyProvider.h"
+#include "RuleCall.h"
+#include "internal/TraversalResult.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A range of things that name elements, to run a traversal on.
 template <class Range>

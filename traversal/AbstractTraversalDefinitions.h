@@ -2,10 +2,11 @@
 
 #include <utility>
 
-#include "traversal/AbstractTraversal.h"
+#include "AbstractTraversal.h"
+#include "Export.h"
 
 /// The bodies of `AbstractTraversal`, for the sources of the kinds, which instantiate them.
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 template <class Impl>
 AbstractTraversal<Impl>::AbstractTraversal() = default;

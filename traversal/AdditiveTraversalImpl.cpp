@@ -4,7 +4,7 @@
 
 #include "traversal/AbstractTraversalDefinitions.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 template class AbstractTraversal<AdditiveTraversalImpl>;
 

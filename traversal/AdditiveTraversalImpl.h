@@ -5,9 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/AbstractTraversal.h"
+#include "AbstractTraversal.h"
+#include "Export.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// The additive kind: follows nothing but what `traverse` names.
 ///

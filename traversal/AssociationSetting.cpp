@@ -1,6 +1,6 @@
 #include "traversal/AssociationSetting.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 AssociationSetting::AssociationSetting() = default;
 AssociationSetting::AssociationSetting(const Property& property, ResultPolicy policy)

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/support/Lent.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "fwd.h"
+#include "support/Lent.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A property to follow from the elements of a class, and the policy of the links found there.
 class MODELING_NUV0_TRAVERSAL_EXPORT AssociationSetting {

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 bool ClassHierarchyComparator::operator()(const Class& lhs, const Class& rhs) const {
     if (lhs == rhs) return false;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
+#include "ClassPredicate.h"
+#include "Export.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Orders classes so that a subclass comes before its superclass; unrelated classes by qualified
 /// name, code unit by code unit.

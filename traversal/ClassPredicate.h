@@ -4,9 +4,10 @@
 #include <type_traits>
 #include <utility>
 
-#include "model/Framework.h"
+#include "../model/Framework.h"
+#include "Export.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using meta::Class;
 using meta::Property;

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 namespace {
 
 void refuseNull(const Class& type, const char* name) {

@@ -3,8 +3,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
+#include "ClassPredicate.h"
+#include "Export.h"
 
 /// Ready-made conditions of rules. They combine with each other and with predicates of the
 /// caller's own:
@@ -17,7 +17,7 @@
 /// and may be asked on several threads, as far as those that it combines may. What these throw,
 /// it throws. No predicate accepts a null class but those of the caller, `noneOf`, and `allOf` of
 /// nothing.
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Accepts a class and its subclasses. Throws `std::invalid_argument` for a null class.
 MODELING_NUV0_TRAVERSAL_EXPORT ClassPredicate isKindOf(const Class& type);

@@ -1,6 +1,6 @@
 #include "traversal/CompositeMatcher.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 CompositeMatcher::CompositeMatcher(VisitMode mode) : mode_(mode) {}
 CompositeMatcher::CompositeMatcher(const CompositeMatcher& other) = default;

@@ -3,12 +3,12 @@
 #include <unordered_map>
 #include <utility>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/RuleTree.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "RuleTree.h"
+#include "fwd.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// All rules given for one property.
 ///

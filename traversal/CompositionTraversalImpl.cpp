@@ -3,7 +3,7 @@
 #include "traversal/PruningTraversalDefinitions.h"
 #include "traversal/SubtractivePropertyProvider.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 template class AbstractTraversal<CompositionTraversalImpl>;
 template class PruningTraversal<CompositionTraversalImpl>;

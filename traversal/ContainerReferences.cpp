@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <unordered_set>
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 namespace {
 
 bool isFollowable(const Property& property) {

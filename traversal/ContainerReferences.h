@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/PropertyMatcher.h"
+#include "Export.h"
+#include "PropertyMatcher.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// The rules for the references by which elements of a class refer to what contains them: for each
 /// association that is an opposite of a containment, and no containment itself, the rule for all

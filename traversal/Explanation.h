@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "traversal/AbstractTraversal.h"
-#include "traversal/Export.h"
-#include "traversal/PropertyDecision.h"
-#include "traversal/internal/TraversalResult.h"
+#include "AbstractTraversal.h"
+#include "Export.h"
+#include "PropertyDecision.h"
+#include "internal/TraversalResult.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A rule, as explanations name it.
 struct ExplainedRule {

@@ -5,7 +5,7 @@
 
 #include "traversal/internal/Walk.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 LinkRange::LinkRange(std::shared_ptr<internal::TraversalResult> result)
     : result_(std::move(result)) {

@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/internal/TraversalResult.h"
+#include "Export.h"
+#include "internal/TraversalResult.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// One walk over a result as a range: what a `for` loop wants.
 ///

@@ -3,9 +3,10 @@
 #include <string>
 #include <utility>
 
-#include "traversal/ClassPredicate.h"
+#include "ClassPredicate.h"
+#include "Export.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A predicate with a name, by which explanations and findings call the rule that it is given to.
 struct NamedPredicate {

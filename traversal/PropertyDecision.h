@@ -2,11 +2,12 @@
 
 #include <cstdint>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/RuleTree.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "RuleTree.h"
+#include "fwd.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Why a property is followed from the elements of a class, or is not.
 enum class Reason : std::int32_t {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 PropertyMatcher::PropertyMatcher(const Property& property)
     : property_(property),

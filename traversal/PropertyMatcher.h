@@ -1,10 +1,10 @@
 #pragma once
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "fwd.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// One selection rule: a property, the classes it applies to, and the class it is filed under.
 ///

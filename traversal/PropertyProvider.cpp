@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 PropertyProvider::PropertyProvider(std::unordered_map<Property, CompositeMatcher> matchers)
     : rules_(std::make_shared<IndexedRules>(std::move(matchers))) {}

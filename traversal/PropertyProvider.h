@@ -5,13 +5,14 @@
 #include <unordered_map>
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/CompositeMatcher.h"
-#include "traversal/PropertyDecision.h"
-#include "traversal/support/FlatMap.h"
-#include "traversal/support/Lent.h"
+#include "AssociationSetting.h"
+#include "CompositeMatcher.h"
+#include "Export.h"
+#include "PropertyDecision.h"
+#include "support/FlatMap.h"
+#include "support/Lent.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Says which properties a walk follows from an element, in which order and with which policy.
 ///

@@ -2,12 +2,12 @@
 
 #include <unordered_map>
 
-#include "traversal/CompositeMatcher.h"
-#include "traversal/Export.h"
-#include "traversal/PropertyMatcher.h"
+#include "CompositeMatcher.h"
+#include "Export.h"
+#include "PropertyMatcher.h"
 
 /// How the composition and the subtractive kind keep their rules.
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Gives the links of a property a policy. For a property without rules, the matcher and the policy
 /// become its first, selecting rule. For a property that has rules, the policy is not used: a

@@ -5,9 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/AbstractTraversal.h"
+#include "AbstractTraversal.h"
+#include "Export.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// What the composition and the subtractive kind share: they follow all that is theirs to follow,
 /// except what `prune` cuts away. They differ in what that is.

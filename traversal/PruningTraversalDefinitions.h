@@ -1,11 +1,12 @@
 #pragma once
 
-#include "traversal/AbstractTraversalDefinitions.h"
-#include "traversal/PruneRules.h"
-#include "traversal/PruningTraversal.h"
+#include "AbstractTraversalDefinitions.h"
+#include "Export.h"
+#include "PruneRules.h"
+#include "PruningTraversal.h"
 
 /// The bodies of `PruningTraversal`, for the sources of its kinds, which instantiate them.
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 template <class Impl>
 PruningTraversal<Impl>::PruningTraversal() = default;

@@ -5,7 +5,7 @@
 
 #include "traversal/internal/EventCallables.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using internal::EventCallables;
 

@@ -6,11 +6,11 @@
 #include <type_traits>
 #include <utility>
 
-#include "traversal/Export.h"
-#include "traversal/internal/TraversalProcessor.h"
-#include "traversal/internal/TraversalResult.h"
+#include "Export.h"
+#include "internal/TraversalProcessor.h"
+#include "internal/TraversalResult.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Sets a result up before it is walked: attaches an observer, adds filters, chooses which repeats
 /// to leave out.

@@ -2,10 +2,11 @@
 
 #include <cstdint>
 
-#include "traversal/PropertyMatcher.h"
-#include "traversal/fwd.h"
+#include "Export.h"
+#include "PropertyMatcher.h"
+#include "fwd.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A call that gave a builder a rule.
 struct RuleCall {

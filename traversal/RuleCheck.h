@@ -8,11 +8,11 @@
 #include <type_traits>
 #include <vector>
 
-#include "traversal/AbstractTraversal.h"
-#include "traversal/Export.h"
-#include "traversal/RuleCall.h"
+#include "AbstractTraversal.h"
+#include "Export.h"
+#include "RuleCall.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// What is remarkable about a rule.
 enum class RuleProblem : std::int32_t {

@@ -6,7 +6,7 @@
 #include "traversal/ClassHierarchyComparator.h"
 #include "traversal/NamedPredicate.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 RuleTree::RuleTree(const RuleTree& other) : first_(other.first_), filed_(other.filed_) {
     nodes_.reserve(other.nodes_.size());

@@ -5,11 +5,11 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/ClassPredicate.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
+#include "ClassPredicate.h"
+#include "Export.h"
+#include "fwd.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The rules of one property, one entry per class they are filed under, in the order of
 /// `ClassHierarchyComparator`.

@@ -1,6 +1,6 @@
 #include "traversal/Spec.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 std::shared_ptr<AdditiveTraversalImpl> Spec::additiveTraversal() {
     return std::make_shared<AdditiveTraversalImpl>(AdditiveTraversalImpl::InstantiateToken{});

@@ -2,11 +2,12 @@
 
 #include <memory>
 
-#include "traversal/AdditiveTraversalImpl.h"
-#include "traversal/CompositionTraversalImpl.h"
-#include "traversal/SubtractiveTraversalImpl.h"
+#include "AdditiveTraversalImpl.h"
+#include "CompositionTraversalImpl.h"
+#include "Export.h"
+#include "SubtractiveTraversalImpl.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Where every traversal begins: makes builders of the three kinds.
 ///

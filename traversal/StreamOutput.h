@@ -3,7 +3,8 @@
 #include <concepts>
 #include <ostream>
 
-#include "traversal/internal/Dumps.h"
+#include "Export.h"
+#include "internal/Dumps.h"
 
 /// Elements and links on streams, for who includes this:
 ///
@@ -28,7 +29,7 @@ std::ostream& operator<<(std::ostream& out, const Element& element) {
 
 }  // namespace nuv::zero
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 inline std::ostream& operator<<(std::ostream& out, const Link& link) {
     return out << dumpLink(link);

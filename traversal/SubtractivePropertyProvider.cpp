@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 namespace {
 

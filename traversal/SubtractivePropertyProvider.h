@@ -2,9 +2,10 @@
 
 #include <memory>
 
-#include "traversal/PropertyProvider.h"
+#include "Export.h"
+#include "PropertyProvider.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Which properties the subtractive provider considers.
 enum class Candidates : bool { CompositeOnly = false, AllLinking = true };

@@ -2,9 +2,10 @@
 
 #include <memory>
 
-#include "traversal/PruningTraversal.h"
+#include "Export.h"
+#include "PruningTraversal.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// The subtractive kind: follows every property that links to other elements, except what `prune`
 /// cuts away.

@@ -3,21 +3,22 @@
 /// The whole public interface: builders from `Spec`, ready-made predicates and rules, results,
 /// ranges of links, observers, listeners, explanations, dumps. Apart from it stands
 /// `traversal/StreamOutput.h` alone, which a program includes that wants its output.
-#include "traversal/ClassPredicates.h"
-#include "traversal/ContainerReferences.h"
-#include "traversal/Explanation.h"
-#include "traversal/LinkRange.h"
-#include "traversal/NamedPredicate.h"
-#include "traversal/ResultSetup.h"
-#include "traversal/RuleCheck.h"
-#include "traversal/Spec.h"
-#include "traversal/WalkBoundaries.h"
-#include "traversal/WalkPicture.h"
-#include "traversal/WalkStatistics.h"
-#include "traversal/WhyNot.h"
-#include "traversal/internal/Dumps.h"
+#include "ClassPredicates.h"
+#include "ContainerReferences.h"
+#include "Explanation.h"
+#include "Export.h"
+#include "LinkRange.h"
+#include "NamedPredicate.h"
+#include "ResultSetup.h"
+#include "RuleCheck.h"
+#include "Spec.h"
+#include "WalkBoundaries.h"
+#include "WalkPicture.h"
+#include "WalkStatistics.h"
+#include "WhyNot.h"
+#include "internal/Dumps.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using internal::dumpElement;
 using internal::dumpLink;

@@ -5,7 +5,7 @@
 
 #include "traversal/internal/WalkAccess.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using internal::Link;
 using internal::Walk;

@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/LinkRange.h"
-#include "traversal/WalkListener.h"
+#include "Export.h"
+#include "LinkRange.h"
+#include "WalkListener.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A listener that remembers where walks stopped: links that were not descended into, and prunes
 /// that cut something away.

@@ -1,6 +1,6 @@
 #include "traversal/WalkListener.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 WalkListener::WalkListener() = default;
 WalkListener::WalkListener(const WalkListener& other) = default;

@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "traversal/Export.h"
-#include "traversal/WalkView.h"
+#include "Export.h"
+#include "WalkView.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// What became of a link that a walk met.
 enum class Fate : std::int32_t {

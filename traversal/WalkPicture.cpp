@@ -3,7 +3,7 @@
 #include "traversal/internal/Dumps.h"
 #include "traversal/internal/Names.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/WalkListener.h"
+#include "Export.h"
+#include "WalkListener.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A listener that draws a walk, as text in the language DOT of graph drawing tools.
 ///

@@ -8,7 +8,7 @@
 #include "traversal/internal/ColumnText.h"
 #include "traversal/internal/Names.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using internal::ColumnText;
 using internal::qualifiedName;

@@ -5,10 +5,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "traversal/Export.h"
-#include "traversal/WalkListener.h"
+#include "Export.h"
+#include "WalkListener.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A listener that counts the links that walks meet and the elements that they enter.
 ///

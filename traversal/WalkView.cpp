@@ -2,7 +2,7 @@
 
 #include "traversal/internal/Walk.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 const std::shared_ptr<internal::TraversalResult>& WalkView::result() const noexcept {
     return walk_->result();

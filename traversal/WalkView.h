@@ -4,12 +4,12 @@
 #include <memory>
 #include <vector>
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/internal/Link.h"
+#include "../model/Framework.h"
+#include "Export.h"
+#include "fwd.h"
+#include "internal/Link.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// A walk as a listener sees it, at the moment at which it hears of something. Holds nothing: valid
 /// as long as the call that it was given to. Nothing is computed that is not asked for.

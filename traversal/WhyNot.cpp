@@ -10,7 +10,7 @@
 #include "traversal/internal/WalkAccess.h"
 #include "traversal/support/ElementSet.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 using internal::Link;
 using internal::Walk;

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "traversal/Explanation.h"
-#include "traversal/Export.h"
-#include "traversal/LinkRange.h"
-#include "traversal/WalkBoundaries.h"
+#include "Explanation.h"
+#include "Export.h"
+#include "LinkRange.h"
+#include "WalkBoundaries.h"
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// Why a link was not followed that would have led to an element.
 enum class Obstacle : std::int32_t {

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 
+#include "Export.h"
+
 /// Forward declarations and the small enumerations of the public interface.
 
-namespace nuv::zero::traversal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER {
 
 /// In which order a walk reports links. Any other value walks as `DepthFirstPreOrder` does.
 enum class Algo : std::int32_t {

@@ -1,7 +1,10 @@
 #include "xmi/ElementBuilder.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "model/memory/ModelAccess.h"
@@ -137,6 +140,39 @@ void ElementBuilder::addValue(Node node, Index element, const Feature& feature,
         throw Misfit(node, kindOf(Misfit::Reason::TooManyValues, property), error.what());
     }
     if (feature.isId) loaded_.ids_.addValue(text, element);
+}
+
+void ElementBuilder::nameClasses(const LoadedMetamodel& metamodel) {
+    // As `LoadedMetamodel::hasDerivedId` says. Classes have most of their properties in common, so
+    // each is asked what it declares itself.
+    struct Ids {
+        bool isStored = false;
+        bool isDerived = false;
+    };
+    std::unordered_map<const memory::ClassObject*, Ids> declared;
+    const auto idsOf = [&](const memory::ClassObject* type) -> const Ids& {
+        const auto [known, isNew] = declared.try_emplace(type);
+        if (!isNew) return known->second;
+        for (const memory::PropertyObject& each : type->ownProperties()) {
+            if (!metamodel.isId(meta::Property(&each))) continue;
+            (each.isDerived() ? known->second.isDerived : known->second.isStored) = true;
+        }
+        return known->second;
+    };
+    std::unordered_set<const memory::ClassObject*> met;
+    const memory::ClassObject* last = nullptr;
+    for (const ModelElement& each : loaded_.elements_) {
+        const memory::ClassObject* const type = each->getClass().get();
+        if (std::exchange(last, type) == type || !met.insert(type).second) continue;
+        Ids all;
+        for (const memory::ClassObject* ancestor : type->layout().lineage()) {
+            const Ids& some = idsOf(ancestor);
+            all.isStored = all.isStored || some.isStored;
+            all.isDerived = all.isDerived || some.isDerived;
+        }
+        if (all.isDerived && !all.isStored) loaded_.namedClasses_.push_back(type);
+    }
+    std::sort(loaded_.namedClasses_.begin(), loaded_.namedClasses_.end(), std::less<>());
 }
 
 void ElementBuilder::shrink() {

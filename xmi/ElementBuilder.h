@@ -48,6 +48,8 @@ class ElementBuilder {
     /// last, and has attributes only so far.
     void addFirstValue(Node node, Index element, const Feature& feature, std::string_view text);
 
+    /// Takes down which classes have ids that are made of names. REQUIRES: all elements are there.
+    void nameClasses(const LoadedMetamodel& metamodel);
     /// Gives back what is only needed until all elements are there.
     void shrink();
 

@@ -26,6 +26,14 @@ void FileFindings::add(Finding finding, const Spot& spot) {
     if (isLastKept_) kept_.push_back({spot, number});
 }
 
+void FileFindings::addRepeatedId(std::string_view id, const Spot& spot) {
+    Finding finding;
+    finding.reason = Finding::Reason::DuplicateId;
+    finding.weight = Finding::Weight::Warning;
+    finding.message = "the id " + inQuotes(id) + " is given to several elements";
+    add(std::move(finding), spot);
+}
+
 void FileFindings::setLost(std::size_t lost) {
     if (isLastKept_) all_.kept()[kept_.back().finding].lost = lost;
 }

@@ -36,6 +36,8 @@ class FileFindings {
 
     void add(const Misfit& misfit, const Spot& spot);
     void add(Finding finding, const Spot& spot);
+    /// Several elements have the id, and nothing refers to it.
+    void addRepeatedId(std::string_view id, const Spot& spot);
     /// So many XML elements were left out with the one that was added last.
     void setLost(std::size_t lost);
     /// An XML element, or an attribute of it, is of a namespace that means nothing and stands where

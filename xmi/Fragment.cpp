@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <utility>
 
 namespace nuv::zero::xmi {
 namespace {
@@ -84,7 +83,7 @@ std::optional<FragmentStep> parseKeys(std::string_view raw) {
     return step;
 }
 
-std::optional<FragmentStep> parseStep(std::string_view raw) {
+FragmentStep parseStep(std::string_view raw) {
     FragmentStep step{FragmentStep::Kind::Name, {}, 0, raw};
     std::string_view text = raw;
     if (text.starts_with('%')) {
@@ -99,7 +98,7 @@ std::optional<FragmentStep> parseStep(std::string_view raw) {
         }
     }
     if (text.starts_with('@') && text.ends_with(']') && text.find('[') != std::string_view::npos) {
-        return parseKeys(raw);
+        if (auto keys = parseKeys(raw)) return *keys;
     }
     if (text.starts_with('@')) {
         step.kind = FragmentStep::Kind::Feature;
@@ -127,9 +126,7 @@ std::optional<FragmentPath> parseFragmentPath(std::string_view text) {
         text.remove_prefix(text.find('/') + 1);
         const std::string_view raw = text.substr(0, lengthOfStep(text));
         if (raw.empty()) return std::nullopt;
-        auto step = parseStep(raw);
-        if (!step) return std::nullopt;
-        path.steps.push_back(std::move(*step));
+        path.steps.push_back(parseStep(raw));
         text.remove_prefix(raw.size());
     }
     return path;

@@ -34,8 +34,11 @@ class FragmentWay {
         switch (step.kind) {
             case FragmentStep::Kind::Feature:
                 return file_.byFeature(from, step.text, step.index);
-            case FragmentStep::Kind::Keys:
-                return file_.byKeys(from, step);
+            case FragmentStep::Kind::Keys: {
+                // A feature may be called so.
+                const Step found = file_.byKeys(from, step);
+                return found != File::none ? found : file_.byFeature(from, step.raw.substr(1), 0);
+            }
             case FragmentStep::Kind::Source: {
                 const Step found = file_.bySource(from, step.text, step.index);
                 if (found != File::none) return found;

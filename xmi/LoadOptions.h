@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,9 @@ struct LoadOptions {
     /// The limits of each file.
     ReadLimits file = {};
     ModelSetLimits limits = {};
+    /// Called when a file was read, in the order of the files, by the thread that loads: to show
+    /// how far it has come. What it throws ends `load` as a failure does.
+    std::function<void(std::size_t elements, std::size_t bytes)> onFile = {};
 };
 
 }  // namespace nuv::zero::xmi

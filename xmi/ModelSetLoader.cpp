@@ -242,6 +242,7 @@ void ModelSetLoader::take(std::size_t number, FileReading& reading) {
     bytes_ += reading.bytes;
     entry.state = Entry::State::Loaded;
     entry.file = file;
+    if (options_.onFile) options_.onFile(model.elements().size(), reading.bytes);
 }
 
 void ModelSetLoader::follow(const ModelSetFile& file) {

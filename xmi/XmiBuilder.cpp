@@ -1,8 +1,6 @@
 #include "xmi/XmiBuilder.h"
 
 #include <algorithm>
-#include <functional>
-#include <unordered_set>
 #include <utility>
 
 #include "model/memory/Text.h"
@@ -51,7 +49,7 @@ void XmiBuilder::finish(std::vector<OutgoingReference>* outgoing) {
     loaded_.rootCount_ = rootNodes_.size();
     loaded_.numbers_.sort(loaded_.elements_);
     loaded_.ids_.settle();
-    nameClasses();
+    elements_.nameClasses(metamodel_);
     const bool leavesOut = options_.crossFile == CrossFile::LeaveOut ||
                            (options_.crossFile == CrossFile::LeaveOutOfMetamodels && isMetamodel_);
     ReferenceResolver resolver({loaded_, fragments_, contents_, rootNodes_}, features_, ownNames_,
@@ -61,17 +59,6 @@ void XmiBuilder::finish(std::vector<OutgoingReference>* outgoing) {
     resolver.resolve(references_);
     loaded_.leftOut_ = resolver.leftOut();
     if (findings_) addRepeatedIds(resolver);
-}
-
-void XmiBuilder::nameClasses() {
-    std::unordered_set<const memory::ClassObject*> known;
-    const memory::ClassObject* last = nullptr;
-    for (const ModelElement& each : loaded_.elements_) {
-        const memory::ClassObject* const type = each->getClass().get();
-        if (std::exchange(last, type) == type || !known.insert(type).second) continue;
-        if (metamodel_.hasDerivedId(each->getClass())) loaded_.namedClasses_.push_back(type);
-    }
-    std::sort(loaded_.namedClasses_.begin(), loaded_.namedClasses_.end(), std::less<>());
 }
 
 void XmiBuilder::addRepeatedIds(const ReferenceResolver& resolver) {
@@ -84,13 +71,8 @@ void XmiBuilder::addRepeatedIds(const ReferenceResolver& resolver) {
     for (const IdTable::Repeated& each : loaded_.ids_.repeated()) {
         // Who refers to it has been told.
         if (resolver.isAskedFor(each)) continue;
-        Finding finding;
-        finding.reason = Finding::Reason::DuplicateId;
-        finding.weight = Finding::Weight::Warning;
-        finding.message =
-            "the id " + inQuotes(loaded_.ids_.textOf(each)) + " is given to several elements";
-        findings_->add(std::move(finding),
-                       {offsets[each.second], each.second, offsets[each.first]});
+        findings_->addRepeatedId(loaded_.ids_.textOf(each),
+                                 {offsets[each.second], each.second, offsets[each.first]});
     }
 }
 

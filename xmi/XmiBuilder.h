@@ -112,7 +112,6 @@ class XmiBuilder final : private XmlHandler {
     void leaveOut(const Misfit& misfit);
     void finish(std::vector<OutgoingReference>* outgoing);
     void addRepeatedIds(const ReferenceResolver& resolver);
-    void nameClasses();
 
     Open& push(Node node, NameId name, Role role, Index element);
     /// Paths lead to the XML element by the name of the feature.

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "model/Export.h"
-#include "model/memory/Class.h"
-#include "model/memory/Value.h"
+#include "../Export.h"
+#include "Class.h"
+#include "Value.h"
 
 namespace nuv::zero::memory {
 

@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "model/Export.h"
-#include "model/memory/Type.h"
+#include "../Export.h"
+#include "Type.h"
 
 namespace nuv::zero::memory {
 

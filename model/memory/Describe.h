@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "model/memory/Class.h"
+#include "Class.h"
 
 /// How error texts name things, in UTF-8.
 namespace nuv::zero::memory::describe {

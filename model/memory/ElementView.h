@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "model/memory/Payload.h"
+#include "Payload.h"
 
 namespace nuv::zero::memory {
 

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <vector>
 
-#include "model/memory/Class.h"
+#include "Class.h"
 
 namespace nuv::zero::memory {
 

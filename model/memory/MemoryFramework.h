@@ -4,13 +4,13 @@
 #include <cstdint>
 
 /// The in-memory model as a framework for the traversal library.
-#include "model/Compiler.h"
-#include "model/WalkSupport.h"
-#include "model/memory/ElementView.h"
-#include "model/memory/MessageException.h"
-#include "model/memory/ModelAccess.h"
-#include "model/memory/Pins.h"
-#include "model/memory/PropertyReader.h"
+#include "../Compiler.h"
+#include "../WalkSupport.h"
+#include "ElementView.h"
+#include "MessageException.h"
+#include "ModelAccess.h"
+#include "Pins.h"
+#include "PropertyReader.h"
 
 namespace nuv::zero::access {
 
@@ -32,8 +32,7 @@ struct WalkSupport<ModelElement> {
     template <class Handle>
     struct Hash {
         std::size_t operator()(const Handle& handle) const noexcept {
-            return static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(handle.get()) /
-                                            alignof(memory::Object));
+            return reinterpret_cast<std::uintptr_t>(handle.get()) / alignof(memory::Object);
         }
     };
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "model/Export.h"
+#include "../Export.h"
 
 namespace nuv::zero {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "model/memory/Class.h"
-#include "model/memory/Pins.h"
+#include "Class.h"
+#include "Pins.h"
 
 namespace nuv::zero::memory {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "model/memory/Class.h"
-#include "model/memory/Pins.h"
-#include "model/memory/Storage.h"
+#include "Class.h"
+#include "Pins.h"
+#include "Storage.h"
 
 namespace nuv::zero::memory {
 

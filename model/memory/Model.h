@@ -8,8 +8,8 @@
 #include <type_traits>
 #include <vector>
 
-#include "model/memory/Metamodel.h"
-#include "model/memory/Value.h"
+#include "Metamodel.h"
+#include "Value.h"
 
 namespace nuv::zero::memory {
 

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "model/memory/Class.h"
-#include "model/memory/Text.h"
-#include "model/memory/Value.h"
+#include "Class.h"
+#include "Text.h"
+#include "Value.h"
 
 /// What the traversal library asks of a framework beyond its handles, as free functions: a host
 /// that brings its own framework writes these few for it.

@@ -5,8 +5,8 @@
 #include <functional>
 #include <utility>
 
-#include "model/Export.h"
-#include "model/memory/Object.h"
+#include "../Export.h"
+#include "Object.h"
 
 namespace nuv::zero {
 
@@ -34,7 +34,8 @@ class ModelElement {
         return *this;
     }
     ModelElement& operator=(ModelElement&& other) noexcept {
-        ModelElement(std::move(other)).swap(*this);
+        ModelElement taken(std::move(other));
+        taken.swap(*this);
         return *this;
     }
     ~ModelElement() {
@@ -66,12 +67,12 @@ namespace nuv::zero::memory {
 /// Spreads the bits of an address over the whole word. Objects lie in regular layouts, and users
 /// combine hashes by exclusive-or; unmixed addresses would then collide by the thousand.
 inline std::size_t mixAddress(const void* address) noexcept {
-    auto bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(address));
+    std::uint64_t bits = reinterpret_cast<std::uintptr_t>(address);
     bits *= 0x9E3779B97F4A7C15U;
     bits ^= bits >> 32U;
     bits *= 0xD6E8FEB86659FD93U;
     bits ^= bits >> 29U;
-    return static_cast<std::size_t>(bits);
+    return access::narrowed<std::size_t>(bits);
 }
 
 /// Makes handles that do not count. Whoever lends a handle guarantees that something else keeps the

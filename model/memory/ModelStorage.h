@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "model/memory/Class.h"
-#include "model/memory/Payload.h"
-#include "model/memory/Pins.h"
-#include "model/memory/Storage.h"
+#include "Class.h"
+#include "Payload.h"
+#include "Pins.h"
+#include "Storage.h"
 
 namespace nuv::zero::memory {
 

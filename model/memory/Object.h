@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/Export.h"
-#include "model/memory/SlotWord.h"
+#include "../Export.h"
+#include "SlotWord.h"
 
 namespace nuv::zero::memory {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <utility>
 
-#include "model/Export.h"
-#include "model/memory/SlotWord.h"
-#include "model/memory/Storage.h"
-#include "model/memory/Type.h"
+#include "../Export.h"
+#include "SlotWord.h"
+#include "Storage.h"
+#include "Type.h"
 
 namespace nuv::zero::memory {
 

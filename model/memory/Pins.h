@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "model/Export.h"
-#include "model/memory/ModelElement.h"
-#include "model/memory/Storage.h"
+#include "../Export.h"
+#include "ModelElement.h"
+#include "Storage.h"
 
 namespace nuv::zero::memory {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "model/Compiler.h"
-#include "model/memory/Class.h"
-#include "model/memory/ElementView.h"
+#include "../Compiler.h"
+#include "Class.h"
+#include "ElementView.h"
 
 namespace nuv::zero::memory {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "model/memory/Value.h"
+#include "Value.h"
 
 namespace nuv::zero::memory {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "model/memory/fwd.h"
+#include "fwd.h"
 
 namespace nuv::zero::memory {
 

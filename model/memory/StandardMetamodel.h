@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/memory/Class.h"
-#include "model/memory/Pins.h"
+#include "Class.h"
+#include "Pins.h"
 
 namespace nuv::zero::memory {
 

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <cstddef>
 
-#include "model/Export.h"
+#include "../Export.h"
 
 namespace nuv::zero::memory {
 

@@ -9,8 +9,8 @@
 #include <variant>
 #include <vector>
 
-#include "model/memory/ModelStorage.h"
-#include "model/memory/Value.h"
+#include "ModelStorage.h"
+#include "Value.h"
 
 /// How values become what slots hold. Everything that may fail comes before a slot changes.
 namespace nuv::zero::memory {

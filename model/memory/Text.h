@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "model/Export.h"
+#include "../Export.h"
 
 namespace nuv::zero::text {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "model/memory/ModelElement.h"
+#include "ModelElement.h"
 
 namespace nuv::zero::memory {
 

@@ -6,9 +6,9 @@
 #include <variant>
 #include <vector>
 
-#include "model/Export.h"
-#include "model/memory/ElementView.h"
-#include "model/memory/Type.h"
+#include "../Export.h"
+#include "ElementView.h"
+#include "Type.h"
 
 namespace nuv::zero {
 

@@ -2,7 +2,7 @@
 #   -P CheckSizes.cmake
 #
 # Lets a compiler check the recorded sizes and alignments.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 set(checks "#include \"${DIRECTORY}/InstalledClasses.cpp\"\n")
 set(count 0)

@@ -3,7 +3,7 @@
 #
 # Compares GCC's account of the installed classes with the records in DIRECTORY, or writes the
 # records. A record holds the classes of the library's namespace, sorted.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 separate_arguments(compile UNIX_COMMAND "${COMPILE}")
 set(dump "${WORK}/classes.dump")

@@ -1,5 +1,5 @@
 # cmake -DCOMPILE=... -DSOURCE=... -DMESSAGE=<regular expression> -P ExpectCompileError.cmake
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 separate_arguments(compile UNIX_COMMAND "${COMPILE}")
 set(ENV{LC_ALL} C)

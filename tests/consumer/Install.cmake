@@ -1,7 +1,7 @@
 # cmake -DBUILD=... -DPREFIX=... -P Install.cmake
 #
 # Installs into an empty prefix, and not where it was told to stay: an installed tree can be moved.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 file(REMOVE_RECURSE "${PREFIX}" "${PREFIX}-first")
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}-first

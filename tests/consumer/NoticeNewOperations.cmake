@@ -2,7 +2,7 @@
 #
 # Gives the headers operations that no consumer can know: each has to be named as not called, but
 # nothing that cannot be called.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 file(REMOVE_RECURSE "${WORK}")
 file(COPY "${HEADERS}/" DESTINATION "${WORK}")

@@ -9,6 +9,8 @@
 
 #include "model/memory/ModelAccess.h"
 #include "xmi/EcoreReader.h"
+#include "xmi/Findings.h"
+#include "xmi/XmiBuilder.h"
 #include "xmi/XmiReader.h"
 
 namespace {
@@ -95,6 +97,29 @@ bool refuses(EcoreReader& reader, std::string_view bytes) {
     }
 }
 
+/// Reads the model as far as it makes sense: there is one, with findings that are short, or one
+/// error. What is read strictly is read so, too.
+void readLeniently(const LoadedMetamodel& metamodel, const Files& files,
+                   const std::optional<std::string>& strictly) {
+    const std::string name = modelName;
+    const ReadOptions options = fuzzOptions();
+    TextSource source(files.model);
+    Findings findings(20);
+    std::string text;
+    try {
+        text = textOf(XmiBuilder(metamodel, name, source, options).build(nullptr, &findings));
+    } catch (const ReadError& error) {
+        (void)textOf(error, files);
+        require(!strictly, "what is read strictly is read leniently", error.what());
+        return;
+    }
+    for (const Finding& each : findings.kept()) {
+        (void)textOf(ReadError(each.file, each.position, each.message), files);
+    }
+    require(findings.size() != 0 || !strictly || *strictly == text,
+            "without findings both read the same", text);
+}
+
 /// What the readers say to the bytes: a model or one error. A file that is to be refused in between
 /// has to leave no trace; there is nothing to say when it is not refused.
 std::optional<std::string> read(const Files& files,
@@ -105,7 +130,15 @@ std::optional<std::string> read(const Files& files,
         if (refused && !refuses(reader, *refused)) return std::nullopt;
         if (files.otherMetamodel) reader.addText(otherMetamodelName, *files.otherMetamodel);
         const LoadedMetamodel metamodel = reader.read();
-        return textOf(XmiReader(metamodel, fuzzOptions()).readText(modelName, files.model));
+        std::optional<std::string> model;
+        std::string error;
+        try {
+            model = textOf(XmiReader(metamodel, fuzzOptions()).readText(modelName, files.model));
+        } catch (const ReadError& thrown) {
+            error = textOf(thrown, files);
+        }
+        readLeniently(metamodel, files, model);
+        return model.value_or(error);
     } catch (const ReadError& error) {
         return textOf(error, files);
     }

@@ -2,7 +2,7 @@
 #
 # Proves by what the files include that arrows point one way: none leads to a floor above, and no
 # header comes back to itself by way of others. TABLE says which file is on which floor.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 function(problem)
     string(CONCAT text ${ARGN})
@@ -54,6 +54,16 @@ foreach(file IN LISTS files)
     set("includes_${file}" "")
     foreach(line IN LISTS lines)
         string(REGEX REPLACE "^ *# *include \"([^\"]*)\".*" "\\1" included "${line}")
+        # A header finds its own kind whatever the consumer's folders hold: it includes by the way
+        # from where it stands. Sources are compiled here alone, and include from the root.
+        cmake_path(GET file PARENT_PATH folder)
+        cmake_path(SET beside NORMALIZE "${folder}/${included}")
+        if(beside IN_LIST files)
+            set(included "${beside}")
+        elseif(file MATCHES "\\.h$")
+            problem("${file} includes ${included} from the root, where a consumer's file may stand first")
+            continue()
+        endif()
         if(NOT included IN_LIST files)
             problem("${file} includes ${included}, which is no file of the house")
             continue()

@@ -1,7 +1,7 @@
 # cmake -DCHECK=<CheckArrows.cmake> -DWORK=... -P CheckArrowsTest.cmake
 #
 # A small house, first in order, then with one arrow of each kind that must not be.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 file(REMOVE_RECURSE "${WORK}")
 set(table "from the top: up down
@@ -29,10 +29,10 @@ endfunction()
 
 file(WRITE "${WORK}/floors.txt" "${table}")
 file(WRITE "${WORK}/model/Base.h" "#pragma once\n")
-file(WRITE "${WORK}/model/Middle.h" "#pragma once\n#include \"model/Base.h\"\n")
+file(WRITE "${WORK}/model/Middle.h" "#pragma once\n#include \"Base.h\"\n")
 file(WRITE "${WORK}/model/Middle.cpp" "#include \"model/Middle.h\"\n")
 file(WRITE "${WORK}/model/Base.cpp" "#include \"model/Base.h\"\n")
-write(traversal/Top.h model/Middle.h model/Base.h)
+write(traversal/Top.h ../model/Middle.h ../model/Base.h)
 write(traversal/Top.cpp traversal/Top.h)
 expect(accepted "6 files, 6 arrows")
 
@@ -42,13 +42,15 @@ write(model/Base.cpp model/Base.h traversal/Top.h)
 expect(refused "up: model/Base.cpp (down) includes traversal/Top.h (up)")
 write(model/Base.cpp model/Base.h)
 
-write(traversal/Other.h traversal/Top.h)
-write(traversal/Top.h model/Middle.h traversal/Other.h)
+write(traversal/Other.h Top.h)
+write(traversal/Top.h ../model/Middle.h Other.h)
 expect(refused "circle: traversal/Other.h includes traversal/Top.h")
 write(traversal/Top.h model/Middle.h)
+expect(refused "traversal/Top.h includes model/Middle.h from the root")
+write(traversal/Top.h ../model/Middle.h)
 expect(accepted "7 files, 6 arrows")
 
-write(model/Third.h model/Middle.h)
+write(model/Third.h Middle.h)
 expect(refused "down has rooms 3 high, 2 at most were meant")
 file(REMOVE "${WORK}/model/Third.h")
 write(model/Base.cpp model/Gone.h)

@@ -2,7 +2,7 @@
 #
 # Every C++ block of a page stands, apart from white space, in the compiled file that the line above
 # it names: <!-- from path -->.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 include("${CMAKE_CURRENT_LIST_DIR}/Blocks.cmake")
 

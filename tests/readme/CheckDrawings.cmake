@@ -1,7 +1,7 @@
 # cmake -D PROGRAM=<draw_walks> -D WORK=<folder> -D DRAWINGS=<folder> -P CheckDrawings.cmake
 #
 # The committed drawings are those that the program makes of the engine as it is.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 file(REMOVE_RECURSE "${WORK}")
 file(MAKE_DIRECTORY "${WORK}")

@@ -1,7 +1,7 @@
 # cmake -D ROOT=<checkout> -D PAGES=<file;...> -P CheckLinks.cmake
 #
 # Every relative link of a page leads to a file or a folder of the checkout.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 set(mistakes "")
 foreach(page IN LISTS PAGES)

@@ -3,7 +3,7 @@
 #
 # Writes a program that a page shows, and the output that the page claims for it: its first, or the
 # one below the line <!-- recipe: name -->, behind the lines that stand below <!-- beginning -->.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 include("${CMAKE_CURRENT_LIST_DIR}/Blocks.cmake")
 

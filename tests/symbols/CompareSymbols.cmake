@@ -1,7 +1,7 @@
 # cmake -DNM=... -DLIBRARY=... -DLIST=... [-DUPDATE=ON] -P CompareSymbols.cmake
 #
 # Compares the exported names of a library with a list, or writes the list.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 execute_process(
     COMMAND ${NM} --dynamic --defined-only --demangle --format=posix ${LIBRARY}

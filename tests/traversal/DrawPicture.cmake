@@ -2,7 +2,7 @@
 #
 # Draws the picture that a program prints. The tool may have nothing to object to, and each text is
 # to be read in the drawing.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 execute_process(
     COMMAND "${PROGRAM}"

@@ -12,9 +12,10 @@ std::string shown(std::string_view text) {
     if (!path) return "no path";
     std::string result = std::to_string(path->root);
     for (const FragmentStep& each : path->steps) {
-        const char* const kinds = "@n%";
+        const char* const kinds = "@n%[";
         result += std::string(" ") + kinds[static_cast<int>(each.kind)] + each.text + ":" +
                   std::to_string(each.index);
+        for (const auto& [key, value] : each.keys) result += "," + key + "=" + value;
     }
     return result;
 }
@@ -28,6 +29,10 @@ TEST(Fragment, PathsAreRootsAndSteps) {
     EXPECT_EQ(shown("//with%20blank"), "0 nwith blank:0");
     EXPECT_EQ(shown("//A/%http:%2F%2Fx%/@details.0"), "0 nA:0 %http://x:0 @details:0");
     EXPECT_EQ(shown("//A/%http://x%"), "0 nA:0 %http://x:0");
+    EXPECT_EQ(shown("//A/%x%.2/%%"), "0 nA:0 %x:2 %:0");
+    EXPECT_EQ(shown("//@a[k='v',l=\"w'/]\"]/@b.1"), "0 [a:0,k=v,l=w'/] @b:1");
+    EXPECT_EQ(shown("//@a[k='%2F']"), "0 [a:0,k=/");
+    EXPECT_EQ(shown("//@a[]/@b[k=v]/@c['/@d[k='v'"), "0 @a[]:0 @b[k=v]:0 @c[':0 @d[k='v':0");
 }
 
 TEST(Fragment, OtherTextsAreNoPaths) {

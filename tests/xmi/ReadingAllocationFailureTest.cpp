@@ -10,7 +10,7 @@
 #include "tests/support/Points.h"
 #include "tests/xmi/FailingMalloc.h"
 #include "tests/xmi/FolderTree.h"
-#include "tests/xmi/ReaderFixture.h"
+#include "tests/xmi/LenientReader.h"
 #include "xmi/ModelSet.h"
 #include "xmi/TextFiles.h"
 #ifdef WITH_ARCHIVES
@@ -166,6 +166,25 @@ TEST_P(ReadingAllocationFailureTest, AModelIsReadOrTheFailurePassesThrough) {
     const XmiReader reader(metamodel);
     failEverywhere([&] { return describe(reader.readText("m.xmi", modelText)); },
                    "reading a model");
+}
+
+TEST_P(ReadingAllocationFailureTest, AFileWithFindingsIsReadOrTheFailurePassesThrough) {
+    const LoadedMetamodel metamodel = EcoreReader().addText("p.ecore", metamodelText).read();
+    const std::string text = root(
+        "Node", R"(to="//a //@nodes.1 b none x //@nodes[name='a']" size="x" kind="none" odd="1")",
+        R"(<nodes name="a"/><nodes xmi:id="b"/><nodes xmi:id="c"/><nodes xmi:id="c"/><none><a/></none>
+           <nodes xmi:id="x"/><nodes xmi:id="x" xsi:type="q:Leaf"/><nodes href="#/"/>)");
+    failEverywhere(
+        [&] {
+            const LenientRead read = readLeniently(metamodel, text);
+            Lines lines = describe(read.model);
+            for (const std::string& each : told(read.findings)) lines.push_back(each);
+            for (const char* each : {"//a", "//@nodes.1", "//@nodes[name='a']"}) {
+                lines.push_back(read.model.identity(read.model.find(each)));
+            }
+            return lines;
+        },
+        "reading a file with findings");
 }
 
 TEST_P(ReadingAllocationFailureTest, ASetOfFilesIsLoadedOrTheFailurePassesThrough) {

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <utility>
 
-#include "Options.h"
+#include "UsageError.h"
 #include "model/memory/Text.h"
 
 namespace model_walk {
@@ -53,9 +53,28 @@ std::string nearest(std::string_view word, std::vector<std::string> candidates) 
     return text;
 }
 
-Names::Names(const nuv::zero::xmi::LoadedMetamodel& metamodel,
-             const nuv::zero::xmi::LoadedModel& model)
-    : metamodel_(metamodel), model_(model) {}
+std::vector<std::string> nearbyFragments(const nuv::zero::xmi::LoadedModel& model,
+                                         const std::string& fragment) {
+    std::vector<std::string> candidates;
+    if (fragment.starts_with('/')) {
+        // What stands where the path goes astray.
+        std::string path = fragment;
+        ModelElement parent;
+        while (!parent && path.rfind('/') != std::string::npos) {
+            path.resize(path.rfind('/'));
+            parent = model.find(path == "" ? "/" : path);
+        }
+        for (const ModelElement& each : parent ? model.contents(parent) : model.roots()) {
+            candidates.push_back(model.path(each));
+        }
+    } else {
+        candidates = model.ids();
+    }
+    if (candidates.empty()) candidates.push_back(model.path(model.roots().front()));
+    return candidates;
+}
+
+Names::Names(const nuv::zero::xmi::LoadedMetamodel& metamodel) : metamodel_(metamodel) {}
 
 Class Names::classNamed(const std::string& name) const {
     const std::vector<Class> found = metamodel_.classesNamed(name);
@@ -63,7 +82,7 @@ Class Names::classNamed(const std::string& name) const {
     std::vector<std::string> candidates;
     if (found.empty()) {
         const bool isQualified = name.find("::") != std::string::npos;
-        for (const Class& each : metamodel_.classes()) {
+        for (const Class& each : classes()) {
             candidates.push_back(isQualified ? toUtf8(each->getQualifiedName()) : nameOf(each));
         }
         throw UsageError("there is no class '" + name + "'" + nearest(name, std::move(candidates)));
@@ -84,32 +103,17 @@ Property Names::propertyNamed(const Class& type, const std::string& name) const 
                      nearest(name, std::move(candidates)));
 }
 
-ModelElement Names::elementNamed(const std::string& idOrPath) const {
-    ModelElement found = model_.find(idOrPath);
-    if (found) return found;
-    std::vector<std::string> candidates;
-    if (idOrPath.starts_with('/')) {
-        // What stands where the path goes astray.
-        std::string path = idOrPath;
-        ModelElement parent;
-        while (!parent && path.rfind('/') != std::string::npos) {
-            path.resize(path.rfind('/'));
-            parent = model_.find(path == "" ? "/" : path);
-        }
-        for (const ModelElement& each : parent ? model_.contents(parent) : model_.roots()) {
-            candidates.push_back(model_.path(each));
-        }
-    } else {
-        candidates = model_.ids();
-    }
-    if (candidates.empty()) candidates.push_back(model_.path(model_.roots().front()));
-    throw UsageError("there is no element '" + idOrPath + "' in the model" +
-                     nearest(idOrPath, std::move(candidates)));
+std::vector<Class> Names::classes() const {
+    return metamodel_.classes();
 }
 
 std::string Names::nameOf(const Class& type) const {
     std::string name = toUtf8(type->getName());
     return metamodel_.classesNamed(name).size() == 1 ? name : toUtf8(type->getQualifiedName());
+}
+
+std::string Names::nameOf(const Property& property) const {
+    return nameOf(Class(property->getOwningType())) + "." + toUtf8(property->getName());
 }
 
 }  // namespace model_walk

@@ -17,25 +17,28 @@ std::size_t editDistance(std::string_view one, std::string_view other);
 /// Empty when there are no candidates.
 std::string nearest(std::string_view word, std::vector<std::string> candidates);
 
-/// What users call the things of a metamodel and a model. Look-ups throw `UsageError`, with the
-/// nearest names.
+/// Fragments that somebody may have meant who wrote one that leads to nothing.
+std::vector<std::string> nearbyFragments(const nuv::zero::xmi::LoadedModel& model,
+                                         const std::string& fragment);
+
+/// What users call the things of a metamodel. Look-ups throw `UsageError`, with the nearest names.
 class Names {
   public:
-    /// Both have to outlive the names.
-    Names(const nuv::zero::xmi::LoadedMetamodel& metamodel,
-          const nuv::zero::xmi::LoadedModel& model);
+    /// REQUIRES: the metamodel outlives the names.
+    explicit Names(const nuv::zero::xmi::LoadedMetamodel& metamodel);
 
     nuv::zero::meta::Class classNamed(const std::string& name) const;
     nuv::zero::meta::Property propertyNamed(const nuv::zero::meta::Class& type,
                                             const std::string& name) const;
-    nuv::zero::ModelElement elementNamed(const std::string& idOrPath) const;
 
+    std::vector<nuv::zero::meta::Class> classes() const;
     /// The shortest name that means only this class.
     std::string nameOf(const nuv::zero::meta::Class& type) const;
+    /// `Class.property`, with the class that declares it.
+    std::string nameOf(const nuv::zero::meta::Property& property) const;
 
   private:
     const nuv::zero::xmi::LoadedMetamodel& metamodel_;
-    const nuv::zero::xmi::LoadedModel& model_;
 };
 
 }  // namespace model_walk

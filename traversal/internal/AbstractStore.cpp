@@ -1,6 +1,6 @@
 #include "traversal/internal/AbstractStore.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 AbstractStore::~AbstractStore() = default;
 

@@ -5,10 +5,11 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/fwd.h"
-#include "traversal/internal/Link.h"
+#include "../Export.h"
+#include "../fwd.h"
+#include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 class Cursor;
 class Walk;
@@ -20,6 +21,9 @@ class Walk;
 /// links must outlive the store's use of them. A walk guarantees that.
 class AbstractStore {
   public:
+    /// First in, last out; or first in, first out.
+    enum class Discipline : std::uint8_t { Stack, Queue };
+
     AbstractStore() = default;
     AbstractStore(const AbstractStore&) = delete;
     AbstractStore& operator=(const AbstractStore&) = delete;
@@ -34,6 +38,7 @@ class AbstractStore {
     /// Whether the other store is of the same discipline and holds equal links at equal places; the
     /// cascade flags take no part.
     virtual bool equals(const AbstractStore& other) const = 0;
+    virtual Discipline discipline() const noexcept = 0;
     virtual std::unique_ptr<AbstractStore> clone() const = 0;
 
     /// How handling links came to an end.

@@ -9,7 +9,7 @@
 #include "traversal/internal/LinkQueue.h"
 #include "traversal/internal/Walk.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 namespace {
 
@@ -36,9 +36,10 @@ class BfsStore final : public AbstractStore {
     }
     bool empty() const override { return queue_.empty(); }
     bool equals(const AbstractStore& other) const override {
-        const auto* same = dynamic_cast<const BfsStore*>(&other);
-        return same != nullptr && queue_.hasSameLinks(same->queue_);
+        return other.discipline() == discipline() &&
+               queue_.hasSameLinks(static_cast<const BfsStore&>(other).queue_);
     }
+    Discipline discipline() const noexcept override { return Discipline::Queue; }
     std::unique_ptr<AbstractStore> clone() const override {
         return std::make_unique<BfsStore>(*this);
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 namespace {
 

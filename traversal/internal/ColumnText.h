@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace nuv::zero::traversal::internal {
+#include "../Export.h"
+
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// Lines of cells under a head, in columns as wide as they need: texts to the left, then numbers to
 /// the right. Cells are measured in characters of UTF-8.

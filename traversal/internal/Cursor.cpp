@@ -5,7 +5,7 @@
 
 #include "traversal/internal/TraversalProcessor.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 Cursor::Cursor(const Cursor& other)
     : element_(other.element_),

@@ -7,12 +7,13 @@
 #include <unordered_set>
 #include <vector>
 
-#include "model/Compiler.h"
-#include "traversal/AssociationSetting.h"
-#include "traversal/fwd.h"
-#include "traversal/support/Lent.h"
+#include "../../model/Compiler.h"
+#include "../AssociationSetting.h"
+#include "../Export.h"
+#include "../fwd.h"
+#include "../support/Lent.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// A place among the links that leave one element: property by property in the order of the
 /// settings, value by value in the order of the model. `ElementProgress` says what each operation

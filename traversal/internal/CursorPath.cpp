@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 CursorPath::CursorPath(const CursorPath& other) : size_(other.size_) {
     if (size_ == 0) return;

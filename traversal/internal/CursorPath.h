@@ -5,9 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/internal/Cursor.h"
+#include "../Export.h"
+#include "Cursor.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The cursors of a depth-first walk from an input down to where it stands, the innermost last.
 ///

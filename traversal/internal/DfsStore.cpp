@@ -13,7 +13,7 @@
 #include "traversal/internal/Walk.h"
 #include "traversal/support/ElementSet.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 namespace {
 
@@ -41,9 +41,10 @@ class DfsStore final : public AbstractStore {
     }
     bool empty() const override { return path_.empty() && waiting_.empty(); }
     bool equals(const AbstractStore& other) const override {
-        const auto* same = dynamic_cast<const DfsStore*>(&other);
-        return same != nullptr && size() == same->size() && hasSameLinks(*same);
+        return other.discipline() == discipline() && size() == other.size() &&
+               hasSameLinks(static_cast<const DfsStore&>(other));
     }
+    Discipline discipline() const noexcept override { return Discipline::Stack; }
     std::unique_ptr<AbstractStore> clone() const override {
         return std::make_unique<DfsStore>(*this);
     }

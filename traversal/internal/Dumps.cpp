@@ -2,7 +2,7 @@
 
 #include "traversal/internal/Names.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 std::string dumpElement(const ModelElement& element) {
     if (!element) return "Not an element";

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "traversal/Export.h"
-#include "traversal/internal/Link.h"
+#include "../Export.h"
+#include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// An element as one line of UTF-8: its class and, in apostrophes, its name, as in `Block'b1'`. An
 /// unset name and a class without a property "name" give `Block''`; a null element gives

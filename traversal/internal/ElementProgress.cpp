@@ -5,7 +5,7 @@
 
 #include "traversal/internal/Cursor.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// A cursor, with what it moves over.
 struct ElementProgress::Kept {

@@ -3,12 +3,12 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/Export.h"
-#include "traversal/internal/EventPoint.h"
-#include "traversal/internal/Link.h"
+#include "../AssociationSetting.h"
+#include "../Export.h"
+#include "EventPoint.h"
+#include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The cursor over the links that leave one element: property by property in the order of the
 /// settings, value by value in the order of the model. Walks move such cursors for their users;

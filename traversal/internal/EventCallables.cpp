@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 EventCallables::EventCallables(TraversalProcessor* observer) {
     install(observer, 0);

@@ -6,9 +6,10 @@
 #include <functional>
 #include <variant>
 
-#include "traversal/internal/TraversalProcessor.h"
+#include "../Export.h"
+#include "TraversalProcessor.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The callables that a result owns for single events, with the attached observer among them. Made
 /// with the first callable: a result that has none tells its observer directly.

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 
-namespace nuv::zero::traversal::internal {
+#include "../Export.h"
+
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The events that a cursor sends to its observer.
 enum class EventPoint : std::int32_t {

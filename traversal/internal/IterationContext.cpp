@@ -4,7 +4,7 @@
 #include "traversal/internal/TraversalResult.h"
 #include "traversal/internal/Walk.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 namespace {
 

@@ -2,10 +2,11 @@
 
 #include <new>
 
-#include "traversal/internal/Link.h"
-#include "traversal/support/Lent.h"
+#include "../Export.h"
+#include "../support/Lent.h"
+#include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// A link whose three handles are lent: what a walk keeps on its frontier and reports. It reads as
 /// any other link; a copy of that link counts for itself and may be kept.

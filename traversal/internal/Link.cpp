@@ -2,7 +2,7 @@
 
 #include <functional>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 Link::Link() = default;
 Link::Link(const ModelElement& source, const ModelElement& target, const meta::Property& property)

@@ -4,12 +4,12 @@
 #include <functional>
 #include <optional>
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/support/Lent.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
+#include "../fwd.h"
+#include "../support/Lent.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// One step of a walk: from a source element through a property to a target element.
 ///

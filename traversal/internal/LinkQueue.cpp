@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 LentLink LinkQueue::Place::link() const noexcept {
     const AssociationSetting* found = setting();

@@ -6,11 +6,12 @@
 #include <memory>
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/internal/LentLink.h"
-#include "traversal/support/Lent.h"
+#include "../AssociationSetting.h"
+#include "../Export.h"
+#include "../support/Lent.h"
+#include "LentLink.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The links that a breadth-first walk has still to handle, in the order in which they were found.
 ///

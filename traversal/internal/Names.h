@@ -3,10 +3,11 @@
 #include <cstddef>
 #include <string>
 
-#include "model/Framework.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
 
 /// What texts for people call things.
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// Stands for the property of an input's own link.
 inline constexpr const char* noProperty = "[pseudo]";

@@ -4,7 +4,7 @@
 
 #include "traversal/internal/Walk.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 bool Reach::explore(Walk& walk, const std::vector<ModelElement>& inputs) {
     for (; limit_ != 0 && inputsTaken_ != inputs.size(); ++inputsTaken_) {

@@ -3,11 +3,12 @@
 #include <cstddef>
 #include <vector>
 
-#include "traversal/internal/Cursor.h"
-#include "traversal/support/ElementSet.h"
-#include "traversal/support/Lent.h"
+#include "../Export.h"
+#include "../support/ElementSet.h"
+#include "../support/Lent.h"
+#include "Cursor.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// Which elements a walk with a limit goes on from: those whose distance from the nearest input is
 /// below the limit.

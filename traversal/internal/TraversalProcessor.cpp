@@ -1,6 +1,6 @@
 #include "traversal/internal/TraversalProcessor.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 TraversalProcessor::TraversalProcessor() = default;
 TraversalProcessor::TraversalProcessor(const TraversalProcessor& other) = default;

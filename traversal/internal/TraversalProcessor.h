@@ -1,9 +1,9 @@
 #pragma once
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// Observes a walk. Derive from it and override the events of interest; the others do nothing.
 ///

@@ -4,7 +4,7 @@
 #include "traversal/internal/EventCallables.h"
 #include "traversal/internal/UniquenessMaintainer.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): tags are empty
 TraversalResult::TraversalResult(privateTag /*tag*/, const std::vector<ModelElement>& inputs,

@@ -7,12 +7,12 @@
 #include <optional>
 #include <vector>
 
-#include "model/Framework.h"
-#include "traversal/Export.h"
-#include "traversal/fwd.h"
-#include "traversal/internal/Link.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
+#include "../fwd.h"
+#include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// What running a traversal gives: a recipe from which any number of walks can be started. Nothing
 /// is visited until a walk starts.

@@ -8,7 +8,7 @@
 #include "traversal/support/FlatMap.h"
 #include "traversal/support/PairSet.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 UniquenessMaintainer::~UniquenessMaintainer() = default;
 

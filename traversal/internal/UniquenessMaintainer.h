@@ -3,9 +3,10 @@
 #include <cstddef>
 #include <memory>
 
-#include "traversal/internal/Link.h"
+#include "../Export.h"
+#include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// Decides whether a link may be reported, and remembers what it was asked about: a link that is
 /// left out for another reason afterwards still counts as seen.

@@ -6,7 +6,7 @@
 
 #include "traversal/internal/TraversalProcessor.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 namespace {
 

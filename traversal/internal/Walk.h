@@ -4,19 +4,20 @@
 #include <memory>
 #include <vector>
 
-#include "model/Compiler.h"
-#include "traversal/PropertyProvider.h"
-#include "traversal/WalkListener.h"
-#include "traversal/internal/AbstractStore.h"
-#include "traversal/internal/Cursor.h"
-#include "traversal/internal/LentLink.h"
-#include "traversal/internal/Reach.h"
-#include "traversal/internal/TraversalResult.h"
-#include "traversal/internal/UniquenessMaintainer.h"
-#include "traversal/internal/Ways.h"
-#include "traversal/support/ElementSet.h"
+#include "../../model/Compiler.h"
+#include "../Export.h"
+#include "../PropertyProvider.h"
+#include "../WalkListener.h"
+#include "../support/ElementSet.h"
+#include "AbstractStore.h"
+#include "Cursor.h"
+#include "LentLink.h"
+#include "Reach.h"
+#include "TraversalResult.h"
+#include "UniquenessMaintainer.h"
+#include "Ways.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// One walk over a result, and what an `IterationContext` stands for: takes one input after the
 /// other, and offers the frontier what both orders do with a link, to enter its target and to try

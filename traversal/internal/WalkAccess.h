@@ -1,10 +1,11 @@
 #pragma once
 
-#include "traversal/LinkRange.h"
-#include "traversal/WalkView.h"
-#include "traversal/internal/Walk.h"
+#include "../Export.h"
+#include "../LinkRange.h"
+#include "../WalkView.h"
+#include "Walk.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// The walk behind what callers and listeners hold; null where there is none.
 class WalkAccess {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 std::vector<Link> Ways::to(const ModelElement& element) const {
     std::vector<Link> path;

@@ -2,12 +2,13 @@
 
 #include <vector>
 
-#include "traversal/AssociationSetting.h"
-#include "traversal/internal/Link.h"
-#include "traversal/support/FlatMap.h"
-#include "traversal/support/Lent.h"
+#include "../AssociationSetting.h"
+#include "../Export.h"
+#include "../support/FlatMap.h"
+#include "../support/Lent.h"
+#include "Link.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// How a walk came to each element that it has entered: from which element, by which property.
 /// Elements and settings have to outlive it. A copy is independent.

@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "model/Compiler.h"
-#include "traversal/support/FlatMap.h"
-#include "traversal/support/Lent.h"
-#include "traversal/support/NumberSet.h"
+#include "../../model/Compiler.h"
+#include "../Export.h"
+#include "FlatMap.h"
+#include "Lent.h"
+#include "NumberSet.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// Whether the framework numbers its elements, so that a set of them can be a set of numbers.
 template <class Support>

@@ -7,9 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "model/Compiler.h"
+#include "../../model/Compiler.h"
+#include "../Export.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// A hash map from handles to small values that only ever grows: open addressing over two arrays.
 ///
@@ -150,7 +151,7 @@ class FlatMap {
     /// series, such as the addresses of objects made one after another, far from each other.
     std::size_t homeOf(const Handle& key) const noexcept {
         const std::uint64_t hash = Hash()(key);
-        return static_cast<std::size_t>((hash * 0x9E3779B97F4A7C15U) >> shift_);
+        return access::narrowed<std::size_t>((hash * 0x9E3779B97F4A7C15U) >> shift_);
     }
 
     void grow() {

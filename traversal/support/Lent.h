@@ -2,9 +2,10 @@
 
 #include <utility>
 
-#include "model/Framework.h"
+#include "../../model/Framework.h"
+#include "../Export.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 using WalkSupport = access::WalkSupport<ModelElement>;
 

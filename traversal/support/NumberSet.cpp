@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 bool NumberSet::Entry::hasInside(std::uint64_t number) const noexcept {
     constexpr std::uint64_t mask = numbersPerLine - 1;

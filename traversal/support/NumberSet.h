@@ -5,7 +5,9 @@
 #include <memory>
 #include <vector>
 
-namespace nuv::zero::traversal::internal {
+#include "../Export.h"
+
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// A set of 64-bit numbers that only ever grows, made for numbers that come in clusters: eight
 /// numbers of a cluster take one byte.

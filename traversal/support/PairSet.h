@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "traversal/support/Lent.h"
+#include "../Export.h"
+#include "Lent.h"
 
-namespace nuv::zero::traversal::internal {
+namespace nuv::zero::traversal MODELING_NUV0_OVER::internal {
 
 /// A set of pairs of elements that only ever grows: open addressing over one array of two words a
 /// pair. Somebody else keeps the elements alive.

@@ -1,65 +1,22 @@
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "RunCommand.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <ostream>
-#include <string>
-
-/// Runs model-walk as a user does, on the sample model, and looks at all that it says.
+/// The form without a question, on the sample model: it answers as it always did, and warns.
+namespace model_walk {
 namespace {
 
-struct Ended {
-    int status = -1;
-    std::string out;
-    std::string err;
-    bool operator==(const Ended&) const = default;
-};
+constexpr const char* warning = "model-walk: without a question it is understood for this release";
 
-void PrintTo(const Ended& ended, std::ostream* out) {
-    *out << "status " << ended.status << "\nout: " << ended.out << "\nerr: " << ended.err;
-}
-
-std::string contentsOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-class ModelWalk : public testing::Test {
+class ModelWalk : public ModelWalkFixture {
   protected:
-    void SetUp() override {
-        // mkdtemp wants a name that ends in six of these.
-        const std::filesystem::path pattern =
-            std::filesystem::temp_directory_path() / ("model-walk-test-" + std::string(6, 'X'));
-        std::string made = pattern.string();
-        ASSERT_NE(mkdtemp(made.data()), nullptr);
-        folder_ = made;
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    /// Runs the program in the folder of the sample model; the arguments are words of the shell.
+    /// Without the warning, with which everything begins that is not wrong.
     Ended run(const std::string& arguments) const {
-        const std::string command = "cd '" SAMPLE_MODELS "' && '" MODEL_WALK "' " + arguments +
-                                    " >'" + (folder_ / "out").string() + "' 2>'" +
-                                    (folder_ / "err").string() + "'";
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(folder_ / "out"),
-                contentsOf(folder_ / "err")};
+        Ended ended = ModelWalkFixture::run(arguments);
+        if (ended.err.starts_with(warning)) ended.err.erase(0, ended.err.find('\n') + 1);
+        return ended;
     }
     Ended walk(const std::string& options) const {
         return run(options + " system.ecore drone.xmi");
     }
-
-    /// Writes a file and returns its path.
-    std::string write(const std::string& name, const std::string& contents) const {
-        std::ofstream(folder_ / name, std::ios::binary) << contents;
-        return (folder_ / name).string();
-    }
-
-    std::filesystem::path folder_;
 };
 
 std::string golden(const std::string& name) {
@@ -141,12 +98,12 @@ TEST_F(ModelWalk, MetamodelsMayBeNamedByOption) {
     EXPECT_EQ(run("drone.xmi -m system.ecore -f count"), positional);
 }
 
-TEST_F(ModelWalk, HelpIsOnePageAndVersionOneLine) {
-    const Ended help = run("--help");
-    EXPECT_EQ(help.status, 0);
-    EXPECT_TRUE(help.out.starts_with("model-walk - walks the elements of a model")) << help.out;
-    EXPECT_EQ(help.err, "");
-    EXPECT_EQ(run("--version").status, 0);
+TEST_F(ModelWalk, TheWarningSaysHowItIsWrittenNow) {
+    const Ended ended = ModelWalkFixture::run("-k subtractive system.ecore drone.xmi --from rotor");
+    EXPECT_EQ(ended.err, std::string(warning) +
+                             " only; now it is: model-walk walk -k subtractive --from rotor -m "
+                             "system.ecore drone.xmi\n");
+    EXPECT_EQ(ended.status, 0);
 }
 
 TEST_F(ModelWalk, UnknownNamesGiveTheNearestOnes) {
@@ -170,7 +127,7 @@ TEST_F(ModelWalk, UnknownNamesGiveTheNearestOnes) {
 
 TEST_F(ModelWalk, WrongOptionsAreOneLine) {
     EXPECT_EQ(walk("--kind everything"),
-              wrong("option --kind does not know 'everything'; it knows additive, composition, "
+              wrong("option --kind does not know 'everything'; it knows composition, additive, "
                     "subtractive"));
     EXPECT_EQ(walk("--prune Block"), wrong("'Block' is not of the form Class.property"));
     EXPECT_EQ(walk("--policy Block.parts"),
@@ -184,7 +141,9 @@ TEST_F(ModelWalk, WrongOptionsAreOneLine) {
     EXPECT_EQ(walk("-k additive --prune Block.parts"),
               wrong("--prune needs --kind composition or subtractive; additive takes --traverse"));
     EXPECT_EQ(run("drone.xmi"), wrong("a metamodel and a model are needed; see model-walk --help"));
-    EXPECT_EQ(run(""), wrong("the model file is missing; see model-walk --help"));
+    EXPECT_EQ(run("-k additive"), wrong("the model file is missing; see model-walk --help"));
+    EXPECT_EQ(walk("-f json"), wrong("option --format does not know 'json' without a question; it "
+                                     "knows text, tsv, count"));
     EXPECT_EQ(walk("--unknown").status, 2);
 }
 
@@ -255,3 +214,4 @@ TEST_F(ModelWalk, FailureToWriteIsAFailure) {
 }
 
 }  // namespace
+}  // namespace model_walk
