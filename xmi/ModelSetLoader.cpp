@@ -1,27 +1,21 @@
 #include "xmi/ModelSetLoader.h"
 
 #include <algorithm>
-#include <atomic>
-#include <exception>
 #include <iterator>
-#include <thread>
 #include <utility>
 
 #include "xmi/BuiltInEcore.h"
-#include "xmi/FileHead.h"
+#include "xmi/Misfit.h"
 #include "xmi/TextFiles.h"
-#include "xmi/XmiBuilder.h"
 
 namespace nuv::zero::xmi {
 namespace {
 
 using Reason = Finding::Reason;
 
-/// Files that are parsed at once have at least so many bytes together; below, threads cost more
-/// than they save.
-constexpr std::size_t worthThreads = 1'000'000;
-/// So many files are ahead, at most, for each thread.
-constexpr std::size_t aheadPerThread = 2;
+/// So many files are read at once, on however many threads, so that the order in which metamodels
+/// are asked for depends on the files alone.
+constexpr std::size_t filesAhead = 8;
 
 std::string_view fileOfReference(std::string_view reference) {
     return reference.substr(0, reference.find('#'));
@@ -53,24 +47,6 @@ ReadOptions readOptionsOf(const LoadOptions& options) {
 }
 
 }  // namespace
-
-struct ModelSetLoader::Reading {
-    explicit Reading(std::size_t findingLimit) : findings(findingLimit) {}
-
-    std::size_t entry = none;
-    FilePlace place;
-    std::string shown;
-    std::unique_ptr<ByteSource> source;
-    FileHead head;
-    bool isSkipped = false;
-
-    std::optional<LoadedModel> model;
-    std::vector<OutgoingReference> outgoing;
-    Findings findings;
-    std::vector<std::string> unknownNamespaces;
-    std::optional<ReadError> error;
-    std::exception_ptr failure;
-};
 
 ModelSetLoader::ModelSetLoader(FileRoots roots, LoadOptions options)
     : roots_(withBuiltIn(std::move(roots))),
@@ -110,8 +86,15 @@ std::size_t ModelSetLoader::load(const std::vector<FilePlace>& places, bool must
         for (const std::size_t each : asked) {
             if (mustBeModels && entries_[each].error) throw ReadError(*entries_[each].error);
         }
-        linkFrom(before.files);
-        collectFindings(before.files);
+        // What follows the links is kept when nothing can fail any more.
+        CrossFileContainment containment = containment_;
+        std::unordered_set<ModelElement> reachingOut = reachingOut_;
+        linkFrom(before.files, containment, reachingOut);
+        Findings findings = findingsFrom(before.files);
+        containment_ = std::move(containment);
+        reachingOut_ = std::move(reachingOut);
+        findings_ = std::move(findings);
+        ofMetamodels_.clear();
     } catch (...) {
         forget(before);
         throw;
@@ -134,11 +117,9 @@ void ModelSetLoader::wait(std::size_t entry) {
 }
 
 void ModelSetLoader::readWaiting(bool mustBeModels) {
-    const std::size_t threads = std::max(1U, options_.threads);
-    const std::size_t ahead = threads == 1 ? 1 : threads * aheadPerThread;
     while (!waiting_.empty()) {
         const auto count =
-            static_cast<std::ptrdiff_t>(std::min<std::size_t>(ahead, waiting_.size()));
+            static_cast<std::ptrdiff_t>(std::min<std::size_t>(filesAhead, waiting_.size()));
         const std::vector<std::size_t> wave(waiting_.begin(), waiting_.begin() + count);
         const std::size_t first = files_.size();
         readWave(wave, mustBeModels);
@@ -149,20 +130,19 @@ void ModelSetLoader::readWaiting(bool mustBeModels) {
 }
 
 void ModelSetLoader::readWave(const std::vector<std::size_t>& entries, bool mustBeModels) {
-    std::vector<Reading> readings;
+    std::vector<FileReading> readings;
     for (const std::size_t each : entries) {
-        Reading reading(options_.limits.findings);
-        reading.entry = each;
+        FileReading reading(options_.limits.findings);
         reading.place = entries_[each].place;
         reading.shown = roots_.textOf(reading.place);
         open(reading, mustBeModels);
         readings.push_back(std::move(reading));
     }
-    buildAll(readings);
-    for (Reading& each : readings) take(each);
+    buildAll(readings, metamodels_.loaded(), readOptions_, options_.threads);
+    for (std::size_t i = 0; i < readings.size(); ++i) take(entries[i], readings[i]);
 }
 
-void ModelSetLoader::open(Reading& reading, bool mustBeModels) {
+void ModelSetLoader::open(FileReading& reading, bool mustBeModels) {
     FileRoots::Lookup found =
         roots_.find(reading.place.root, reading.place.path, options_.file.fileBytes);
     reading.source = std::move(found.bytes);
@@ -173,6 +153,7 @@ void ModelSetLoader::open(Reading& reading, bool mustBeModels) {
                             found.reason.empty() ? "is in none of the file roots" : found.reason);
         }
         reading.head = FileHead::of(*reading.source);
+        reading.bytes = reading.source->size();
     } catch (const ReadError& error) {
         reading.error = error;
         reading.isSkipped = !mustBeModels;
@@ -196,7 +177,8 @@ void ModelSetLoader::open(Reading& reading, bool mustBeModels) {
     }
 }
 
-void ModelSetLoader::provide(const Reading& reading, const std::vector<std::string>& namespaces) {
+void ModelSetLoader::provide(const FileReading& reading,
+                             const std::vector<std::string>& namespaces) {
     for (const std::string& each : namespaces) {
         metamodels_.provide(each, reading.head.locationOf(each), reading.place);
     }
@@ -204,44 +186,7 @@ void ModelSetLoader::provide(const Reading& reading, const std::vector<std::stri
     std::move(found.begin(), found.end(), std::back_inserter(ofMetamodels_));
 }
 
-void ModelSetLoader::buildAll(std::vector<Reading>& readings) const {
-    std::size_t bytes = 0;
-    // What is compressed and damaged has no size.
-    for (const Reading& each : readings) bytes += each.error ? 0 : each.source->size();
-    std::atomic<std::size_t> next = 0;
-    const auto work = [&] {
-        for (std::size_t at = next++; at < readings.size(); at = next++) build(readings[at]);
-    };
-    const bool isWorthIt = readings.size() > 1 && bytes >= worthThreads;
-    std::vector<std::thread> others;
-    if (isWorthIt) {
-        try {
-            const std::size_t wanted = std::min<std::size_t>(options_.threads, readings.size());
-            while (others.size() + 1 < wanted) others.emplace_back(work);
-        } catch (const std::exception&) {
-            // With fewer threads it takes longer, and that is all.
-        }
-    }
-    work();
-    for (std::thread& each : others) each.join();
-}
-
-void ModelSetLoader::build(Reading& reading) const noexcept {
-    if (reading.isSkipped || reading.error) return;
-    try {
-        XmiBuilder builder(metamodels_.loaded(), reading.shown, *reading.source, readOptions_);
-        try {
-            reading.model = builder.build(&reading.outgoing, &reading.findings);
-        } catch (const ReadError& error) {
-            reading.error = error;
-        }
-        reading.unknownNamespaces = builder.unknownNamespaces();
-    } catch (...) {
-        reading.failure = std::current_exception();
-    }
-}
-
-void ModelSetLoader::readAgain(Reading& reading) {
+void ModelSetLoader::readAgain(FileReading& reading) {
     // Each round brings a namespace at least, or is the last one.
     while (!reading.unknownNamespaces.empty()) {
         provide(reading, reading.unknownNamespaces);
@@ -252,17 +197,14 @@ void ModelSetLoader::readAgain(Reading& reading) {
                          isNew)) {
             return;
         }
-        reading.model.reset();
-        reading.error.reset();
-        reading.outgoing.clear();
-        reading.findings = Findings(options_.limits.findings);
-        build(reading);
+        reading.reset(options_.limits.findings);
+        reading.build(metamodels_.loaded(), readOptions_);
         if (reading.failure) return;
     }
 }
 
-void ModelSetLoader::take(Reading& reading) {
-    Entry& entry = entries_[reading.entry];
+void ModelSetLoader::take(std::size_t number, FileReading& reading) {
+    Entry& entry = entries_[number];
     entry.state = Entry::State::Unloaded;
     if (reading.isSkipped) return;
     if (!reading.failure) readAgain(reading);
@@ -273,10 +215,9 @@ void ModelSetLoader::take(Reading& reading) {
     };
     if (!reading.error) {
         const std::size_t elements = reading.model->elements().size();
-        const std::size_t bytes = reading.source->size();
         if (files_.size() >= options_.limits.files) {
             refuse(options_.limits.files, " files");
-        } else if (bytes > options_.limits.bytes - bytes_) {
+        } else if (reading.bytes > options_.limits.bytes - bytes_) {
             refuse(options_.limits.bytes, " bytes");
         } else if (elements > options_.limits.elements - elements_) {
             refuse(options_.limits.elements, " elements");
@@ -287,7 +228,7 @@ void ModelSetLoader::take(Reading& reading) {
         entry.error = std::move(reading.error);
         return;
     }
-    const std::size_t number = files_.size();
+    const std::size_t file = files_.size();
     files_.push_back({std::move(reading.place),
                       std::move(reading.shown),
                       std::move(*reading.model),
@@ -295,13 +236,13 @@ void ModelSetLoader::take(Reading& reading) {
                       {},
                       std::move(reading.findings),
                       {}});
-    const ModelSetFile& file = files_.back();
-    byStorage_.emplace(file.model.roots().front()->storage(), number);
-    elements_ += file.model.elements().size();
-    bytes_ += reading.source->size();
+    const LoadedModel& model = files_.back().model;
+    byStorage_.emplace(model.roots().front()->storage(), file);
+    elements_ += model.elements().size();
+    bytes_ += reading.bytes;
     entry.state = Entry::State::Loaded;
-    entry.file = number;
-    if (options_.onFile) options_.onFile(file.model.elements().size(), reading.source->size());
+    entry.file = file;
+    if (options_.onFile) options_.onFile(model.elements().size(), reading.bytes);
 }
 
 void ModelSetLoader::follow(const ModelSetFile& file) {
@@ -314,9 +255,9 @@ void ModelSetLoader::follow(const ModelSetFile& file) {
     std::move(found.begin(), found.end(), std::back_inserter(ofMetamodels_));
 }
 
-void ModelSetLoader::linkFrom(std::size_t first) {
+void ModelSetLoader::linkFrom(std::size_t first, CrossFileContainment& containment,
+                              std::unordered_set<ModelElement>& reachingOut) {
     for (std::size_t file = first; file < files_.size(); ++file) findTargets(files_[file]);
-    CrossFileContainment containment = containment_;
     ModelSetLinker linker(
         containment,
         [&](const ModelElement& element) -> const ModelSetFile& { return files_[fileOf(element)]; },
@@ -331,10 +272,9 @@ void ModelSetLoader::linkFrom(std::size_t first) {
         for (std::size_t i = 0; i < each.outgoing.size(); ++i) {
             if (!each.targets[i] || !each.outgoing[i].property->isComposite()) continue;
             const ModelElement& owner = each.model.elements()[each.outgoing[i].element];
-            if (containment.containerOf(each.targets[i]) == owner) reachingOut_.insert(owner);
+            if (containment.containerOf(each.targets[i]) == owner) reachingOut.insert(owner);
         }
     }
-    containment_ = std::move(containment);
 }
 
 void ModelSetLoader::findTargets(ModelSetFile& file) {
@@ -461,7 +401,7 @@ void ModelSetLoader::placeLinkFindings(ModelSetFile& file) {
     }
 }
 
-void ModelSetLoader::collectFindings(std::size_t first) {
+Findings ModelSetLoader::findingsFrom(std::size_t first) {
     Findings all = findings_;
     for (const Finding& each : ofMetamodels_) all.add(each);
     const auto before = [](const Finding& one, const Finding& other) {
@@ -483,8 +423,7 @@ void ModelSetLoader::collectFindings(std::size_t first) {
         decltype(file.targets)().swap(file.targets);
         decltype(file.outgoing)().swap(file.outgoing);
     }
-    findings_ = std::move(all);
-    ofMetamodels_.clear();
+    return all;
 }
 
 void ModelSetLoader::forget(const Before& before) noexcept {

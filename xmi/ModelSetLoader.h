@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "xmi/CrossFileContainment.h"
+#include "xmi/FileReading.h"
 #include "xmi/FileRoots.h"
 #include "xmi/Findings.h"
 #include "xmi/LoadOptions.h"
@@ -68,8 +69,6 @@ class ModelSetLoader {
         /// Why it cannot be read.
         std::optional<ReadError> error;
     };
-    /// What comes of reading a file.
-    struct Reading;
     /// What there was before something is loaded.
     struct Before {
         std::size_t files;
@@ -82,18 +81,16 @@ class ModelSetLoader {
     void wait(std::size_t entry);
     void readWaiting(bool mustBeModels);
     void readWave(const std::vector<std::size_t>& entries, bool mustBeModels);
-    void open(Reading& reading, bool mustBeModels);
-    void provide(const Reading& reading, const std::vector<std::string>& namespaces);
-    void build(Reading& reading) const noexcept;
-    void buildAll(std::vector<Reading>& readings) const;
-    void readAgain(Reading& reading);
-    void take(Reading& reading);
-    void fail(Entry& entry, const ReadError& error);
+    void open(FileReading& reading, bool mustBeModels);
+    void provide(const FileReading& reading, const std::vector<std::string>& namespaces);
+    void readAgain(FileReading& reading);
+    void take(std::size_t number, FileReading& reading);
 
     /// What a reference leads to, with the fragment there.
     const ReferencePlaces::Lookup& lookUp(const FilePlace& from, std::string_view file);
     void follow(const ModelSetFile& file);
-    void linkFrom(std::size_t first);
+    void linkFrom(std::size_t first, CrossFileContainment& containment,
+                  std::unordered_set<ModelElement>& reachingOut);
     void findTargets(ModelSetFile& file);
     void findThrough(ModelSetFile& file);
     Target targetOf(const ReferencePlaces::Lookup& lookup, std::string_view reference) const;
@@ -101,7 +98,8 @@ class ModelSetLoader {
     void report(ModelSetFile& file, const OutgoingReference& reference, Finding::Reason reason,
                 const std::string& message, const ReferencePlaces::Lookup* lookup = nullptr,
                 std::string other = {});
-    void collectFindings(std::size_t first);
+    /// All findings, with those of the files from the first one on, which have them no more then.
+    Findings findingsFrom(std::size_t first);
     void placeLinkFindings(ModelSetFile& file);
     void forget(const Before& before) noexcept;
 
