@@ -83,7 +83,7 @@ more() {
     lines=5
     every_walk "$2" "$models/$3" "$models/$4"
     ask walk -q -m "$models/$3" "$models/$4" --format tsv
-    ask info -m "$models/$3" "$models/$4"
+    ask info --root models="$models" "$models/$4"
 }
 
 more "A railway network" \
