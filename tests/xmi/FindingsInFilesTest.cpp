@@ -10,7 +10,7 @@ const std::string kinds =
     R"(<eClassifiers xsi:type="ecore:EEnum" name="Kind"><eLiterals name="RED"/>
        <eLiterals name="DARK_BLUE" literal="dark blue"/></eClassifiers>)";
 
-LoadedMetamodel nodes() {
+LoadedMetamodel nodesOfManyFeatures() {
     return metamodelOf(
         eClass("Named", attribute("name"), R"(abstract="true")") +
         eClass("Node",
@@ -27,7 +27,7 @@ LoadedMetamodel nodes() {
 
 struct InFile : testing::Test {
     LenientRead read(const std::string& text) { return readLeniently(metamodel, text); }
-    LoadedMetamodel metamodel = nodes();
+    LoadedMetamodel metamodel = nodesOfManyFeatures();
 };
 
 TEST_F(InFile, SubtreesThatMeanNothingAreLeftOutAndCounted) {

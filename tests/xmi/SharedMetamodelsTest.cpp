@@ -19,7 +19,7 @@ bool areSamplesThere() {
     return std::filesystem::exists(SHARED_MODELS);
 }
 
-std::vector<std::pair<std::string, std::string>> namespaces() {
+std::vector<std::pair<std::string, std::string>> namespacesOfSamples() {
     std::vector<std::pair<std::string, std::string>> rows;
     std::ifstream table(SHARED_MODELS "/NSURI.tsv");
     for (std::string line; std::getline(table, line);) {
@@ -35,7 +35,7 @@ TEST(SharedMetamodels, AreFoundAloneByTheirNamespaces) {
     if (!areSamplesThere()) GTEST_SKIP() << "needs the optional sample models";
     FileRoots roots;
     roots.add("models", SHARED_MODELS);
-    const auto rows = namespaces();
+    const auto rows = namespacesOfSamples();
     ASSERT_GT(rows.size(), 80U);
     MetamodelSet set(roots);
     Lines missing;
