@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <mutex>
 #include <new>
 #include <ostream>
 #include <string>
@@ -85,8 +86,11 @@ class ReadingAllocationFailureTest : public testing::TestWithParam<Shortage> {
                         bool countsBlocks = true) {
         const Shortage& shortage = GetParam();
         const Lines expected = read();
-        // What a thread's first exception makes the C++ library allocate stays for the thread.
+        // What a thread's first exception makes the C++ library allocate stays for the thread, and
+        // so does what the C library needs for the first one that leaves a call of `call_once`.
         EXPECT_THROW(throw std::bad_alloc(), std::bad_alloc);
+        std::once_flag once;
+        EXPECT_THROW(std::call_once(once, [] { throw std::bad_alloc(); }), std::bad_alloc);
         long points = 0;
         for (bool failed = true; failed; ++points) {
             const long before = shortage.live();

@@ -10,9 +10,9 @@ int main() {
 
     memory::Metamodel metamodel(u"plant");
     const auto block = metamodel.addClass(u"Block");
-    const auto parts =
-        metamodel.addProperty(block, u"parts", block, memory::unbounded,
-                              memory::PropertyFlags::Association | memory::PropertyFlags::Composite);
+    const auto parts = metamodel.addProperty(
+        block, u"parts", block, memory::unbounded,
+        memory::PropertyFlags::Association | memory::PropertyFlags::Composite);
     memory::Model model;
     const auto whole = model.create(block);
     const auto part = model.create(block);

@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "Consumer.h"
 #include "model/Framework.h"
 
@@ -10,6 +12,8 @@ void callWalkSupport(Station& station) {
     Support::forget(lent);
     Support::prefetch(station.one);
     access::prefetchLine(station.one.get());
+    expect(access::narrowed<std::uint8_t>(std::uint64_t{0x1FF}) == 0xFF,
+           "what does not fit is cut");
     expect(Support::numberOf(station.one) != Support::numberOf(station.two),
            "elements have numbers of their own");
     const Support::Hash<meta::Class> hash;
